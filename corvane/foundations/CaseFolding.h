@@ -1,0 +1,30 @@
+// Comparison without regard to letter case, by code unit, in the runtime's current locale.
+#pragma once
+
+#include <corvane/foundations/WideString.h>
+
+namespace corvane {
+
+/// The lower-case form of a code unit outside ASCII in the current locale. Surrogates stay as they are.
+CORVANE_API wchar FoldOutsideAscii(wchar unit) noexcept;
+
+inline wchar FoldCase(wchar unit) noexcept {
+    if (unit >= 0x80)
+        return FoldOutsideAscii(unit);
+    return unit >= 'A' && unit <= 'Z' ? static_cast<wchar>(unit + ('a' - 'A')) : unit;
+}
+
+/// Below zero, zero or above zero as `a` sorts before, with or behind `b` after folding to lower case. Each
+/// text ends at its first NUL. Safe from any thread.
+inline int CompareIgnoringCase(wstring_view a, wstring_view b) noexcept {
+    for (std::size_t i = 0;; ++i) {
+        const wchar left = i < a.size() ? a[i] : wchar();
+        const wchar right = i < b.size() ? b[i] : wchar();
+        if (left != right && FoldCase(left) != FoldCase(right))
+            return FoldCase(left) < FoldCase(right) ? -1 : 1;
+        if (left == 0)
+            return 0;
+    }
+}
+
+} // namespace corvane

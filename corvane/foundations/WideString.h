@@ -1,0 +1,35 @@
+// The library's text type: UTF-16 in 16-bit code units on every platform.
+#pragma once
+
+#include <corvane/foundations/Export.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace corvane {
+
+#ifdef _WIN32
+using wchar = wchar_t;
+using ulong = unsigned long;
+#define CORVANE_TEXT(literal) L##literal
+#else
+using wchar = char16_t;
+using ulong = std::uint32_t; ///< `unsigned long` of the platform: 32 bits
+#define CORVANE_TEXT(literal) u##literal
+#endif
+
+static_assert(sizeof(wchar) == 2 && sizeof(ulong) == 4);
+
+using wstring = std::basic_string<wchar>;
+using wstring_view = std::basic_string_view<wchar>;
+
+/// The UTF-16 form of a UTF-8 text, embedded NULs included. Every ill-formed sequence becomes U+FFFD.
+/// Throws only for lack of memory; safe from any thread.
+CORVANE_API wstring ToWide(std::string_view utf8);
+
+/// The UTF-8 form of a UTF-16 text, embedded NULs included. A lone surrogate becomes U+FFFD.
+/// Throws only for lack of memory; safe from any thread.
+CORVANE_API std::string ToUtf8(wstring_view wide);
+
+} // namespace corvane

@@ -1,0 +1,61 @@
+// The platform's operations as the POSIX layer gives them: the same arguments and the same answers as the
+// real ones for everything that a well-formed file or key can hold. All of them may be called from any
+// thread.
+#pragma once
+
+#include <corvane/foundations/WideString.h>
+
+#include <cstdarg>
+#include <cstddef>
+#include <sys/stat.h>
+
+struct __utimbuf64;
+
+namespace corvane::platform {
+
+inline constexpr unsigned CP_UTF8 = 65001;
+
+/// The reason of the calling thread's last refused operation.
+ulong GetLastError() noexcept;
+void SetLastError(ulong error) noexcept;
+void Sleep(ulong milliseconds) noexcept;
+
+/// Converts UTF-8 (code page 65001 and flags 0 only) to UTF-16. A negative `length` means up to and with the
+/// NUL. Returns the count of units, or 0 for failure; with `capacity` 0 only the count is given.
+int MultiByteToWideChar(unsigned codePage, ulong flags, const char* text, int length, wchar* buffer,
+                        int capacity) noexcept;
+
+int _wcsicmp(const wchar* a, const wchar* b) noexcept;
+int _wcsnicmp(const wchar* a, const wchar* b, std::size_t count) noexcept;
+int _vsnwprintf(wchar* buffer, std::size_t count, const wchar* format, std::va_list arguments) noexcept;
+
+/// `mode` 0 asks whether the path exists, 2 for writing, 4 for reading, 6 for both. 0, or -1 with `errno`
+/// set.
+int _waccess(const wchar* path, int mode) noexcept;
+
+using _stat64 = struct ::stat;
+int _wstat64(const wchar* path, _stat64* info) noexcept;
+
+/// Sets both times of the file to the present; `times` is always null. 0, or -1 with `errno` set.
+int _wutime64(const wchar* path, const __utimbuf64* times) noexcept;
+
+/// Copies content and permissions. The target appears whole or not at all; with `failIfExists` an existing
+/// target is left alone (ERROR_FILE_EXISTS). Non-zero on success.
+int CopyFileW(const wchar* from, const wchar* to, int failIfExists) noexcept;
+
+/// Reads from a private-profile file: a value, with a null tag the section's tag names, with a null section
+/// all section names. Results and truncation are those of the real operation; 0 with the reason in
+/// GetLastError when there is nothing. `defaultText` is used when nothing is there and it is not null.
+ulong GetPrivateProfileStringA(const char* section, const char* tag, const char* defaultText, char* buffer,
+                               ulong size, const char* file);
+
+/// Reads the lines of one section, each followed by a NUL, and one more NUL behind the last.
+ulong GetPrivateProfileSectionA(const char* section, char* buffer, ulong size, const char* file);
+
+/// Writes one value, or with a null value removes the tag, or with a null tag and value the section. Non-zero
+/// when the file then stands as asked; 0 when refused, with the reason in GetLastError, and worth another
+/// try. Throws std::invalid_argument, with nothing written, for what the file could never give back.
+int WritePrivateProfileStringA(const char* section, const char* tag, const char* value, const char* file);
+int WritePrivateProfileStringW(const wchar* section, const wchar* tag, const wchar* value, const wchar* file);
+
+} // namespace corvane::platform

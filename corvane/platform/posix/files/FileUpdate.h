@@ -1,0 +1,47 @@
+// One safe change of one file: locked against other writers, replaced whole or not at all.
+#pragma once
+
+#include <corvane/platform/posix/files/FileHandle.h>
+
+#include <string>
+#include <string_view>
+#include <sys/stat.h>
+
+namespace corvane::posix {
+
+/// The reading, changing and writing of a file under one exclusive advisory lock, which the destructor
+/// releases. Statuses are platform error numbers, ERROR_SUCCESS for done. Not for sharing between threads.
+///
+///     FileUpdate update;
+///     if (const ulong error = update.Begin(path)) return error;
+///     return update.Commit(Edited(update.Content()));
+class FileUpdate {
+public:
+    enum class Missing { Refuse, Create };
+
+    FileUpdate() = default;
+    FileUpdate(const FileUpdate&) = delete;
+    FileUpdate& operator=(const FileUpdate&) = delete;
+    ~FileUpdate();
+
+    /// Opens the file behind `path` (a symbolic link is followed to its target), takes the lock, makes sure
+    /// that the locked file is still the one under that name, and reads it. A lock that is not free within a
+    /// short wait is ERROR_SHARING_VIOLATION. What is no regular file is refused.
+    ulong Begin(const std::string& path, Missing missing);
+
+    const std::string& Content() const noexcept { return m_content; }
+
+    /// Puts `content` in the file's place and flushes it to disk: through a temporary file in the same folder
+    /// that takes over owner, permissions and attributes, or in place where that cannot serve. On failure the
+    /// file holds what it held.
+    ulong Commit(std::string_view content);
+
+private:
+    FileHandle m_folder;
+    FileHandle m_file;
+    std::string m_name; // within m_folder
+    struct stat m_status {};
+    std::string m_content;
+};
+
+} // namespace corvane::posix
