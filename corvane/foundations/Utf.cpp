@@ -88,6 +88,14 @@ char* Append(char* out, char32_t code) noexcept {
 
 } // namespace
 
+char32_t utf::TakeCharacter(std::string_view& utf8) noexcept {
+    const auto* const begin = reinterpret_cast<const unsigned char*>(utf8.data());
+    const unsigned char* at = begin;
+    const char32_t code = *at < 0x80 ? *at++ : DecodeUtf8(at, begin + utf8.size());
+    utf8.remove_prefix(static_cast<std::size_t>(at - begin));
+    return code;
+}
+
 std::size_t utf::ToWide(std::string_view utf8, wchar* out) noexcept {
     const auto* at = reinterpret_cast<const unsigned char*>(utf8.data());
     const unsigned char* const end = at + utf8.size();

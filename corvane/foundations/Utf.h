@@ -7,6 +7,10 @@
 
 namespace corvane::utf {
 
+/// Decodes the character at the front of `utf8`, which is not empty, and moves `utf8` behind it. A maximal
+/// ill-formed sequence gives U+FFFD.
+char32_t TakeCharacter(std::string_view& utf8) noexcept;
+
 /// Converts UTF-8 to UTF-16 at `out`, which has room for `utf8.size()` units: UTF-16 never needs more units
 /// than UTF-8 needs bytes. Returns the number of units written. A maximal ill-formed sequence becomes one
 /// U+FFFD.

@@ -2,9 +2,7 @@
 #include <corvane/foundations/Utf.h>
 #include <corvane/platform/posix/profile/ProfileLine.h>
 
-#include <algorithm>
 #include <cstring>
-#include <utility>
 
 namespace corvane::posix {
 namespace {
@@ -57,28 +55,16 @@ void Classify(ProfileLine& line) noexcept {
     if (equals == text.size())
         return;
     line.name = UntilNul(TrimBlanks(text.substr(0, equals)));
+    if (line.name.empty())
+        return;
+    line.kind = ProfileLine::Kind::Tag;
     line.value = UntilNul(TrimBlanks(text.substr(equals + 1)));
-    if (!line.name.empty())
-        line.kind = ProfileLine::Kind::Tag;
 }
 
-// The code unit at the front of `name` in folded form; `name` moves behind its character. A character outside
-// the basic plane has no other letter case, so its units serve as they are.
-wchar TakeFolded(std::string_view& name, wchar& pending) noexcept {
-    if (pending)
-        return std::exchange(pending, wchar());
-    const auto first = static_cast<unsigned char>(name.front());
-    std::size_t length = first < 0x80 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
-    length = std::min(length, name.size());
-    wchar units[4] = {};
-    const std::size_t count = utf::ToWide(name.substr(0, length), units);
-    if (count > 1 && units[0] == 0xFFFD) { // ill-formed: byte by byte
-        name.remove_prefix(1);
-        return static_cast<wchar>(0xDC00 + first);
-    }
-    name.remove_prefix(length);
-    pending = units[1];
-    return FoldCase(units[0]);
+// A character outside the basic plane has no other letter case here, as in a comparison by code unit.
+char32_t TakeFolded(std::string_view& name) noexcept {
+    const char32_t code = utf::TakeCharacter(name);
+    return code <= 0xFFFF ? FoldCase(static_cast<wchar>(code)) : code;
 }
 
 } // namespace
@@ -112,13 +98,11 @@ std::string_view WithoutQuotes(std::string_view value) noexcept {
 }
 
 bool SameName(std::string_view a, std::string_view b) noexcept {
-    wchar pendingA = 0;
-    wchar pendingB = 0;
-    while ((!a.empty() || pendingA) && (!b.empty() || pendingB)) {
-        if (TakeFolded(a, pendingA) != TakeFolded(b, pendingB))
+    while (!a.empty() && !b.empty()) {
+        if (TakeFolded(a) != TakeFolded(b))
             return false;
     }
-    return a.empty() && !pendingA && b.empty() && !pendingB;
+    return a.empty() && b.empty();
 }
 
 bool IsUtf16(std::string_view text) noexcept {

@@ -42,7 +42,8 @@ std::string_view TrimBlanks(std::string_view text) noexcept;
 /// `value` without one pair of equal quotes around it, if there is one.
 std::string_view WithoutQuotes(std::string_view value) noexcept;
 
-/// Whether two names in UTF-8 are one name: letter case does not count, as in the platform's `_wcsicmp`.
+/// Whether two names in UTF-8 are one name to a program, which sees them as UTF-16: letter case does not
+/// count, as in the platform's `_wcsicmp`, and ill-formed bytes are the U+FFFD that they read as.
 bool SameName(std::string_view a, std::string_view b) noexcept;
 
 /// Whether the text begins with a UTF-16 byte-order mark: such a file reads as nothing and is never written.
