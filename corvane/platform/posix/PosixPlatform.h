@@ -8,6 +8,7 @@
 #include <cstdarg>
 #include <cstddef>
 #include <sys/stat.h>
+#include <type_traits>
 
 struct __utimbuf64;
 
@@ -24,6 +25,16 @@ void Sleep(ulong milliseconds) noexcept;
 /// NUL. Returns the count of units, or 0 for failure; with `capacity` 0 only the count is given.
 int MultiByteToWideChar(unsigned codePage, ulong flags, const char* text, int length, wchar* buffer,
                         int capacity) noexcept;
+
+template <class T>
+T* ReadPointerAcquire(T* const volatile* pointer) noexcept {
+    return __atomic_load_n(pointer, __ATOMIC_ACQUIRE);
+}
+
+template <class T>
+T* InterlockedExchangePointer(T* volatile* pointer, std::common_type_t<T*> value) noexcept {
+    return __atomic_exchange_n(pointer, value, __ATOMIC_ACQ_REL);
+}
 
 int _wcsicmp(const wchar* a, const wchar* b) noexcept;
 int _wcsnicmp(const wchar* a, const wchar* b, std::size_t count) noexcept;

@@ -1,0 +1,7 @@
+// The whole public interface of corvane.
+#pragma once
+
+#include <corvane/foundations/ApplicationConfigManager.h>
+#include <corvane/foundations/NativeLogging.h>
+#include <corvane/manager/ConfigManager.h>
+#include <corvane/sources/IConfigSource.h>

@@ -1,0 +1,35 @@
+// The library's lock: recursive, and usable before any constructor has run.
+#pragma once
+
+#include <corvane/foundations/Export.h>
+#include <corvane/foundations/ScopedResource.h>
+#include <corvane/platform/CriticalSection.h>
+
+/// A recursive lock: the thread that holds it may obtain it again and must release it as often.
+class CORVANE_API ThreadLock {
+public:
+    CORVANE_LOCK_CONSTEXPR ThreadLock() noexcept { corvane::platform::InitializeCriticalSection(&m_section); }
+    ThreadLock(const ThreadLock&) = delete;
+    ThreadLock& operator=(const ThreadLock&) = delete;
+    virtual ~ThreadLock();
+
+    void Obtain() noexcept;
+    void Release() noexcept;
+
+private:
+    corvane::platform::CRITICAL_SECTION m_section;
+};
+
+template <class Lock>
+struct ThreadLockObtain {
+    void operator()(Lock& lock) const noexcept { lock.Obtain(); }
+};
+
+template <class Lock>
+struct ThreadLockRelease {
+    void operator()(Lock& lock) const noexcept { lock.Release(); }
+};
+
+/// Holds a ThreadLock for the length of a scope.
+using ThreadLockGuard =
+    Quillon::ScopedResource<ThreadLock&, ThreadLockRelease<ThreadLock>, ThreadLockObtain<ThreadLock>>;

@@ -1,0 +1,26 @@
+// What a manager is without its operations by key: its life, its copies and the small questions about it.
+#include <corvane/manager/ConfigManager.h>
+#include <corvane/manager/ReservedSection.h>
+#include <corvane/sources/IConfigSource.h>
+
+using corvane::wchar;
+using corvane::wstring;
+
+ConfigManager::ConfigManager() : m_cacheOnlySections{corvane::reservedSection} {}
+
+ConfigManager::ConfigManager(const ConfigManager&) = default;
+ConfigManager& ConfigManager::operator=(const ConfigManager&) = default;
+ConfigManager::~ConfigManager() = default;
+
+const wchar* ConfigManager::GetConfigName() const {
+    const ThreadLockGuard guard(m_lock);
+    return m_source ? m_source->GetConfigName() : nullptr;
+}
+
+IConfigSource* ConfigManager::GetConfigSource() const {
+    return m_source.get();
+}
+
+bool ConfigManager::IsReady() const {
+    return m_source && !m_cache.empty();
+}

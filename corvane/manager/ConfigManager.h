@@ -1,0 +1,128 @@
+// The heart of the library: a whole configuration in a cache, reached by flat keys.
+#pragma once
+
+#include <corvane/foundations/CaseFolding.h>
+#include <corvane/foundations/FailureCode.h>
+#include <corvane/foundations/ThreadLock.h>
+#include <corvane/foundations/WideString.h>
+
+#include <cstddef>
+#include <list>
+#include <map>
+#include <memory>
+#include <set>
+#include <vector>
+
+class IConfigSource;
+
+/// Loads a configuration, in practice a settings file, into a cache and answers for it by keys of the form
+/// `Section:Tag`: the first colon splits, letter case does not count, blanks belong to the names.
+///
+/// One lock serves all managers of the process; any thread may call, but must keep construction, destruction,
+/// copying, IsReady, GetConfigSource and SourceWasModified apart from changes of the same manager. Results
+/// are 0 for success and FAILURE_GENERAL, unless told otherwise; every failure is in the log. On failure
+/// nothing has changed, the caller's own variables included. Exceptions come from lack of memory alone and
+/// leave no lock held.
+class CORVANE_API ConfigManager {
+public:
+    /// One tag of the cache.
+    struct ConfigValue {
+        corvane::wstring value;
+        bool cacheOnly = false; ///< the value lives in the cache alone and the source does not hold it
+    };
+
+    /// The order of the cache: that of the platform's `_wcsicmp`, up to the first NUL.
+    struct CaseInsensitiveLess {
+        using is_transparent = void;
+        bool operator()(corvane::wstring_view a, corvane::wstring_view b) const noexcept {
+            return corvane::CompareIgnoringCase(a, b) < 0;
+        }
+    };
+
+    using TagMap = std::map<corvane::wstring, ConfigValue, CaseInsensitiveLess>;
+    using SectionMap = std::map<corvane::wstring, TagMap, CaseInsensitiveLess>;
+
+    /// An empty manager without a source.
+    ConfigManager();
+    /// A copy has a cache of its own and shares the source, which goes with its last owner.
+    ConfigManager(const ConfigManager&);
+    ConfigManager& operator=(const ConfigManager&);
+    ~ConfigManager();
+
+    /// Makes a key: section, a colon, tag. A null part is left out; nothing is examined.
+    corvane::wstring BuildKey(const corvane::wchar* section, const corvane::wchar* tag) const;
+    corvane::wstring BuildKey(const corvane::wstring& section, const corvane::wstring& tag) const;
+    corvane::wstring BuildKey(const corvane::wchar* section, const corvane::wstring& tag) const;
+    corvane::wstring BuildKey(const corvane::wstring& section, const corvane::wchar* tag) const;
+
+    /// The name of the loaded configuration or null; it lasts until the next successful load or Clear.
+    const corvane::wchar* GetConfigName() const;
+
+    /// The source or null; it stays the manager's and lasts until the next successful load or Clear.
+    IConfigSource* GetConfigSource() const;
+
+    /// Whether a configuration with at least one section is loaded.
+    bool IsReady() const;
+
+    /// Loads the configuration `name`, for a file its path, whole or not at all: after a failure the manager
+    /// goes on answering for what it had. With `reloadPolicy` zero or above, a configuration that is loaded
+    /// already and was not modified is not loaded again; below zero it is. Holds the lock while it reads the
+    /// file.
+    int Update(const corvane::wchar* name, int reloadPolicy);
+
+    /// Whether the source is newer than the load, in whole seconds, or cannot be examined; true without a
+    /// source.
+    bool SourceWasModified() const;
+
+    /// Lets go of source and cache.
+    void Clear();
+
+    /// Copies the value of `key` to `value`.
+    int GetValue(const corvane::wstring& key, corvane::wstring& value);
+
+    /// The same with `defaultValue` where there is no such value. Always 0.
+    int GetValue(const corvane::wstring& key, corvane::wstring& value, corvane::wstring defaultValue);
+
+    /// Whether the cache has the key's tag, or with an empty tag its section. Logs nothing.
+    bool Exists(const corvane::wstring& key) const;
+
+    /// Writes a value to the source and then to the cache. With `cacheOnly` it goes to the cache alone, into
+    /// a section that the cache does not have yet; further plain writes into that section stay in the cache
+    /// too. While the file is busy it is tried again once a second, 30 times at first, with the lock held.
+    int SetValue(const corvane::wstring& key, const corvane::wstring& value, bool cacheOnly = false);
+
+    /// Deletes a tag, or with an empty tag the section, from the source and then from the cache. 0 also if
+    /// the source refused, which leaves the value readable; FAILURE_GENERAL if the cache had no such entry.
+    int DeleteValue(const corvane::wstring& key);
+
+    /// Adds the names of all sections at the end of `subKeys`, in the order of the cache. Returns its size.
+    std::size_t EnumerateSubKeys(std::vector<corvane::wstring>& subKeys) const;
+
+    /// Adds the tag names of the key's section, `Section:`, at the end of `tags`, in the order of the cache.
+    /// Returns its size; 0, with `tags` untouched, if there is no such section.
+    std::size_t EnumerateTags(const corvane::wstring& key, std::list<corvane::wstring>& tags) const;
+    std::size_t EnumerateTags(const corvane::wstring& key, std::vector<corvane::wstring>& tags) const;
+
+    /// Copies the file under a name of its own and gives that name.
+    int CreateSnapshot(corvane::wstring& snapshotName);
+
+    /// Puts the copy in the file's place and loads it. The result may be an `errno` if a file is out of
+    /// reach. If the file was replaced and cannot be loaded, the manager goes on answering from its old
+    /// cache.
+    int RestoreSnapshot(const corvane::wstring& snapshotName);
+
+private:
+    int Initialize(const corvane::wchar* name, int reloadPolicy);
+    int _GetValue(const corvane::wstring& key, corvane::wstring& value);
+    int _SetValue(const corvane::wstring& key, const corvane::wstring& value, bool cacheOnly);
+    bool ValidateCacheOnlyKey(const corvane::wstring& key, bool cacheOnly);
+    void PreserveCacheOnlyValues(SectionMap& preserved, const SectionMap& cache, const bool& newName);
+    void RestoreCacheOnlyValues(const SectionMap& preserved, SectionMap& cache);
+    corvane::wstring GetKeyFromCache(const corvane::wstring& key) const;
+
+    SectionMap m_cache;
+    std::shared_ptr<IConfigSource> m_source;
+    std::set<corvane::wstring> m_cacheOnlySections;
+
+    static ThreadLock m_lock; // guards cache and source of every manager
+};

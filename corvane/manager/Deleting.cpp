@@ -1,0 +1,37 @@
+// Deleting by key: the source first, the cache behind it.
+#include <corvane/manager/ConfigManager.h>
+#include <corvane/manager/KeyParts.h>
+#include <corvane/manager/Log.h>
+#include <corvane/manager/ReservedSection.h>
+
+using corvane::Fail;
+using corvane::KeyParts;
+using corvane::Log;
+using corvane::wstring;
+
+int ConfigManager::DeleteValue(const wstring& key) {
+    static constexpr const char* function = "ConfigManager::DeleteValue";
+    Log().logTrace(CORVANE_TEXT("DeleteValue: key: '%s'"), key.c_str());
+    const ThreadLockGuard guard(m_lock);
+    if (!m_source)
+        return Fail(function, __LINE__, key.c_str());
+    KeyParts parts;
+    if (!parts.Parse(*m_source, GetKeyFromCache(key)))
+        return 0;
+    if (parts.section.empty() || parts.section == corvane::reservedSection)
+        return 0;
+    const auto section = m_cache.find(parts.section);
+    if (section == m_cache.end())
+        return Fail(function, __LINE__);
+    if (!m_source->DeleteValue(key))
+        return 0;
+
+    TagMap& tags = section->second;
+    const bool wholeSection = parts.tag.empty();
+    const std::size_t removed = wholeSection ? 1 : tags.erase(parts.tag);
+    if (wholeSection || tags.empty()) {
+        m_cache.erase(section);
+        m_cacheOnlySections.erase(parts.section);
+    }
+    return removed > 0 ? 0 : Fail(function, __LINE__);
+}

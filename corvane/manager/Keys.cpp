@@ -1,0 +1,42 @@
+// Joining keys, and giving them the letter case of the cache.
+#include <corvane/manager/ConfigManager.h>
+#include <corvane/manager/KeyParts.h>
+
+using corvane::wchar;
+using corvane::wstring;
+
+wstring ConfigManager::BuildKey(const wchar* section, const wchar* tag) const {
+    wstring key;
+    if (section)
+        key += section;
+    key += ':';
+    if (tag)
+        key += tag;
+    return key;
+}
+
+wstring ConfigManager::BuildKey(const wstring& section, const wstring& tag) const {
+    return BuildKey(section.c_str(), tag.c_str());
+}
+
+wstring ConfigManager::BuildKey(const wchar* section, const wstring& tag) const {
+    return BuildKey(section, tag.c_str());
+}
+
+wstring ConfigManager::BuildKey(const wstring& section, const wchar* tag) const {
+    return BuildKey(section.c_str(), tag);
+}
+
+wstring ConfigManager::GetKeyFromCache(const wstring& key) const {
+    corvane::KeyParts parts;
+    if (!parts.Parse(*m_source, key) || parts.section.empty())
+        return key;
+    const auto section = m_cache.find(parts.section);
+    if (section == m_cache.end())
+        return key;
+    const auto tag = section->second.find(parts.tag);
+    wstring stored = section->first;
+    stored += ':';
+    stored += tag == section->second.end() ? parts.tag : tag->first;
+    return stored;
+}

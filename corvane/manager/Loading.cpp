@@ -1,0 +1,98 @@
+// Loading, reloading and letting go of a configuration.
+#include <corvane/manager/ConfigManager.h>
+#include <corvane/manager/Log.h>
+#include <corvane/manager/ReservedSection.h>
+#include <corvane/platform/Platform.h>
+#include <corvane/sources/CreateConfigSource.h>
+
+using corvane::Fail;
+using corvane::Log;
+using corvane::wchar;
+using corvane::wstring;
+
+namespace {
+
+constexpr const char* initialize = "ConfigManager::Initialize";
+
+int FailLoad(const wchar* explanation, std::int32_t line) {
+    Log().logProblem(explanation);
+    return Fail(initialize, line);
+}
+
+bool SameConfiguration(IConfigSource& source, const wchar* name) {
+    return platform::_wcsicmp(name, source.GetConfigName()) == 0;
+}
+
+// A tag whose value is empty or cannot be read is left out.
+void ReadTags(IConfigSource& source, const ConfigManager& manager, const wstring& section,
+              const std::vector<wstring>& tags, ConfigManager::TagMap& tagMap) {
+    for (const wstring& tag : tags) {
+        ConfigManager::ConfigValue entry;
+        const std::int32_t result = source.ReadValue(manager.BuildKey(section, tag), entry.value);
+        const bool failed = result == FAILURE_GENERAL && entry.value.empty();
+        if (result > 0 && !failed)
+            tagMap.emplace(tag, std::move(entry));
+    }
+}
+
+} // namespace
+
+int ConfigManager::Update(const wchar* name, int reloadPolicy) {
+    if (Initialize(name, reloadPolicy) == 0)
+        return 0;
+    return failure_reportFormatted(FAILURE_GENERAL,
+                                   CORVANE_TEXT("failed to initialize config manager from '%s'"),
+                                   configChannel, "ConfigManager::Update", __LINE__, name);
+}
+
+int ConfigManager::Initialize(const wchar* name, int reloadPolicy) {
+    if (!name || !*name)
+        return Fail(initialize, __LINE__, CORVANE_TEXT("empty or invalid config name"));
+    const ThreadLockGuard guard(m_lock);
+    if (m_source && reloadPolicy >= 0 && SameConfiguration(*m_source, name) && !m_source->WasModified()) {
+        Log().logProgress(CORVANE_TEXT("config source was not modified, reload not performed"));
+        return 0;
+    }
+
+    Log().logProgress(CORVANE_TEXT("loading config from '%s'"), name);
+    const bool newName = !m_source || !SameConfiguration(*m_source, name);
+    SectionMap newCache;
+    std::shared_ptr<IConfigSource> newSource(CreateConfigSource(name));
+    if (!newSource->IsReady())
+        return FailLoad(CORVANE_TEXT("new configuration object is not ready"), __LINE__);
+
+    SectionMap preserved;
+    PreserveCacheOnlyValues(preserved, m_cache, newName);
+
+    std::vector<wstring> sections;
+    if (!newSource->EnumerateSections(sections))
+        return FailLoad(CORVANE_TEXT("failed to get sections from new config source"), __LINE__);
+    for (const wstring& section : sections) {
+        if (section == corvane::reservedSection)
+            return FailLoad(CORVANE_TEXT("cache node specified in config file (illegal)"), __LINE__);
+        std::vector<wstring> tags;
+        if (!newSource->EnumerateTags(section, tags))
+            continue;
+        TagMap tagMap;
+        ReadTags(*newSource, *this, section, tags, tagMap);
+        newCache.emplace(section, std::move(tagMap));
+    }
+    RestoreCacheOnlyValues(preserved, newCache);
+
+    // Nothing from here on can fail. `name` may belong to the source that goes now.
+    m_source = std::move(newSource);
+    m_cache.swap(newCache);
+    return 0;
+}
+
+bool ConfigManager::SourceWasModified() const {
+    return !m_source || m_source->WasModified();
+}
+
+void ConfigManager::Clear() {
+    const ThreadLockGuard guard(m_lock);
+    std::set<wstring> cacheOnlySections{corvane::reservedSection};
+    m_source.reset();
+    m_cache.clear();
+    m_cacheOnlySections.swap(cacheOnlySections);
+}

@@ -1,0 +1,33 @@
+// Snapshots: the source copies the store; the manager adds the lock and the load behind a restore.
+#include <corvane/manager/ConfigManager.h>
+#include <corvane/manager/Log.h>
+#include <corvane/sources/IConfigSource.h>
+
+using corvane::Fail;
+using corvane::Log;
+using corvane::wstring;
+
+int ConfigManager::CreateSnapshot(wstring& snapshotName) {
+    const ThreadLockGuard guard(m_lock);
+    if (!m_source)
+        return Fail("ConfigManager::CreateSnapshot", __LINE__);
+    return m_source->CreateSnapshot(snapshotName);
+}
+
+int ConfigManager::RestoreSnapshot(const wstring& snapshotName) {
+    static constexpr const char* function = "ConfigManager::RestoreSnapshot";
+    const ThreadLockGuard guard(m_lock);
+    if (!m_source)
+        return Fail(function, __LINE__);
+    Log().logProgress(CORVANE_TEXT("Restoring snapshot file '%s' to active config '%s'"),
+                      snapshotName.c_str(), GetConfigName());
+    if (const std::int32_t code = m_source->RestoreSnapshot(snapshotName))
+        return failure_report(code, CORVANE_TEXT("failed to restore config snapshot"), configChannel,
+                              function, __LINE__);
+    Log().logProgress(CORVANE_TEXT("Snapshot restored, updating configuration from '%s'"), GetConfigName());
+    constexpr int reload = -1;
+    if (const int code = Update(GetConfigName(), reload))
+        return failure_report(code, CORVANE_TEXT("failed to update active configuration"), configChannel,
+                              function, __LINE__);
+    return 0;
+}

@@ -1,0 +1,74 @@
+// Writing by key: all refusals first, the source next, the cache last.
+#include <corvane/manager/ConfigManager.h>
+#include <corvane/manager/KeyParts.h>
+#include <corvane/manager/Log.h>
+
+using corvane::Fail;
+using corvane::KeyParts;
+using corvane::Log;
+using corvane::wstring;
+
+namespace {
+
+void Store(ConfigManager::TagMap& tags, const wstring& tag, const wstring& value, bool cacheOnly) {
+    const auto entry = tags.find(tag);
+    if (entry == tags.end()) {
+        tags.emplace(tag, ConfigManager::ConfigValue{value, cacheOnly});
+        return;
+    }
+    entry->second.value = value;
+    entry->second.cacheOnly = cacheOnly;
+}
+
+} // namespace
+
+int ConfigManager::SetValue(const wstring& key, const wstring& value, bool cacheOnly) {
+    return _SetValue(key, value, cacheOnly);
+}
+
+int ConfigManager::_SetValue(const wstring& key, const wstring& value, bool cacheOnly) {
+    const auto refuse = [&](std::int32_t line) {
+        return Fail("ConfigManager::_SetValue", line, key.c_str());
+    };
+    Log().logTrace(CORVANE_TEXT("SetValue: key: '%s', value:'%s', cacheOnly = %s"), key.c_str(),
+                   value.c_str(), cacheOnly ? CORVANE_TEXT("true") : CORVANE_TEXT("false"));
+    const ThreadLockGuard guard(m_lock);
+    if (!m_source)
+        return refuse(__LINE__);
+    if (key.empty())
+        return refuse(__LINE__);
+    if (!ValidateCacheOnlyKey(key, cacheOnly))
+        return refuse(__LINE__);
+    const wstring storedKey = GetKeyFromCache(key);
+    KeyParts parts;
+    if (!parts.Parse(*m_source, storedKey))
+        return refuse(__LINE__);
+    if (parts.section.empty() || parts.tag.empty())
+        return refuse(__LINE__);
+
+    const bool writeThrough = !cacheOnly && m_cacheOnlySections.count(parts.section) == 0;
+    if (writeThrough) {
+        const std::int32_t written = m_source->WriteValue(storedKey, value);
+        if (written == 0 || written == FAILURE_GENERAL)
+            return refuse(__LINE__);
+    } else {
+        m_cacheOnlySections.insert(parts.section);
+    }
+
+    const auto section = m_cache.find(parts.section);
+    if (section != m_cache.end()) {
+        Store(section->second, parts.tag, value, !writeThrough);
+        return 0;
+    }
+    TagMap tags;
+    Store(tags, parts.tag, value, !writeThrough);
+    m_cache.emplace(parts.section, std::move(tags));
+    return 0;
+}
+
+bool ConfigManager::ValidateCacheOnlyKey(const wstring& key, bool cacheOnly) {
+    KeyParts parts;
+    if (!parts.Parse(*m_source, key))
+        return false;
+    return !cacheOnly || m_cache.count(parts.section) == 0;
+}

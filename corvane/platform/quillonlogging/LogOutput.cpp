@@ -1,0 +1,93 @@
+#include <corvane/platform/quillonlogging/LogOutput.h>
+
+#include <atomic>
+#include <cstdio>
+#include <memory>
+#include <mutex>
+
+namespace corvane::logging {
+namespace {
+
+using namespace Quillon::NativeLogging;
+
+struct Output {
+    std::mutex mutex; // guards the three below
+    std::shared_ptr<const LogSink> sink;
+    bool thresholdIsSet = false;
+    Severity threshold = Severity::problem;
+};
+
+// Never destroyed: lines may come from the destructors of static objects.
+Output& TheOutput() {
+    static auto& output = *new Output;
+    return output;
+}
+
+std::atomic<Severity> leastUrgent{Severity::problem};
+thread_local bool inSink = false;
+
+void Refresh(const Output& output) noexcept {
+    const Severity unset = output.sink ? Severity::trace : Severity::problem;
+    leastUrgent.store(output.thresholdIsSet ? output.threshold : unset, std::memory_order_relaxed);
+}
+
+std::shared_ptr<const LogSink> CurrentSink() {
+    Output& output = TheOutput();
+    const std::lock_guard lock(output.mutex);
+    return output.sink;
+}
+
+void WriteToStandardError(const LogLine& line) {
+    const std::string text = ToUtf8(line.channel) + ": " + ToUtf8(line.text) + "\n";
+    std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
+struct SinkScope {
+    SinkScope() noexcept { inSink = true; }
+    ~SinkScope() { inSink = false; }
+    SinkScope(const SinkScope&) = delete;
+    SinkScope& operator=(const SinkScope&) = delete;
+};
+
+} // namespace
+
+bool IsWanted(Severity severity) noexcept {
+    return severity <= leastUrgent.load(std::memory_order_relaxed);
+}
+
+void Emit(const LogLine& line) noexcept {
+    if (inSink)
+        return;
+    const SinkScope scope;
+    try {
+        if (const auto sink = CurrentSink())
+            (*sink)(line);
+        else
+            WriteToStandardError(line);
+    } catch (...) { // NOLINT(bugprone-empty-catch): a log line never makes an operation fail
+    }
+}
+
+} // namespace corvane::logging
+
+namespace Quillon::NativeLogging {
+
+using namespace corvane::logging;
+
+void LoggerRegistry::setSink(LogSink sink) {
+    auto next = sink ? std::make_shared<const LogSink>(std::move(sink)) : nullptr;
+    Output& output = TheOutput();
+    const std::lock_guard lock(output.mutex);
+    output.sink.swap(next); // the old one goes behind the lock
+    Refresh(output);
+}
+
+void LoggerRegistry::setThreshold(Severity severity) {
+    Output& output = TheOutput();
+    const std::lock_guard lock(output.mutex);
+    output.thresholdIsSet = true;
+    output.threshold = severity;
+    Refresh(output);
+}
+
+} // namespace Quillon::NativeLogging

@@ -1,0 +1,110 @@
+#include <corvane/platform/WideFormat.h>
+#include <corvane/platform/quillonlogging/LogOutput.h>
+
+#include <deque>
+#include <mutex>
+
+namespace Quillon::NativeLogging {
+namespace {
+
+using corvane::wchar;
+using corvane::wstring;
+using corvane::wstring_view;
+using corvane::logging::Emit;
+using corvane::logging::IsWanted;
+
+class Logger final : public ILogger {
+public:
+    explicit constexpr Logger(wstring_view channel) noexcept : m_channel(channel) {}
+
+    wstring_view Channel() const noexcept { return m_channel; }
+
+    // The level says how loud a line is meant to be; the library's reports all say "always".
+    void logAtLevel(std::int32_t, const wchar* format, ...) override {
+        std::va_list arguments;
+        va_start(arguments, format);
+        Log(Severity::report, format, arguments);
+        va_end(arguments);
+    }
+
+    void logProblem(const wchar* text) override {
+        if (IsWanted(Severity::problem))
+            Emit({m_channel, Severity::problem, text});
+    }
+
+    void logProgress(const wchar* format, ...) override {
+        if (!IsWanted(Severity::progress))
+            return;
+        std::va_list arguments;
+        va_start(arguments, format);
+        Log(Severity::progress, format, arguments);
+        va_end(arguments);
+    }
+
+    void logTrace(const wchar* format, ...) override {
+        if (!IsWanted(Severity::trace))
+            return;
+        std::va_list arguments;
+        va_start(arguments, format);
+        Log(Severity::trace, format, arguments);
+        va_end(arguments);
+    }
+
+private:
+    void Log(Severity severity, const wchar* format, std::va_list arguments) const noexcept {
+        std::va_list again;
+        va_copy(again, arguments);
+        wchar buffer[512];
+        const std::size_t length = corvane::FormatWide(buffer, std::size(buffer), format, arguments);
+        if (length <= std::size(buffer))
+            Emit({m_channel, severity, wstring_view(buffer, length)});
+        else
+            LogLong(severity, length, format, again);
+        va_end(again);
+    }
+
+    void LogLong(Severity severity, std::size_t length, const wchar* format,
+                 std::va_list arguments) const noexcept {
+        try {
+            wstring text(length, wchar());
+            corvane::FormatWide(text.data(), length, format, arguments);
+            Emit({m_channel, severity, text});
+        } catch (const std::bad_alloc&) { // NOLINT(bugprone-empty-catch): a line that has no room is lost
+        }
+    }
+
+    wstring_view m_channel;
+};
+
+// The library's own channel is there without an allocation: a logger is never missing.
+Logger& LibraryLogger() noexcept {
+    static Logger logger(CORVANE_TEXT("corvane.config"));
+    return logger;
+}
+
+struct OtherLoggers {
+    std::mutex mutex;
+    std::deque<wstring> names; // a deque's elements stay where they are
+    std::deque<Logger> loggers;
+};
+
+Logger& OtherLogger(wstring_view name) {
+    static auto& others = *new OtherLoggers;
+    const std::lock_guard lock(others.mutex);
+    for (Logger& logger : others.loggers) {
+        if (logger.Channel() == name)
+            return logger;
+    }
+    others.names.emplace_back(name);
+    return others.loggers.emplace_back(others.names.back());
+}
+
+} // namespace
+
+ILogger* LoggerRegistry::getLogger(const wchar* name) {
+    const wstring_view channel = name;
+    Logger& own = LibraryLogger();
+    return channel == own.Channel() ? &own : &OtherLogger(channel);
+}
+
+} // namespace Quillon::NativeLogging

@@ -1,0 +1,52 @@
+// What a configuration file is to the library: its path, its time and the form of its keys.
+#include <corvane/platform/Platform.h>
+#include <corvane/sources/ConfigFile.h>
+
+ConfigFile::ConfigFile(const corvane::wchar* fileName) {
+    constexpr int readAndWrite = 6;
+    if (!fileName || !*fileName || platform::_waccess(fileName, readAndWrite) != 0)
+        return;
+    m_fileName = fileName;
+    ConfigFile::UpdateModifyTime();
+}
+
+const corvane::wchar* ConfigFile::GetConfigName() {
+    return m_fileName.c_str();
+}
+
+bool ConfigFile::IsReady() {
+    return !m_fileName.empty();
+}
+
+bool ConfigFile::WasModified() {
+    platform::_stat64 info{};
+    return platform::_wstat64(m_fileName.c_str(), &info) < 0 || info.st_mtime > m_modifyTime;
+}
+
+void ConfigFile::UpdateModifyTime() {
+    platform::_stat64 info{};
+    if (platform::_wstat64(m_fileName.c_str(), &info) >= 0)
+        m_modifyTime = info.st_mtime;
+}
+
+bool ConfigFile::ParseKey(const corvane::wstring& key, corvane::wstring& section, corvane::wstring& tag) {
+    if (key.empty())
+        return false;
+    const std::size_t colon = key.find(':');
+    if (colon == corvane::wstring::npos) {
+        section.clear();
+        tag.clear();
+        return false;
+    }
+    section.assign(key, 0, colon);
+    tag.assign(key, colon + 1);
+    return true;
+}
+
+void ConfigFile::SetWriteRetries(std::uint32_t count) {
+    m_writeRetries = count;
+}
+
+std::uint32_t ConfigFile::GetWriteRetries() {
+    return m_writeRetries;
+}

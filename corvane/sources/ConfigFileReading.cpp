@@ -1,0 +1,158 @@
+// Reading from the configuration file: one call of the platform for each text.
+#include <corvane/foundations/FailureReport.h>
+#include <corvane/platform/Platform.h>
+#include <corvane/sources/ConfigFile.h>
+#include <corvane/sources/NarrowString.h>
+
+#include <limits>
+#include <new>
+
+using corvane::wstring;
+
+namespace {
+
+// The bytes that a read operation fills. How long a text is shows only when it fits, so the buffer doubles
+// until it does. A NUL always stands behind it.
+class ReadBuffer {
+public:
+    ReadBuffer() : m_bytes(initialSize + 1) {}
+
+    char* Data() noexcept { return m_bytes.data(); }
+    std::int32_t Size() const noexcept { return static_cast<std::int32_t>(m_bytes.size() - 1); }
+
+    void Double() {
+        if (Size() > std::numeric_limits<std::int32_t>::max() / 2)
+            throw std::bad_alloc();
+        const std::size_t size = (m_bytes.size() - 1) * 2;
+        m_bytes = std::vector<char>(); // before the new one, which is as large as all before it together
+        m_bytes.resize(size + 1);
+    }
+
+private:
+    static constexpr std::size_t initialSize = 1024;
+    std::vector<char> m_bytes;
+};
+
+std::int32_t Fail(const char* function, std::int32_t line, const corvane::wchar* message = nullptr) {
+    return failure_report(FAILURE_GENERAL, message, configChannel, function, line);
+}
+
+} // namespace
+
+std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
+    static constexpr const char* function = "ConfigFile::ReadValue";
+    if (!IsReady() || key.empty())
+        return Fail(function, __LINE__);
+    wstring section;
+    wstring tag;
+    if (!ParseKey(key, section, tag))
+        return Fail(function, __LINE__);
+
+    ReadBuffer buffer;
+    value.clear();
+    NarrowString narrowSection;
+    NarrowString narrowTag;
+    NarrowString narrowFile;
+    if (!narrowSection.ConvertName(section) || !narrowTag.ConvertName(tag) ||
+        !narrowFile.Convert(m_fileName.c_str()))
+        return Fail(function, __LINE__);
+
+    for (;;) {
+        std::int32_t count = 0;
+        try {
+            count = static_cast<std::int32_t>(platform::GetPrivateProfileStringA(
+                narrowSection.Get(), narrowTag.Get(), nullptr, buffer.Data(),
+                static_cast<corvane::ulong>(buffer.Size()), narrowFile.Get()));
+        } catch (...) {
+            return Fail(function, __LINE__);
+        }
+        if (count < 1)
+            return count;
+        if (count == buffer.Size() - 1 || count == buffer.Size() - 2) {
+            buffer.Double();
+            continue;
+        }
+        if (section.empty() || tag.empty())
+            ++count; // a name list: its final NUL belongs to it
+        Utf8ToWide(buffer.Data(), count, value);
+        return count;
+    }
+}
+
+std::int32_t ConfigFile::ReadSection(const wstring& section, wstring& text) {
+    static constexpr const char* function = "ConfigFile::ReadSection";
+    if (!IsReady() || section.empty())
+        return Fail(function, __LINE__);
+
+    ReadBuffer buffer;
+    text.clear();
+    NarrowString narrowSection;
+    NarrowString narrowFile;
+    if (!narrowSection.Convert(section.c_str()))
+        return Fail(function, __LINE__, section.c_str());
+    if (!narrowFile.Convert(m_fileName.c_str()))
+        return Fail(function, __LINE__, m_fileName.c_str());
+
+    for (;;) {
+        std::int32_t count = 0;
+        try {
+            count = static_cast<std::int32_t>(platform::GetPrivateProfileSectionA(
+                narrowSection.Get(), buffer.Data(), static_cast<corvane::ulong>(buffer.Size()),
+                narrowFile.Get()));
+        } catch (...) {
+            return Fail(function, __LINE__);
+        }
+        if (count < 1)
+            return count;
+        if (count == buffer.Size() - 2) {
+            buffer.Double();
+            continue;
+        }
+        ++count;
+        string_stripTrailWhiteSpaceA(buffer.Data());
+        Utf8ToWide(buffer.Data(), count, text);
+        return count;
+    }
+}
+
+void ConfigFile::Utf8ToWide(const char* text, std::int32_t length, wstring& result) {
+    using namespace corvane::platform;
+    result.clear();
+    const int units = platform::MultiByteToWideChar(CP_UTF8, 0, text, length, nullptr, 0);
+    if (units == 0)
+        return;
+    wstring converted(static_cast<std::size_t>(units), corvane::wchar());
+    if (platform::MultiByteToWideChar(CP_UTF8, 0, text, length, converted.data(), units) != 0)
+        result = std::move(converted);
+}
+
+bool ConfigFile::SplitNameList(const wstring& list, std::vector<wstring>& names) {
+    if (list.empty())
+        return false;
+    for (std::size_t begin = 0;;) {
+        const std::size_t end = list.find(corvane::wchar(), begin);
+        if (end == wstring::npos)
+            return true;
+        names.emplace_back(list, begin, end - begin);
+        begin = end + 1;
+        if (begin < list.size() && list[begin] == 0)
+            return true;
+    }
+}
+
+bool ConfigFile::EnumerateSections(std::vector<wstring>& sections) {
+    wstring list;
+    if (ReadValue(CORVANE_TEXT(":"), list) > 0 && SplitNameList(list, sections))
+        return true;
+    sections.clear();
+    return false;
+}
+
+bool ConfigFile::EnumerateTags(const wstring& section, std::vector<wstring>& tags) {
+    if (section.empty())
+        return false;
+    wstring list;
+    if (ReadValue(section + CORVANE_TEXT(":"), list) > 0)
+        SplitNameList(list, tags);
+    return true;
+}

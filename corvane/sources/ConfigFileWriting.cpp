@@ -1,0 +1,101 @@
+// Writing to the configuration file. A refusal counts as a passing condition: the file may be busy.
+#include <corvane/foundations/FailureReport.h>
+#include <corvane/platform/Platform.h>
+#include <corvane/sources/ConfigFile.h>
+#include <corvane/sources/NarrowString.h>
+
+using corvane::wstring;
+
+namespace {
+
+// Calls `write` until it gives a result other than 0, at least once and at most `retries` times, and gives
+// that result. The number is read anew after each attempt.
+template <class Write>
+std::int32_t Retry(const std::uint32_t& retries, Write write) {
+    constexpr corvane::ulong pauseSeconds = 1;
+    corvane::ulong attempt = 0;
+    do {
+        if (const std::int32_t written = write())
+            return written;
+        const corvane::ulong reason = platform::GetLastError();
+        ++attempt;
+        corvane::wchar line[256];
+        string_safeSprintfW(
+            line, std::size(line),
+            CORVANE_TEXT("attempt #%lu to write to config file fails, will retry in %lu seconds"), attempt,
+            pauseSeconds);
+        failure_report(static_cast<std::int32_t>(reason), line, configChannel,
+                       "ConfigFile::WritePrivateProfileStringWithRetry", __LINE__);
+        platform::Sleep(pauseSeconds * 1000);
+    } while (attempt < retries);
+    return 0;
+}
+
+std::int32_t LastError() {
+    return static_cast<std::int32_t>(platform::GetLastError());
+}
+
+} // namespace
+
+std::int32_t ConfigFile::WritePrivateProfileStringWithRetry(const char* section, const char* tag,
+                                                            const char* value, const char* file) const {
+    return Retry(m_writeRetries,
+                 [&] { return platform::WritePrivateProfileStringA(section, tag, value, file); });
+}
+
+std::int32_t ConfigFile::WritePrivateProfileStringWithRetry(const corvane::wchar* section,
+                                                            const corvane::wchar* tag,
+                                                            const corvane::wchar* value,
+                                                            const corvane::wchar* file) const {
+    return Retry(m_writeRetries,
+                 [&] { return platform::WritePrivateProfileStringW(section, tag, value, file); });
+}
+
+std::int32_t ConfigFile::WriteValue(const wstring& key, const wstring& value) {
+    const auto fail = [](const corvane::wchar* message, std::int32_t line) {
+        return failure_report(FAILURE_GENERAL, message, configChannel, "ConfigFile::WriteValue", line);
+    };
+    if (!IsReady() || key.empty())
+        return fail(nullptr, __LINE__);
+    wstring section;
+    wstring tag;
+    if (!ParseKey(key, section, tag))
+        return fail(nullptr, __LINE__);
+
+    NarrowString narrowSection;
+    NarrowString narrowTag;
+    NarrowString narrowValue;
+    NarrowString narrowFile;
+    if (!narrowSection.ConvertName(section) || !narrowTag.ConvertName(tag) ||
+        !narrowValue.Convert(string_skipWhiteSpaceW(value.c_str())) ||
+        !narrowFile.Convert(m_fileName.c_str()))
+        return fail(section.c_str(), __LINE__);
+
+    std::int32_t written = 0;
+    try {
+        written = WritePrivateProfileStringWithRetry(narrowSection.Get(), narrowTag.Get(), narrowValue.Get(),
+                                                     narrowFile.Get());
+        if (written == 0)
+            failure_report(LastError(), CORVANE_TEXT("WritePrivateProfileStringA"), configChannel,
+                           "ConfigFile::WriteValue", __LINE__);
+    } catch (...) {
+        return fail(CORVANE_TEXT("WritePrivateProfileStringA exception caught"), __LINE__);
+    }
+    UpdateModifyTime();
+    return written;
+}
+
+bool ConfigFile::DeleteValue(const wstring& key) {
+    wstring section;
+    wstring tag;
+    if (!ParseKey(key, section, tag) || section.empty())
+        return false;
+    const corvane::wchar* const tagOrNull = tag.empty() ? nullptr : tag.c_str();
+    if (WritePrivateProfileStringWithRetry(section.c_str(), tagOrNull, nullptr, m_fileName.c_str()) != 0) {
+        UpdateModifyTime();
+        return true;
+    }
+    failure_report(LastError(), CORVANE_TEXT("WritePrivateProfileString"), configChannel,
+                   "ConfigFile::DeleteValue", __LINE__);
+    return false;
+}
