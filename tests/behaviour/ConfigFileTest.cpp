@@ -1,0 +1,154 @@
+// The source by itself: what a program sees that asks it directly.
+#include "support/ConfigFixture.h"
+
+#include <corvane/sources/CreateConfigSource.h>
+
+namespace {
+
+class Source : public ConfigFixture {
+protected:
+    std::unique_ptr<IConfigSource> Open(const std::string& content) {
+        Put(content);
+        return std::unique_ptr<IConfigSource>(CreateConfigSource(WidePath(file).c_str()));
+    }
+    static std::pair<int, std::string> Read(IConfigSource& source, const std::string& key) {
+        corvane::wstring value;
+        const int result = source.ReadValue(Wide(key), value);
+        return {result, corvane::ToUtf8(value)};
+    }
+};
+
+using Text = std::pair<int, std::string>;
+
+TEST_F(Source, IsReadyForAFileThatIsThere) {
+    EXPECT_EQ(CreateConfigSource(nullptr), nullptr);
+    for (const auto& name : {WidePath(file), corvane::wstring()}) {
+        const std::unique_ptr<IConfigSource> source(CreateConfigSource(name.c_str()));
+        EXPECT_FALSE(source->IsReady());
+        EXPECT_EQ(source->GetConfigName(), corvane::wstring());
+        EXPECT_EQ(source->GetModifyTime(), 0);
+        EXPECT_EQ(log.Take(), Lines{});
+        EXPECT_EQ(Read(*source, "a:b"), Text(FAILURE_GENERAL, ""));
+        EXPECT_EQ(source->WriteValue(CORVANE_TEXT("a:b"), CORVANE_TEXT("c")), FAILURE_GENERAL);
+        corvane::wstring snapshot;
+        EXPECT_EQ(source->RestoreSnapshot(snapshot), FAILURE_GENERAL);
+        EXPECT_EQ(
+            log.Take(),
+            (Lines{"Error 32768 at func: ConfigFile::ReadValue",
+                   "Error 32768 at func: ConfigFile::WriteValue",
+                   "Error 32768 \"invalid configuration file name\" at func: ConfigFile::RestoreSnapshot"}));
+    }
+}
+
+TEST_F(Source, ReadsByTheFormOfTheKey) {
+    using namespace std::string_literals;
+    const auto source = Open("[Mail]\nPort=25\nEmpty=\n[Net]\nx=h\u00e4\n");
+    struct Row {
+        const char* key;
+        Text text;
+    };
+    const Row rows[] = {
+        {"Mail:Port", {2, "25"}},
+        {"mail:PORT", {2, "25"}},
+        {"Net:x", {3, "h\u00e4"}},
+        {"Mail:Empty", {0, ""}},
+        {"Nope:Port", {0, ""}},
+        {"Mail:", {12, "Port\0Empty\0\0"s}},
+        {":", {10, "Mail\0Net\0\0"s}},
+        {":Port", {10, "Mail\0Net\0\0"s}},
+        {"nocolon", {FAILURE_GENERAL, ""}},
+        {"", {FAILURE_GENERAL, ""}},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(Read(*source, row.key), row.text) << row.key;
+}
+
+TEST_F(Source, ReadsTextsOfAnyLength) {
+    std::string content = "[v]\n";
+    for (const std::size_t length : {1021U, 1022U, 1023U, 1024U, 2045U, 2046U, 2047U, 2048U, 100'000U})
+        content += "t" + std::to_string(length) + "=" + std::string(length, 'x') + "\n";
+    for (int i = 0; i < 300; ++i)
+        content += "[section " + std::to_string(i) + "]\n";
+    const auto source = Open(content);
+    std::vector<corvane::wstring> tags(1);
+    ASSERT_TRUE(source->EnumerateTags(CORVANE_TEXT("v"), tags));
+    ASSERT_EQ(tags.size(), 10U); // added to what was there
+    for (auto tag = tags.begin() + 1; tag != tags.end(); ++tag) {
+        const std::string name = corvane::ToUtf8(*tag);
+        const auto length = static_cast<std::size_t>(std::stoul(name.substr(1)));
+        EXPECT_EQ(Read(*source, "v:" + name), Text(static_cast<int>(length), std::string(length, 'x')));
+    }
+    std::vector<corvane::wstring> sections;
+    EXPECT_TRUE(source->EnumerateSections(sections));
+    EXPECT_EQ(sections.size(), 301U);
+    EXPECT_EQ(sections.back(), CORVANE_TEXT("section 299"));
+
+    corvane::wstring text;
+    EXPECT_EQ(source->ReadSection(CORVANE_TEXT("V"), text), static_cast<int>(text.size()));
+    EXPECT_EQ(corvane::ToUtf8(text.substr(0, 6)), "t1021=");
+    EXPECT_EQ(source->ReadSection(CORVANE_TEXT("nope"), text), 0);
+    EXPECT_EQ(source->ReadSection(CORVANE_TEXT("section 1"), text), 0);
+    EXPECT_EQ(text, corvane::wstring());
+}
+
+TEST_F(Source, ListsNothingWhereNothingIs) {
+    const auto source = Open("");
+    std::vector<corvane::wstring> names(1);
+    EXPECT_TRUE(source->EnumerateTags(CORVANE_TEXT("nope"), names));
+    EXPECT_FALSE(source->EnumerateTags({}, names));
+    EXPECT_EQ(names.size(), 1U);
+    EXPECT_FALSE(source->EnumerateSections(names));
+    EXPECT_TRUE(names.empty());
+}
+
+TEST_F(Source, SplitsKeysAtTheFirstColon) {
+    const auto source = Open("[a]\n");
+    corvane::wstring section = CORVANE_TEXT("s");
+    corvane::wstring tag = CORVANE_TEXT("t");
+    EXPECT_FALSE(source->ParseKey({}, section, tag));
+    EXPECT_EQ(section + tag, CORVANE_TEXT("st"));
+    EXPECT_FALSE(source->ParseKey(CORVANE_TEXT("nocolon"), section, tag));
+    EXPECT_EQ(section + tag, corvane::wstring());
+    EXPECT_TRUE(source->ParseKey(CORVANE_TEXT("a:b:c"), section, tag));
+    EXPECT_EQ(section, CORVANE_TEXT("a"));
+    EXPECT_EQ(tag, CORVANE_TEXT("b:c"));
+}
+
+TEST_F(Source, SeesChangesBehindItsBack) {
+    const auto source = Open("[a]\nb=1\n");
+    EXPECT_FALSE(source->WasModified());
+    const std::int64_t seen = source->GetModifyTime();
+    MoveTime(file, 5);
+    EXPECT_TRUE(source->WasModified());
+    EXPECT_NE(source->WriteValue(CORVANE_TEXT("a:b"), CORVANE_TEXT("2")), 0);
+    EXPECT_FALSE(source->WasModified());
+    MoveTime(file, 5);
+    EXPECT_TRUE(source->DeleteValue(CORVANE_TEXT("a:nope")));
+    EXPECT_FALSE(source->WasModified());
+    fs::remove(file);
+    source->UpdateModifyTime();
+    EXPECT_GE(source->GetModifyTime(), seen);
+    EXPECT_TRUE(source->WasModified());
+    EXPECT_EQ(log.Take(), Lines{});
+}
+
+TEST_F(Source, RefusesToDeleteWithoutAWord) {
+    const auto source = Open("[a]\nb=1\n");
+    for (const char* key : {"", "nocolon", ":b"})
+        EXPECT_FALSE(source->DeleteValue(Wide(key))) << key;
+    EXPECT_TRUE(source->DeleteValue(CORVANE_TEXT("a:x\ny=z"))); // nothing of that name can be there
+    EXPECT_EQ(ReadFile(file), "[a]\nb=1\n");
+    EXPECT_EQ(log.Take(), Lines{});
+}
+
+TEST_F(Source, NamesNoSnapshotThatDoesNotFit) {
+    const std::size_t room = 259 - WidePath(folder.Path()).size() - 1;
+    file = folder.Path() / std::string(room - 1, 'n'); // ".0" is one too many
+    const auto source = Open("[a]\n");
+    corvane::wstring name = CORVANE_TEXT("before");
+    EXPECT_EQ(source->CreateSnapshot(name), FAILURE_GENERAL);
+    EXPECT_EQ(name, CORVANE_TEXT("before"));
+    EXPECT_EQ(log.Take(), Lines{"Error 32768 at func: ConfigFile::CreateSnapshot"});
+}
+
+} // namespace

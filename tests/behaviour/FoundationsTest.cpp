@@ -1,0 +1,162 @@
+#include "support/LogCapture.h"
+
+#include <corvane/config.h>
+#include <corvane/foundations/FailureReport.h>
+#include <corvane/foundations/StringUtility.h>
+
+#include <gtest/gtest.h>
+#include <thread>
+
+namespace {
+
+using corvane::ToUtf8;
+using corvane::ToWide;
+
+TEST(Reports, HandTheCodeBackAndLogIt) {
+    LogCapture log;
+    const corvane::wstring longText(600, 'x');
+    EXPECT_EQ(failure_report(0, nullptr, configChannel, "F::G", 1), 0);
+    EXPECT_EQ(failure_report(-7, CORVANE_TEXT(""), configChannel, "F::G", 1), -7);
+    EXPECT_EQ(failure_report(5, CORVANE_TEXT("100%s %d"), configChannel, "F::G", 1), 5);
+    EXPECT_EQ(failure_reportFormatted(6, nullptr, configChannel, "F::G", 1, 42), 6);
+    EXPECT_EQ(failure_reportFormatted(7, CORVANE_TEXT("%s"), configChannel, "F::G", 1, longText.c_str()), 7);
+    EXPECT_EQ(log.Take(), (Lines{"Error 0 at func: F::G", "Error -7 \"\" at func: F::G",
+                                 "Error 5 \"100%s %d\" at func: F::G", "Error 6 at func: F::G",
+                                 "Error 7 \"" + std::string(511, 'x') + "\" at func: F::G"}));
+}
+
+TEST(Formats, AreThoseOfWidePrintf) {
+    corvane::wchar buffer[32];
+    const auto format = [&buffer](std::size_t capacity, const corvane::wchar* text, auto... arguments) {
+        const int result = string_safeSprintfW(buffer, capacity, text, arguments...);
+        return std::pair(result, ToUtf8(buffer));
+    };
+    using Result = std::pair<int, std::string>;
+    EXPECT_EQ(format(32, CORVANE_TEXT("%s|%S|%%"), CORVANE_TEXT("w\u00e4"), "n\u00e4"),
+              Result(0, "w\u00e4|n\u00e4|%"));
+    EXPECT_EQ(format(32, CORVANE_TEXT("%d %lu"), INT32_MIN, corvane::ulong{4294967295U}),
+              Result(0, "-2147483648 4294967295"));
+    EXPECT_EQ(format(32, CORVANE_TEXT("%s"), static_cast<const corvane::wchar*>(nullptr)),
+              Result(0, "(null)"));
+    EXPECT_EQ(format(32, CORVANE_TEXT("%d %x %d"), 1, 2, 3), Result(0, "1 %x %d"));
+    EXPECT_EQ(format(4, CORVANE_TEXT("abc")), Result(0, "abc"));
+    EXPECT_EQ(format(4, CORVANE_TEXT("abcd")), Result(1, "abc"));
+}
+
+TEST(Logger, GivesWhatIsWantedToTheSink) {
+    using namespace Quillon::NativeLogging;
+    auto* const logger = LoggerRegistry::getLogger(CORVANE_TEXT("other"));
+    EXPECT_EQ(logger, LoggerRegistry::getLogger(CORVANE_TEXT("other")));
+    for (const auto& [threshold, count] : {std::pair(Severity::report, 1U),
+                                           {Severity::problem, 2U},
+                                           {Severity::progress, 3U},
+                                           {Severity::trace, 4U}}) {
+        LogCapture log(threshold);
+        logger->logAtLevel(-1, CORVANE_TEXT("a"));
+        logger->logProblem(CORVANE_TEXT("b %s"));
+        logger->logProgress(CORVANE_TEXT("%s"), corvane::wstring(2000, 'c').c_str());
+        logger->logTrace(CORVANE_TEXT("d"));
+        const Lines all = {"a", "b %s", std::string(2000, 'c'), "d"};
+        EXPECT_EQ(log.Take(), Lines(all.begin(), all.begin() + count));
+    }
+}
+
+TEST(Logger, LetsASinkReadAConfiguration) {
+    using namespace Quillon::NativeLogging;
+    ConfigManager manager;
+    int lines = 0;
+    LoggerRegistry::setSink([&](const LogLine& line) {
+        EXPECT_EQ(ToUtf8(line.channel), "corvane.config");
+        ++lines;
+        corvane::wstring value;
+        manager.GetValue(CORVANE_TEXT("a:b"), value); // its own line is dropped
+        throw 1;
+    });
+    corvane::wstring value;
+    EXPECT_EQ(manager.GetValue(CORVANE_TEXT("nocolon"), value), FAILURE_GENERAL);
+    EXPECT_GE(lines, 1);
+    LoggerRegistry::setSink({});
+}
+
+TEST(Text, CrossesBetweenTheEncodings) {
+    struct Row {
+        const char* utf8;
+        corvane::wstring wide;
+    };
+    const Row wellFormed[] = {
+        {"plain ASCII, longer than eight", CORVANE_TEXT("plain ASCII, longer than eight")},
+        {"\xC3\xA4", CORVANE_TEXT("\u00e4")},
+        {"\xE2\x82\xAC", CORVANE_TEXT("\u20ac")},
+        {"\xF0\x9F\x98\x80", CORVANE_TEXT("\U0001F600")},
+        {"\xEF\xBF\xBF", CORVANE_TEXT("\uFFFF")},
+    };
+    for (const Row& row : wellFormed) {
+        EXPECT_EQ(ToWide(row.utf8), row.wide);
+        EXPECT_EQ(ToUtf8(row.wide), row.utf8);
+    }
+    const corvane::wstring bad(1, static_cast<corvane::wchar>(0xFFFD));
+    const corvane::wstring a(1, 'a');
+    const Row illFormed[] = {
+        {"\x80", bad},
+        {"\xC0\xAF", bad + bad},           // overlong
+        {"\xED\xA0\x80", bad + bad + bad}, // a surrogate
+        {"\xF4\x90\x80\x80", bad + bad + bad + bad},
+        {"\xE2\x82", bad},
+        {"\xF0\x9F\x98"
+         "a",
+         bad + a},
+        {"\xE2"
+         "a",
+         bad + a},
+        {"\xFF"
+         "a",
+         bad + a},
+    };
+    for (const Row& row : illFormed)
+        EXPECT_EQ(ToWide(row.utf8), row.wide) << row.utf8;
+    for (const int lone : {0xD800, 0xDBFF, 0xDC00, 0xDFFF})
+        EXPECT_EQ(ToUtf8(corvane::wstring(1, static_cast<corvane::wchar>(lone)) + a), "\xEF\xBF\xBD"
+                                                                                      "a");
+    EXPECT_EQ(ToUtf8(ToWide(std::string("a\0b", 3))), std::string("a\0b", 3));
+}
+
+TEST(Text, IsTrimmedOfWhiteSpace) {
+    EXPECT_EQ(ToUtf8(string_skipWhiteSpaceW(CORVANE_TEXT(" \t\r\n\v\fa "))), "a ");
+    EXPECT_EQ(ToUtf8(string_skipWhiteSpaceW(CORVANE_TEXT("  "))), "");
+    char text[] = " a \t\n\0b ";
+    string_stripTrailWhiteSpaceA(text);
+    EXPECT_STREQ(text, " a");
+    EXPECT_EQ(text[sizeof text - 3], 'b');
+}
+
+TEST(Application, HasOneManager) {
+    ApplicationConfigManager::Delete();
+    std::vector<ApplicationConfigManager*> seen(8);
+    std::vector<std::thread> threads;
+    for (auto*& instance : seen)
+        threads.emplace_back([&instance] { instance = ApplicationConfigManager::Instance(); });
+    for (auto& thread : threads)
+        thread.join();
+    for (const auto* instance : seen)
+        EXPECT_EQ(instance, seen.front());
+    ASSERT_NE(seen.front(), nullptr);
+    EXPECT_FALSE(seen.front()->IsReady());
+
+    std::vector<std::thread> racers;
+    for (int i = 0; i < 4; ++i) {
+        racers.emplace_back([i] {
+            for (int round = 0; round < 500; ++round) {
+                if (i % 2)
+                    ApplicationConfigManager::Delete();
+                else
+                    EXPECT_NE(ApplicationConfigManager::Instance(), nullptr);
+            }
+        });
+    }
+    for (auto& racer : racers)
+        racer.join();
+    ApplicationConfigManager::Delete();
+    ApplicationConfigManager::Delete();
+}
+
+} // namespace

@@ -1,0 +1,109 @@
+#include "support/ConfigFixture.h"
+
+namespace {
+
+class Reading : public ConfigFixture {};
+
+std::string Report(const std::string& key) {
+    return "Error 32768 \"" + key + "\" at func: ConfigManager::_GetValue";
+}
+
+TEST_F(Reading, AnswersByKey) {
+    Start("[Mail]\nPort=25\nPort:Alt=587\n[Bare]\n");
+    struct Row {
+        const char* key;
+        const char* value;
+        bool exists;
+        std::string line; // of the read; Exists never logs
+    };
+    const std::string section = "config cache section for key '";
+    const std::string item = "config cache item for key '";
+    const Row rows[] = {
+        {"Mail:Port", "25", true, ""},
+        {"MAIL:pORT", "25", true, ""},
+        {"Mail:Port:Alt", "587", true, ""},
+        {"Mail:Nope", "<none>", false, item + "Mail:Nope' was not found"},
+        {"Mail:", "<none>", true, item + "Mail:' was not found"},
+        {"Bare:", "<none>", true, item + "Bare:' was not found"},
+        {"Nope:Port", "<none>", false, section + "Nope:Port' was not found"},
+        {"Nope:", "<none>", false, section + "Nope:' was not found"},
+        {":Port", "<none>", false, section + ":Port' was not found"},
+        {" Mail:Port", "<none>", false, section + " Mail:Port' was not found"},
+        {"nocolon", "<none>", false, Report("nocolon")},
+        {"100%s%d", "<none>", false, Report("100%s%d")},
+        {"", "<none>", false, Report("")},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.key);
+        EXPECT_EQ(Exists(row.key), row.exists);
+        EXPECT_EQ(log.Take(), Lines{});
+        EXPECT_EQ(Get(row.key), row.value);
+        EXPECT_EQ(log.Take(), row.line.empty() ? Lines{} : Lines{row.line});
+    }
+}
+
+TEST_F(Reading, FallsBackToTheDefault) {
+    corvane::wstring value = CORVANE_TEXT("before");
+    EXPECT_EQ(manager.GetValue(CORVANE_TEXT("Mail:Port"), value, CORVANE_TEXT("default")), 0);
+    EXPECT_EQ(value, CORVANE_TEXT("default"));
+    EXPECT_EQ(log.Take(), Lines{Report("Mail:Port")}); // no source
+
+    Start("[Mail]\nPort=25\n");
+    EXPECT_EQ(manager.GetValue(CORVANE_TEXT("Mail:Port"), value, CORVANE_TEXT("default")), 0);
+    EXPECT_EQ(value, CORVANE_TEXT("25"));
+    EXPECT_EQ(manager.GetValue(CORVANE_TEXT("Mail:Nope"), value, CORVANE_TEXT("default")), 0);
+    EXPECT_EQ(value, CORVANE_TEXT("default"));
+}
+
+TEST_F(Reading, IsTraced) {
+    Start("[Mail]\nPort=25\n");
+    LogCapture traced(Quillon::NativeLogging::Severity::trace);
+    Get("mail:port");
+    Set("mail:port", "26");
+    Delete("mail:port");
+    EXPECT_EQ(traced.Take(), (Lines{"GetValue: key: 'mail:port'", "GetValue: key: 'mail:port', value: '25'",
+                                    "SetValue: key: 'mail:port', value:'26', cacheOnly = false",
+                                    "DeleteValue: key: 'mail:port'"}));
+}
+
+TEST_F(Reading, ListsInTheOrderOfTheCache) {
+    Start("[b]\nz=1\nA=2\n_=3\n[A]\n[1]\n");
+    EXPECT_EQ(Set("_$CACHE$_:t", "v"), 0);
+    EXPECT_EQ(List(), "1,_$CACHE$_,A,b");
+    EXPECT_EQ(List("B:whatever"), "_,A,z");
+    EXPECT_EQ(List("_$CACHE$_:"), "t");
+
+    std::vector<corvane::wstring> names(2);
+    EXPECT_EQ(manager.EnumerateTags(CORVANE_TEXT("b:"), names), 5U);
+    EXPECT_EQ(names.size(), 5U);
+    for (const auto* key : {CORVANE_TEXT("nope:"), CORVANE_TEXT("b"), CORVANE_TEXT(":b"), CORVANE_TEXT("")})
+        EXPECT_EQ(manager.EnumerateTags(key, names), 0U);
+    EXPECT_EQ(manager.EnumerateTags(CORVANE_TEXT("A:"), names), 5U);
+    EXPECT_EQ(names.size(), 5U);
+    std::list<corvane::wstring> asList(1);
+    EXPECT_EQ(manager.EnumerateTags(CORVANE_TEXT("b:"), asList), 4U);
+    EXPECT_EQ(manager.EnumerateSubKeys(names), 9U);
+    EXPECT_EQ(log.Take(), Lines{});
+}
+
+TEST_F(Reading, OfAManagerWithoutASourceIsQuiet) {
+    std::vector<corvane::wstring> names(1);
+    EXPECT_EQ(manager.EnumerateSubKeys(names), 1U);
+    EXPECT_EQ(manager.EnumerateTags(CORVANE_TEXT("a:"), names), 0U);
+    EXPECT_FALSE(Exists("a:b"));
+    EXPECT_FALSE(manager.IsReady());
+    EXPECT_EQ(manager.GetConfigName(), nullptr);
+    EXPECT_EQ(log.Take(), Lines{});
+}
+
+TEST_F(Reading, JoinsKeys) {
+    const corvane::wstring embedded(CORVANE_TEXT("a\0b"), 3);
+    const corvane::wchar* const none = nullptr;
+    EXPECT_EQ(manager.BuildKey(none, none), CORVANE_TEXT(":"));
+    EXPECT_EQ(manager.BuildKey(CORVANE_TEXT("s"), none), CORVANE_TEXT("s:"));
+    EXPECT_EQ(manager.BuildKey(none, embedded), CORVANE_TEXT(":a"));
+    EXPECT_EQ(manager.BuildKey(embedded, CORVANE_TEXT("t")), CORVANE_TEXT("a:t"));
+    EXPECT_EQ(manager.BuildKey(embedded, embedded), CORVANE_TEXT("a:a"));
+}
+
+} // namespace

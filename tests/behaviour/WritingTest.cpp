@@ -1,0 +1,157 @@
+#include "support/ConfigFixture.h"
+
+namespace {
+
+class Writing : public ConfigFixture {};
+
+const std::string commented =
+    "; the mail server\r\n[Mail]\r\nPort = 25 \r\n\r\n; more\r\n[Net]\r\nMTU=1500\r\n";
+
+std::string Refusal(const std::string& key) {
+    return "Error 32768 \"" + key + "\" at func: ConfigManager::_SetValue";
+}
+
+TEST_F(Writing, GoesThroughToFileAndCache) {
+    Start(commented);
+    EXPECT_EQ(Set("MAIL:port", "26"), 0);
+    EXPECT_EQ(Set("mail:Host", "gr\u00f6n"), 0);
+    EXPECT_EQ(Set("New:Tag:With", "colon"), 0);
+    EXPECT_EQ(Set("Mail:Blank", "  x "), 0);
+    EXPECT_EQ(Get("Mail:Blank"), "  x "); // as given, until the next load
+    EXPECT_EQ(List("Mail:"), "Blank,Host,Port");
+    EXPECT_FALSE(manager.SourceWasModified());
+    EXPECT_EQ(log.Take(), Lines{});
+    const std::string written = ReadFile(file);
+    EXPECT_EQ(Load(), 0); // no change behind the manager's back
+    EXPECT_EQ(Get("Mail:Blank"), "  x ");
+    EXPECT_EQ(Load(-1), 0);
+    EXPECT_EQ(Get("Mail:Blank"), "x");
+    EXPECT_EQ(Get("mail:HOST"), "gr\u00f6n");
+    EXPECT_EQ(Get("New:Tag:With"), "colon");
+    for (const char* kept : {"; the mail server", "; more", "[Net]", "MTU=1500", "Host=gr\u00f6n"})
+        EXPECT_NE(written.find(kept), std::string::npos) << kept;
+}
+
+TEST_F(Writing, OfAnEmptyValueLastsUntilTheNextLoad) {
+    Start(commented);
+    EXPECT_EQ(Set("Mail:Port", ""), 0);
+    EXPECT_EQ(Get("Mail:Port"), "");
+    EXPECT_EQ(Load(-1), 0);
+    EXPECT_EQ(Get("Mail:Port"), "<none>");
+}
+
+TEST_F(Writing, IsRefusedBeforeAnythingChanges) {
+    EXPECT_EQ(Set("Mail:Port", "1"), FAILURE_GENERAL); // no source
+    EXPECT_EQ(log.Take(), Lines{Refusal("Mail:Port")});
+
+    Start(commented);
+    const std::string thrown = "Error 32768 \"WritePrivateProfileStringA exception caught\" at func: "
+                               "ConfigFile::WriteValue";
+    struct Row {
+        std::string key;
+        std::string value;
+        bool cacheOnly;
+        bool bySource; // the file could not give it back
+    };
+    const Row rows[] = {
+        {"", "x", false, false},
+        {"nocolon", "x", true, false},
+        {":Port", "x", false, false},
+        {"Mail:", "x", false, false},
+        {"Other:", "x", true, false},
+        {":", "x", false, false},
+        {"Mail:New", "x", true, false},
+        {"mail:Port", "x", true, false},
+        {"Mail:Port", "a\nb", false, true},
+        {"Mail:Port", "a\rb", false, true},
+        {"Mail:a=b", "x", false, true},
+        {"Mail:;a", "x", false, true},
+        {"Mail:[a", "x", false, true},
+        {"Ma\nil:a", "x", false, true},
+        {"Mail:a\n[Evil]\nb", "x", false, true},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.key + "=" + row.value);
+        EXPECT_EQ(Set(row.key, row.value, row.cacheOnly), FAILURE_GENERAL);
+        EXPECT_EQ(log.Take(), row.bySource ? (Lines{thrown, Refusal(row.key)}) : Lines{Refusal(row.key)});
+    }
+    EXPECT_EQ(ReadFile(file), commented);
+    EXPECT_EQ(List(), "Mail,Net");
+    EXPECT_EQ(List("Mail:"), "Port");
+    EXPECT_EQ(Get("Mail:Port"), "25");
+}
+
+TEST_F(Writing, ToTheCacheAlone) {
+    Start(commented);
+    EXPECT_EQ(Set("Temp:a", "1", true), 0);
+    EXPECT_EQ(Set("Temp:b", "2", true), FAILURE_GENERAL); // a request makes a section and adds to none
+    EXPECT_EQ(Set("Temp:b", "2"), 0);
+    EXPECT_EQ(Set("TEMP:A", "3"), 0); // the stored letter case counts
+    EXPECT_EQ(Set("_$CACHE$_:t", "4"), 0);
+    EXPECT_EQ(Set("_$CACHE$_:u", "5", true), FAILURE_GENERAL);
+    EXPECT_EQ(List("Temp:"), "a,b");
+    EXPECT_EQ(Get("Temp:a"), "3");
+    EXPECT_EQ(Get("_$CACHE$_:T"), "4");
+    EXPECT_EQ(ReadFile(file), commented);
+
+    EXPECT_EQ(Load(-1), 0); // the section goes, its mark stays, in its exact letter case
+    EXPECT_EQ(Get("Temp:a"), "<none>");
+    EXPECT_EQ(Set("Temp:a", "6"), 0);
+    EXPECT_EQ(ReadFile(file), commented);
+    EXPECT_EQ(Load(-1), 0);
+    EXPECT_EQ(Set("TEMP:a", "7"), 0);
+    EXPECT_NE(ReadFile(file).find("[TEMP]"), std::string::npos);
+}
+
+TEST_F(Writing, DeletesFromFileAndCache) {
+    const std::string text = "[Mail]\nPort=1\nHost=h\nPORT=2\n[Net]\nMTU=1\n[Bare]\n[mail]\nPort=3\n";
+    const std::string report = "Error 32768 at func: ConfigManager::DeleteValue";
+    struct Row {
+        const char* key;
+        int result;
+        bool reported;
+        const char* sections;
+        const char* file;
+    };
+    const std::string same = text;
+    const Row rows[] = {
+        {"MAIL:port", 0, false, "Bare,Mail,Net", "[Mail]\nHost=h\n[Net]\nMTU=1\n[Bare]\n[mail]\n"},
+        {"mail:", 0, false, "Bare,Net", "[Net]\nMTU=1\n[Bare]\n"},
+        {"Net:mtu", 0, false, "Bare,Mail", "[Mail]\nPort=1\nHost=h\nPORT=2\n[Net]\n[Bare]\n[mail]\nPort=3\n"},
+        {"Mail:Nope", FAILURE_GENERAL, true, "Bare,Mail,Net", text.c_str()},
+        {"Bare:Nope", FAILURE_GENERAL, true, "Mail,Net", text.c_str()},
+        {"Bare:", 0, false, "Mail,Net", "[Mail]\nPort=1\nHost=h\nPORT=2\n[Net]\nMTU=1\n[mail]\nPort=3\n"},
+        {"Nope:Port", FAILURE_GENERAL, true, "Bare,Mail,Net", text.c_str()},
+        {"nocolon", 0, false, "Bare,Mail,Net", text.c_str()},
+        {"", 0, false, "Bare,Mail,Net", text.c_str()},
+        {":Port", 0, false, "Bare,Mail,Net", text.c_str()},
+        {"_$CACHE$_:Port", 0, false, "Bare,Mail,Net", text.c_str()},
+        {"_$cache$_:Port", FAILURE_GENERAL, true, "Bare,Mail,Net", text.c_str()},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.key);
+        Start(text);
+        EXPECT_EQ(Delete(row.key), row.result);
+        EXPECT_EQ(log.Take(), row.reported ? Lines{report} : Lines{});
+        EXPECT_EQ(List(), row.sections);
+        EXPECT_EQ(ReadFile(file), row.file);
+        EXPECT_FALSE(manager.SourceWasModified());
+    }
+    manager.Clear();
+    EXPECT_EQ(Delete("Mail:Port"), FAILURE_GENERAL);
+    EXPECT_EQ(log.Take(), Lines{"Error 32768 \"Mail:Port\" at func: ConfigManager::DeleteValue"});
+}
+
+TEST_F(Writing, DeletingEndsACacheOnlySection) {
+    Start(commented);
+    ASSERT_EQ(Set("Temp:a", "1", true), 0);
+    ASSERT_EQ(Set("_$CACHE$_:a", "1"), 0);
+    EXPECT_EQ(Delete("TEMP:A"), 0);
+    EXPECT_EQ(Delete("_$cache$_:a"), 0); // found in the cache, and left alone
+    EXPECT_EQ(Get("_$CACHE$_:a"), "1");
+    EXPECT_EQ(List(), "_$CACHE$_,Mail,Net");
+    EXPECT_EQ(Set("Temp:a", "2"), 0); // an ordinary section again
+    EXPECT_NE(ReadFile(file).find("[Temp]\r\na=2"), std::string::npos);
+}
+
+} // namespace

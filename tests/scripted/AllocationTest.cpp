@@ -1,0 +1,135 @@
+// Lack of memory at every allocation in turn, and roads on which nothing may be allocated at all.
+#include "ScriptedPlatform.h"
+
+#include <corvane/config.h>
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <new>
+#include <thread>
+
+namespace {
+
+// Counts the allocations of one thread, and lets the n-th and all after it fail.
+thread_local long allocations = 0;
+thread_local long allowed = -1;
+
+void* Allocate(std::size_t size) {
+    if (!InPlatform()) {
+        ++allocations;
+        if (allowed == 0)
+            throw std::bad_alloc();
+        if (allowed > 0)
+            --allowed;
+    }
+    if (void* const memory = std::malloc(size ? size : 1))
+        return memory;
+    throw std::bad_alloc();
+}
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    return Allocate(size);
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+namespace {
+
+using corvane::wstring;
+
+class Allocation : public testing::Test {
+protected:
+    Allocation() {
+        Quillon::NativeLogging::LoggerRegistry::setThreshold(Quillon::NativeLogging::Severity::problem);
+        Quillon::NativeLogging::LoggerRegistry::setSink([](const auto&) {});
+        Reset();
+        Platform().sections = {
+            {"A section with a long name", {{"a tag with a long name", longValue}, {"b", "1"}}}};
+        EXPECT_EQ(manager.Update(CORVANE_TEXT("a file name that is long"), 0), 0);
+        EXPECT_EQ(manager.SetValue(CORVANE_TEXT("_$CACHE$_:a long key of the cache"), value, true), 0);
+    }
+    ~Allocation() override { Quillon::NativeLogging::LoggerRegistry::setSink({}); }
+
+    std::vector<wstring> State() const {
+        std::vector<wstring> state;
+        manager.EnumerateSubKeys(state);
+        for (const auto& section : std::vector<wstring>(state)) {
+            std::vector<wstring> tags;
+            manager.EnumerateTags(section + CORVANE_TEXT(":"), tags);
+            for (const auto& tag : tags) {
+                wstring text;
+                auto copy = manager;
+                EXPECT_EQ(copy.GetValue(section + CORVANE_TEXT(":") + tag, text), 0);
+                state.push_back(tag + CORVANE_TEXT("=") + text);
+            }
+        }
+        return state;
+    }
+
+    /// Whether another thread can take the lock.
+    bool LockIsFree() {
+        bool answered = false;
+        std::thread([&] { answered = manager.GetConfigName() != nullptr; }).join();
+        return answered;
+    }
+
+    /// Runs `operation` with one allocation more each time, until it goes through; after each failure the
+    /// manager has to be as it was.
+    template <class Operation>
+    void FailEachAllocation(Operation operation) {
+        const std::vector<wstring> before = State();
+        long count = 0;
+        for (bool done = false; !done; ++count) {
+            allowed = count;
+            try {
+                operation();
+                done = true;
+            } catch (const std::bad_alloc&) {
+                allowed = -1;
+                ASSERT_EQ(State(), before) << count;
+                ASSERT_TRUE(LockIsFree());
+            }
+            allowed = -1;
+        }
+        EXPECT_GT(count, 1);
+    }
+
+    const std::string longValue = std::string(3000, 'x');
+    const wstring key = CORVANE_TEXT("A section with a long name:A TAG WITH A LONG NAME");
+    const wstring value = CORVANE_TEXT("a value that is too long for the small string");
+    ConfigManager manager;
+};
+
+TEST_F(Allocation, FailingInALoadChangesNothing) {
+    Platform().sections.push_back({"Another section", {{"c", "2"}}});
+    FailEachAllocation(
+        [this] { EXPECT_EQ(manager.Update(CORVANE_TEXT("a file name that is long"), -1), 0); });
+    EXPECT_EQ(State().size(), 7U);
+}
+
+TEST_F(Allocation, FailingInAChangeLeavesTheCache) {
+    FailEachAllocation([this] { EXPECT_EQ(manager.SetValue(key, value), 0); });
+    FailEachAllocation([this] { manager.SetValue(CORVANE_TEXT("New section, long name:tag"), value); });
+    FailEachAllocation(
+        [this] { manager.SetValue(CORVANE_TEXT("New cached one, long name:tag"), value, true); });
+    FailEachAllocation([this] { EXPECT_EQ(manager.DeleteValue(key), 0); });
+    FailEachAllocation([this] { EXPECT_EQ(manager.RestoreSnapshot(value), 0); });
+}
+
+TEST_F(Allocation, IsNotNeededToRead) {
+    wstring text = wstring(longValue.size(), 'y');
+    EXPECT_EQ(manager.GetValue(key, text), 0); // the key's buffers grow to its length
+    const long before = allocations;
+    EXPECT_EQ(manager.GetValue(key, text), 0);
+    EXPECT_TRUE(manager.Exists(key));
+    EXPECT_EQ(manager.GetValue(CORVANE_TEXT("No such section is there"), text), FAILURE_GENERAL);
+    EXPECT_EQ(allocations - before, 1); // the test's own key
+}
+
+} // namespace

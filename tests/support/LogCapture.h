@@ -1,0 +1,38 @@
+// Collects the library's log lines for as long as it lives.
+#pragma once
+
+#include <corvane/foundations/NativeLogging.h>
+
+#include <mutex>
+#include <string>
+#include <vector>
+
+class LogCapture {
+public:
+    explicit LogCapture(
+        Quillon::NativeLogging::Severity threshold = Quillon::NativeLogging::Severity::progress) {
+        using namespace Quillon::NativeLogging;
+        LoggerRegistry::setThreshold(threshold);
+        LoggerRegistry::setSink([this](const LogLine& line) {
+            const std::lock_guard lock(m_mutex);
+            m_lines.push_back(WithoutSourceLine(corvane::ToUtf8(line.text)));
+        });
+    }
+    LogCapture(const LogCapture&) = delete;
+    LogCapture& operator=(const LogCapture&) = delete;
+    ~LogCapture() { Quillon::NativeLogging::LoggerRegistry::setSink({}); }
+
+    /// The lines since the last call, reports without the number of their source line.
+    std::vector<std::string> Take() {
+        const std::lock_guard lock(m_mutex);
+        return std::exchange(m_lines, {});
+    }
+
+private:
+    static std::string WithoutSourceLine(std::string text) { return text.substr(0, text.find(" line: ")); }
+
+    std::mutex m_mutex;
+    std::vector<std::string> m_lines;
+};
+
+using Lines = std::vector<std::string>;
