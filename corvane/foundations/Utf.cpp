@@ -1,5 +1,9 @@
 #include <corvane/foundations/Utf.h>
 
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
 namespace corvane {
 namespace {
 
@@ -86,6 +90,35 @@ char* Append(char* out, char32_t code) noexcept {
     return out + bytes;
 }
 
+// Whether the eight bytes at `at` are ASCII, as bytes or as UTF-16.
+template <typename Unit>
+bool IsAsciiBlock(const Unit* at) noexcept {
+    constexpr std::uint64_t beyondAscii = sizeof(Unit) == 1 ? 0x8080808080808080 : 0xFF80FF80FF80FF80;
+    std::uint64_t block = 0;
+    std::memcpy(&block, at, sizeof block);
+    return (block & beyondAscii) == 0;
+}
+
+template <typename Unit>
+constexpr std::ptrdiff_t blockUnits = 8 / sizeof(Unit);
+
+template <typename Unit>
+std::size_t SkipAsciiBlocks(const Unit*& at, const Unit* end) noexcept {
+    const Unit* const begin = at;
+    while (end - at >= blockUnits<Unit> && IsAsciiBlock(at))
+        at += blockUnits<Unit>;
+    return static_cast<std::size_t>(at - begin);
+}
+
+template <typename From, typename To>
+void CopyAsciiBlocks(const From*& at, const From* end, To*& out) noexcept {
+    for (; end - at >= blockUnits<From> && IsAsciiBlock(at);
+         at += blockUnits<From>, out += blockUnits<From>) {
+        for (std::ptrdiff_t i = 0; i < blockUnits<From>; ++i)
+            out[i] = static_cast<To>(at[i]);
+    }
+}
+
 } // namespace
 
 char32_t utf::TakeCharacter(std::string_view& utf8) noexcept {
@@ -100,7 +133,7 @@ std::size_t utf::ToWide(std::string_view utf8, wchar* out) noexcept {
     const auto* at = reinterpret_cast<const unsigned char*>(utf8.data());
     const unsigned char* const end = at + utf8.size();
     wchar* const begin = out;
-    while (at != end) {
+    while (CopyAsciiBlocks(at, end, out), at != end) {
         if (*at < 0x80)
             *out++ = *at++;
         else
@@ -113,7 +146,7 @@ std::size_t utf::WideLength(std::string_view utf8) noexcept {
     const auto* at = reinterpret_cast<const unsigned char*>(utf8.data());
     const unsigned char* const end = at + utf8.size();
     std::size_t units = 0;
-    while (at != end)
+    while (units += SkipAsciiBlocks(at, end), at != end)
         units += *at < 0x80 ? (++at, 1) : UnitsOf(DecodeUtf8(at, end));
     return units;
 }
@@ -122,7 +155,7 @@ std::size_t utf::ToUtf8(wstring_view wide, char* out) noexcept {
     const wchar* at = wide.data();
     const wchar* const end = at + wide.size();
     char* const begin = out;
-    while (at != end) {
+    while (CopyAsciiBlocks(at, end, out), at != end) {
         if (*at < 0x80)
             *out++ = static_cast<char>(*at++);
         else
@@ -135,7 +168,7 @@ std::size_t utf::Utf8Length(wstring_view wide) noexcept {
     const wchar* at = wide.data();
     const wchar* const end = at + wide.size();
     std::size_t bytes = 0;
-    while (at != end)
+    while (bytes += SkipAsciiBlocks(at, end), at != end)
         bytes += *at < 0x80 ? (++at, 1) : BytesOf(DecodeUtf16(at, end));
     return bytes;
 }

@@ -1,5 +1,7 @@
+#include <corvane/foundations/CaseFolding.h>
 #include <corvane/platform/posix/profile/ProfileLine.h>
 
+#include <clocale>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -33,7 +35,7 @@ TEST(ProfileLine, IsClassified) {
         {"=v", Kind::Other, "", ""},
         {"no separator", Kind::Other, "", ""},
         {"# a=b", Kind::Tag, "# a", "b"},
-        {std::string_view("a\0b=c\0d", 7), Kind::Tag, "a", "c"},
+        {std::string_view("a \0b=c \0d", 9), Kind::Tag, "a", "c"},
     };
     for (const Row& row : rows) {
         ProfileLines lines(row.text);
@@ -65,6 +67,21 @@ TEST(SameName, IgnoresLetterCase) {
     EXPECT_FALSE(SameName("Port", "Port2"));
     EXPECT_FALSE(SameName("Port2", "Port"));
     EXPECT_TRUE(SameName("a\xFF", "A\xEF\xBF\xBD"));
+}
+
+// Whatever a locale takes for one letter must fall into one bucket of a look-up.
+TEST(SameName, ImpliesTheSameHash) {
+    ASSERT_NE(std::setlocale(LC_CTYPE, "C.UTF-8"), nullptr);
+    for (unsigned unit = 1; unit <= 0xFFFF; ++unit) {
+        const auto letter = static_cast<wchar>(unit);
+        const std::string name = ToUtf8(wstring(1, letter)) + "x";
+        const std::string folded = ToUtf8(wstring(1, FoldCase(letter))) + "X";
+        ASSERT_TRUE(SameName(name, folded)) << unit;
+        ASSERT_EQ(HashName(name), HashName(folded)) << unit;
+    }
+    std::setlocale(LC_CTYPE, "C");
+    EXPECT_NE(HashName("Port"), HashName("Post"));
+    EXPECT_NE(HashName("\xE4\xB8\xAD"), HashName("\xE4\xB8\xAE"));
 }
 
 } // namespace

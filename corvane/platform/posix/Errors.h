@@ -19,6 +19,7 @@ inline constexpr ulong ERROR_SHARING_VIOLATION = 32;
 inline constexpr ulong ERROR_FILE_EXISTS = 80;
 inline constexpr ulong ERROR_INVALID_PARAMETER = 87;
 inline constexpr ulong ERROR_DISK_FULL = 112;
+inline constexpr ulong ERROR_INSUFFICIENT_BUFFER = 122;
 inline constexpr ulong ERROR_BAD_PATHNAME = 161;
 inline constexpr ulong ERROR_FILENAME_EXCED_RANGE = 206;
 inline constexpr ulong ERROR_FILE_TOO_LARGE = 223;

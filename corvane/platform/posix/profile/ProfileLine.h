@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 namespace corvane::posix {
@@ -33,8 +34,19 @@ public:
     bool Next(ProfileLine& line) noexcept;
 
 private:
-    std::string_view m_rest;
+    void SplitLine(ProfileLine& line) noexcept;
+
+    std::string_view m_text;
+    std::size_t m_at = 0;
+    // The next LF and the next CR: each is looked for again only when it is passed, so that a text with one
+    // kind of line ending takes time in proportion to its length.
+    std::size_t m_feed = 0;
+    std::size_t m_return = 0;
 };
+
+/// `text` up to its first NUL: a name or a value ends there, as every text does that is handed on as a C
+/// string.
+std::string_view UntilNul(std::string_view text) noexcept;
 
 /// `text` without the spaces and tabs at its ends.
 std::string_view TrimBlanks(std::string_view text) noexcept;
@@ -45,6 +57,9 @@ std::string_view WithoutQuotes(std::string_view value) noexcept;
 /// Whether two names in UTF-8 are one name to a program, which sees them as UTF-16: letter case does not
 /// count, as in the platform's `_wcsicmp`, and ill-formed bytes are the U+FFFD that they read as.
 bool SameName(std::string_view a, std::string_view b) noexcept;
+
+/// Equal for every two names that SameName can ever take for one, whatever the locale.
+std::uint64_t HashName(std::string_view name) noexcept;
 
 /// Whether the text begins with a UTF-16 byte-order mark: such a file reads as nothing and is never written.
 bool IsUtf16(std::string_view text) noexcept;

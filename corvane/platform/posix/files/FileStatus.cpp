@@ -1,0 +1,43 @@
+#include <corvane/platform/posix/PosixPlatform.h>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <new>
+#include <unistd.h>
+
+namespace corvane {
+namespace {
+
+int Refuse(int error) noexcept {
+    errno = error;
+    return -1;
+}
+
+// Calls `operation` with the path in UTF-8.
+template <typename Operation>
+int WithPath(const wchar* path, Operation operation) noexcept {
+    if (!path || *path == 0)
+        return Refuse(ENOENT);
+    try {
+        return operation(ToUtf8(path).c_str());
+    } catch (const std::bad_alloc&) {
+        return Refuse(ENOMEM);
+    }
+}
+
+} // namespace
+
+// The rights that count are those with which the files will be opened.
+int platform::_waccess(const wchar* path, int mode) noexcept {
+    if ((mode & ~6) != 0)
+        return Refuse(EINVAL);
+    const int rights = ((mode & 2) != 0 ? W_OK : 0) | ((mode & 4) != 0 ? R_OK : 0);
+    return WithPath(path,
+                    [rights](const char* name) { return ::faccessat(AT_FDCWD, name, rights, AT_EACCESS); });
+}
+
+int platform::_wstat64(const wchar* path, _stat64* info) noexcept {
+    return WithPath(path, [info](const char* name) { return ::stat(name, info); });
+}
+
+} // namespace corvane

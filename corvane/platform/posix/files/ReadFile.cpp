@@ -1,0 +1,45 @@
+#include <corvane/platform/posix/Errors.h>
+#include <corvane/platform/posix/files/ReadFile.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace corvane {
+
+using namespace platform;
+
+ulong posix::ReadWholeFile(int descriptor, std::string& content) {
+    struct stat status {};
+    if (::fstat(descriptor, &status) != 0)
+        return ErrorFromErrno(errno);
+    if (!S_ISREG(status.st_mode))
+        return ERROR_ACCESS_DENIED;
+    if (static_cast<std::size_t>(status.st_size) > maximumFileSize)
+        return ERROR_FILE_TOO_LARGE;
+
+    // The size is only a hint: the file may grow meanwhile, or have none, as those under /proc.
+    constexpr std::size_t leastRoom = 4096;
+    std::size_t count = 0;
+    content.resize(std::max(static_cast<std::size_t>(status.st_size) + 1, leastRoom));
+    for (;;) {
+        const ssize_t got =
+            ::pread(descriptor, &content[count], content.size() - count, static_cast<off_t>(count));
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return ErrorFromErrno(errno);
+        if (got == 0)
+            break;
+        count += static_cast<std::size_t>(got);
+        if (count > maximumFileSize)
+            return ERROR_FILE_TOO_LARGE;
+        if (count == content.size())
+            content.resize(std::min(content.size() * 2, maximumFileSize + 1));
+    }
+    content.resize(count);
+    return ERROR_SUCCESS;
+}
+
+} // namespace corvane

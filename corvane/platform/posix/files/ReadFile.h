@@ -1,0 +1,19 @@
+#pragma once
+
+#include <corvane/foundations/WideString.h>
+
+#include <cstddef>
+#include <string>
+
+namespace corvane::posix {
+
+/// The largest file that is read, in bytes: offsets into it fit 32 bits.
+inline constexpr std::size_t maximumFileSize = std::size_t{1} << 30;
+
+/// Reads an open file from its beginning to its end, wherever its offset stands, into `content`. Takes no
+/// lock; what is no regular file is ERROR_ACCESS_DENIED, what is above maximumFileSize is
+/// ERROR_FILE_TOO_LARGE. Returns ERROR_SUCCESS or the platform's error number; throws only for lack of
+/// memory.
+ulong ReadWholeFile(int descriptor, std::string& content);
+
+} // namespace corvane::posix
