@@ -47,8 +47,6 @@ std::optional<std::string> Attribute(int descriptor, const std::string& name) {
     }
 }
 
-} // namespace
-
 int CopyAttributes(int from, int to) {
     const std::vector<std::string> names = AttributeNames(from);
     for (const std::string& name : AttributeNames(to)) {
@@ -67,6 +65,8 @@ int CopyAttributes(int from, int to) {
     return 0;
 }
 
+} // namespace
+
 int TakeOver(int from, const struct stat& status, int to) {
     struct stat own {};
     if (::fstat(to, &own) != 0)
@@ -77,6 +77,22 @@ int TakeOver(int from, const struct stat& status, int to) {
     if (const int error = CopyAttributes(from, to))
         return error;
     return ::fchmod(to, status.st_mode & 07777) == 0 ? 0 : Refusal(errno);
+}
+
+int TakeOverWhatIsPossible(int from, const struct stat& status, int to) {
+    const bool sameGroup = ::fchown(to, status.st_uid, status.st_gid) == 0 ||
+                           ::fchown(to, static_cast<uid_t>(-1), status.st_gid) == 0;
+    const bool sameLists = CopyAttributes(from, to) == 0;
+    mode_t mode = status.st_mode & 0777;
+    // Another group, or one whose bits were a mask over an access list, gets no more than everybody gets.
+    if (!sameGroup || !sameLists)
+        mode &= (mode & 07) << 3 | ~mode_t{070};
+    return ::fchmod(to, mode) == 0 ? 0 : errno;
+}
+
+void SetModificationTime(int descriptor, const struct stat& status) noexcept {
+    const timespec times[] = {{0, UTIME_OMIT}, status.st_mtim};
+    ::futimens(descriptor, times);
 }
 
 } // namespace corvane::posix

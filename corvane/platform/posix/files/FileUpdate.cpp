@@ -90,25 +90,52 @@ bool FileUpdate::IsStillTheFile() const noexcept {
 }
 
 ulong FileUpdate::Commit(std::string_view content) {
-    // Someone who knows nothing of the lock may have put another file there; that one is not to be lost.
-    if (!IsStillTheFile())
-        return ERROR_SHARING_VIOLATION;
-    if (content == m_content) {
-        m_created = false;
-        return ERROR_SUCCESS;
-    }
+    return content == m_content && IsStillTheFile() ? Done() : Write(content, nullptr);
+}
+
+ulong FileUpdate::CommitCopy(std::string_view content, const struct stat& source) {
     struct stat status {};
     if (::fstat(m_file.Get(), &status) != 0)
         return ErrorFromErrno(errno);
-    const int error = status.st_nlink > 1 ? EPERM : Replace(content, status);
-    const ulong result =
-        ServesInPlace(error) ? WriteInPlace(m_file.Get(), content, m_content) : ErrorFromErrno(error);
-    if (result == ERROR_SUCCESS)
-        m_created = false;
-    return result;
+    const bool itself = status.st_dev == source.st_dev && status.st_ino == source.st_ino;
+    return itself ? Done() : Write(content, &source);
 }
 
-int FileUpdate::Replace(std::string_view content, const struct stat& status) {
+ulong FileUpdate::Done() noexcept {
+    m_created = false;
+    return ERROR_SUCCESS;
+}
+
+ulong FileUpdate::Write(std::string_view content, const struct stat* source) {
+    // Someone who knows nothing of the lock may have put another file there; that one is not to be lost.
+    if (!IsStillTheFile())
+        return ERROR_SHARING_VIOLATION;
+    if (content.size() > largestFile)
+        return ERROR_FILE_TOO_LARGE;
+    struct stat status {};
+    if (::fstat(m_file.Get(), &status) != 0)
+        return ErrorFromErrno(errno);
+    const mode_t oldMode = status.st_mode;
+    if (source)
+        status.st_mode &= source->st_mode;
+    const int error = status.st_nlink > 1 ? EPERM : Replace(content, status, source);
+    if (error == 0)
+        return Done();
+    if (!ServesInPlace(error))
+        return ErrorFromErrno(error);
+    // Narrowed before the content comes, which may be for fewer eyes than the old.
+    if (status.st_mode != oldMode && ::fchmod(m_file.Get(), status.st_mode & 07777) != 0)
+        return ErrorFromErrno(errno);
+    if (const ulong refused = WriteInPlace(m_file.Get(), content, m_content)) {
+        ::fchmod(m_file.Get(), oldMode & 07777);
+        return refused;
+    }
+    if (source)
+        SetModificationTime(m_file.Get(), *source);
+    return Done();
+}
+
+int FileUpdate::Replace(std::string_view content, const struct stat& status, const struct stat* source) {
     TemporaryFile next;
     if (const int error = next.Create(m_target.folder.Get(), m_target.name))
         return error;
@@ -116,6 +143,8 @@ int FileUpdate::Replace(std::string_view content, const struct stat& status) {
         return error;
     if (const int error = WriteWhole(next.Get(), content))
         return error;
+    if (source)
+        SetModificationTime(next.Get(), *source);
     if (::fsync(next.Get()) != 0)
         return errno;
     if (const int error = next.Replace())

@@ -39,13 +39,19 @@ public:
     /// file holds what it held.
     ulong Commit(std::string_view content);
 
+    /// The same for a copy of the file with the status `source`: it takes over that one's modification time
+    /// too, and permits only what both of the files permitted. A file as its own source is left alone.
+    ulong CommitCopy(std::string_view content, const struct stat& source);
+
 private:
     enum class Outcome { Locked, Refused, Changed };
 
     Outcome TryBegin(const std::string& path, Missing missing, BoundedWait& wait, ulong& error);
     int Open(Missing missing, bool& created) noexcept;
     bool IsStillTheFile() const noexcept;
-    int Replace(std::string_view content, const struct stat& status);
+    ulong Done() noexcept;
+    ulong Write(std::string_view content, const struct stat* source);
+    int Replace(std::string_view content, const struct stat& status, const struct stat* source);
 
     TargetPath m_target;
     FileHandle m_file;

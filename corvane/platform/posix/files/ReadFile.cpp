@@ -11,10 +11,6 @@ namespace corvane::posix {
 
 using namespace platform;
 
-namespace {
-constexpr std::size_t largestFile = std::size_t{1} << 30;
-}
-
 ulong ReadWholeFile(int descriptor, std::string& content) {
     ContentLock lock;
     if (const ulong error = lock.Take(descriptor, ContentLock::Kind::Shared))

@@ -13,6 +13,10 @@ struct TargetPath {
     std::string name;
 };
 
+/// Splits `path` into its open folder and its last name, which may be a symbolic link, anything else, or
+/// missing. ERROR_PATH_NOT_FOUND for a missing folder.
+ulong OpenFolderOf(const std::string& path, TargetPath& target);
+
 /// Follows `path`, and the symbolic links at its end, to the target. ERROR_PATH_NOT_FOUND for a missing
 /// folder, ERROR_ACCESS_DENIED for links that lead in a circle.
 ulong FindTarget(std::string path, TargetPath& target);
