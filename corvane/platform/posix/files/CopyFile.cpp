@@ -1,6 +1,7 @@
 #include <corvane/platform/posix/Errors.h>
 #include <corvane/platform/posix/PosixPlatform.h>
 #include <corvane/platform/posix/files/FileAttributes.h>
+#include <corvane/platform/posix/files/FileLock.h>
 #include <corvane/platform/posix/files/FileUpdate.h>
 #include <corvane/platform/posix/files/ReadFile.h>
 #include <corvane/platform/posix/files/TemporaryFile.h>
@@ -31,8 +32,9 @@ ulong Open(const std::string& path, Source& source) {
     source.file = FileHandle(::openat(target.folder.Get(), target.name.c_str(), flags));
     if (!source.file || ::fstat(source.file.Get(), &source.status) != 0)
         return ErrorFromErrno(errno);
-    if (!S_ISREG(source.status.st_mode))
-        return ERROR_ACCESS_DENIED;
+    ContentLock lock;
+    if (const ulong error = lock.Take(source.file.Get(), ContentLock::Kind::Shared))
+        return error;
     return ReadWholeFile(source.file.Get(), source.content);
 }
 

@@ -110,7 +110,7 @@ ulong FileUpdate::Write(std::string_view content, const struct stat* source) {
     // Someone who knows nothing of the lock may have put another file there; that one is not to be lost.
     if (!IsStillTheFile())
         return ERROR_SHARING_VIOLATION;
-    if (content.size() > largestFile)
+    if (content.size() > maximumFileSize)
         return ERROR_FILE_TOO_LARGE;
     struct stat status {};
     if (::fstat(m_file.Get(), &status) != 0)

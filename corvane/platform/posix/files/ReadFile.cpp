@@ -1,5 +1,4 @@
 #include <corvane/platform/posix/Errors.h>
-#include <corvane/platform/posix/files/FileLock.h>
 #include <corvane/platform/posix/files/ReadFile.h>
 
 #include <algorithm>
@@ -7,38 +6,40 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace corvane::posix {
+namespace corvane {
 
 using namespace platform;
 
-ulong ReadWholeFile(int descriptor, std::string& content) {
-    ContentLock lock;
-    if (const ulong error = lock.Take(descriptor, ContentLock::Kind::Shared))
-        return error;
+ulong posix::ReadWholeFile(int descriptor, std::string& content) {
     struct stat status {};
     if (::fstat(descriptor, &status) != 0)
         return ErrorFromErrno(errno);
-    const std::size_t expected = static_cast<std::size_t>(status.st_size);
-    if (expected > largestFile)
+    if (!S_ISREG(status.st_mode))
+        return ERROR_ACCESS_DENIED;
+    if (static_cast<std::size_t>(status.st_size) > maximumFileSize)
         return ERROR_FILE_TOO_LARGE;
-    content.resize(expected + 1); // one more, to see the end without growing
-    for (std::size_t length = 0;;) {
-        const ssize_t count =
-            ::pread(descriptor, content.data() + length, content.size() - length, static_cast<off_t>(length));
-        if (count < 0 && errno == EINTR)
+
+    // The size is only a hint: the file may grow meanwhile, or have none, as those under /proc.
+    constexpr std::size_t leastRoom = 4096;
+    std::size_t count = 0;
+    content.resize(std::max(static_cast<std::size_t>(status.st_size) + 1, leastRoom));
+    for (;;) {
+        const ssize_t got =
+            ::pread(descriptor, &content[count], content.size() - count, static_cast<off_t>(count));
+        if (got < 0 && errno == EINTR)
             continue;
-        if (count < 0)
+        if (got < 0)
             return ErrorFromErrno(errno);
-        length += static_cast<std::size_t>(count);
-        if (length > largestFile)
+        if (got == 0)
+            break;
+        count += static_cast<std::size_t>(got);
+        if (count > maximumFileSize)
             return ERROR_FILE_TOO_LARGE;
-        if (count == 0) {
-            content.resize(length);
-            return ERROR_SUCCESS;
-        }
-        if (length == content.size())
-            content.resize(std::max<std::size_t>(length * 2, 4096));
+        if (count == content.size())
+            content.resize(std::min(content.size() * 2, maximumFileSize + 1));
     }
+    content.resize(count);
+    return ERROR_SUCCESS;
 }
 
-} // namespace corvane::posix
+} // namespace corvane

@@ -7,11 +7,13 @@
 
 namespace corvane::posix {
 
-/// 1 GiB: no configuration, but a mistake, and too much to hold in memory.
-inline constexpr std::size_t largestFile = std::size_t{1} << 30;
+/// The largest file that is read, in bytes: offsets into it fit 32 bits.
+inline constexpr std::size_t maximumFileSize = std::size_t{1} << 30;
 
-/// Reads the regular file behind `descriptor` from its beginning to its end, under the lock that keeps
-/// writers in place away. More than that is refused (ERROR_FILE_TOO_LARGE). Returns a platform error number.
+/// Reads an open file from its beginning to its end, wherever its offset stands, into `content`. Takes no
+/// lock; what is no regular file is ERROR_ACCESS_DENIED, what is above maximumFileSize is
+/// ERROR_FILE_TOO_LARGE. Returns ERROR_SUCCESS or the platform's error number; throws only for lack of
+/// memory.
 ulong ReadWholeFile(int descriptor, std::string& content);
 
 } // namespace corvane::posix

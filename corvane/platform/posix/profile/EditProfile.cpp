@@ -1,6 +1,8 @@
 #include <corvane/platform/posix/profile/EditProfile.h>
 #include <corvane/platform/posix/profile/ProfileLine.h>
 
+#include <algorithm>
+
 namespace corvane::posix {
 namespace {
 
@@ -47,10 +49,12 @@ bool IsBlank(char c) noexcept {
 
 std::optional<std::string> ReplaceValue(std::string_view content, const ProfileLine& line,
                                         std::string_view value) {
-    const char* begin = line.value.data();
-    const char* end = EndOf(line.value);
+    const std::string_view behindEquals = line.text.substr(line.text.find('=') + 1);
+    const std::size_t blanks = std::min(behindEquals.find_first_not_of(" \t"), behindEquals.size());
+    const char* begin = behindEquals.data() + blanks;
+    const char* end = begin + line.value.size();
     if (!value.empty() && IsBlank(value.front()))
-        begin = line.text.data() + line.text.find('=') + 1;
+        begin = behindEquals.data();
     if (!value.empty() && IsBlank(value.back()))
         end = EndOf(line.text);
     if (value == From(Before(content, end), begin))
