@@ -1,7 +1,9 @@
 // One safe change of one file: locked against other writers, replaced whole or not at all.
 #pragma once
 
+#include <corvane/platform/posix/files/BoundedWait.h>
 #include <corvane/platform/posix/files/FileHandle.h>
+#include <corvane/platform/posix/files/TargetPath.h>
 
 #include <string>
 #include <string_view>
@@ -26,7 +28,8 @@ public:
 
     /// Opens the file behind `path` (a symbolic link is followed to its target), takes the lock, makes sure
     /// that the locked file is still the one under that name, and reads it. A lock that is not free within a
-    /// short wait is ERROR_SHARING_VIOLATION. What is no regular file is refused.
+    /// short wait is ERROR_SHARING_VIOLATION. What is no regular file is refused. A file that Begin made goes
+    /// away again when nothing is committed.
     ulong Begin(const std::string& path, Missing missing);
 
     const std::string& Content() const noexcept { return m_content; }
@@ -36,11 +39,23 @@ public:
     /// file holds what it held.
     ulong Commit(std::string_view content);
 
+    /// The same for a copy of the file with the status `source`: it takes over that one's modification time
+    /// too, and permits only what both of the files permitted. A file as its own source is left alone.
+    ulong CommitCopy(std::string_view content, const struct stat& source);
+
 private:
-    FileHandle m_folder;
+    enum class Outcome { Locked, Refused, Changed };
+
+    Outcome TryBegin(const std::string& path, Missing missing, BoundedWait& wait, ulong& error);
+    int Open(Missing missing, bool& created) noexcept;
+    bool IsStillTheFile() const noexcept;
+    ulong Done() noexcept;
+    ulong Write(std::string_view content, const struct stat* source);
+    int Replace(std::string_view content, const struct stat& status, const struct stat* source);
+
+    TargetPath m_target;
     FileHandle m_file;
-    std::string m_name; // within m_folder
-    struct stat m_status {};
+    bool m_created = false; // by Begin, and nothing committed yet
     std::string m_content;
 };
 

@@ -1,0 +1,98 @@
+#include <corvane/platform/posix/files/FileAttributes.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <optional>
+#include <string>
+#include <sys/xattr.h>
+#include <unistd.h>
+#include <vector>
+
+namespace corvane::posix {
+namespace {
+
+// What tells a full disk from an attribute that the file system or the caller's rights don't allow.
+int Refusal(int error) noexcept {
+    return error == ENOSPC || error == EDQUOT || error == EIO || error == ENOMEM ? error : EPERM;
+}
+
+std::vector<std::string> AttributeNames(int descriptor) {
+    std::string list;
+    for (ssize_t size = 0; (size = ::flistxattr(descriptor, nullptr, 0)) > 0;) {
+        list.resize(static_cast<std::size_t>(size));
+        size = ::flistxattr(descriptor, list.data(), list.size());
+        list.resize(size > 0 ? static_cast<std::size_t>(size) : 0);
+        if (size >= 0 || errno != ERANGE)
+            break;
+    }
+    std::vector<std::string> names;
+    for (std::size_t at = 0; at < list.size(); at += names.back().size() + 1)
+        names.emplace_back(list.c_str() + at);
+    return names;
+}
+
+std::optional<std::string> Attribute(int descriptor, const std::string& name) {
+    for (;;) {
+        const ssize_t size = ::fgetxattr(descriptor, name.c_str(), nullptr, 0);
+        if (size < 0)
+            return std::nullopt;
+        std::string value(static_cast<std::size_t>(size), '\0');
+        const ssize_t length = ::fgetxattr(descriptor, name.c_str(), value.data(), value.size());
+        if (length < 0 && errno == ERANGE)
+            continue;
+        if (length < 0)
+            return std::nullopt;
+        value.resize(static_cast<std::size_t>(length));
+        return value;
+    }
+}
+
+int CopyAttributes(int from, int to) {
+    const std::vector<std::string> names = AttributeNames(from);
+    for (const std::string& name : AttributeNames(to)) {
+        const bool wanted = std::find(names.begin(), names.end(), name) != names.end();
+        if (!wanted && ::fremovexattr(to, name.c_str()) != 0)
+            return Refusal(errno);
+    }
+    for (const std::string& name : names) {
+        const std::optional<std::string> value = Attribute(from, name);
+        if (!value)
+            return EPERM;
+        if (Attribute(to, name) != value &&
+            ::fsetxattr(to, name.c_str(), value->data(), value->size(), 0) != 0)
+            return Refusal(errno);
+    }
+    return 0;
+}
+
+} // namespace
+
+int TakeOver(int from, const struct stat& status, int to) {
+    struct stat own {};
+    if (::fstat(to, &own) != 0)
+        return errno;
+    const bool owned = own.st_uid == status.st_uid && own.st_gid == status.st_gid;
+    if (!owned && ::fchown(to, status.st_uid, status.st_gid) != 0)
+        return Refusal(errno);
+    if (const int error = CopyAttributes(from, to))
+        return error;
+    return ::fchmod(to, status.st_mode & 07777) == 0 ? 0 : Refusal(errno);
+}
+
+int TakeOverWhatIsPossible(int from, const struct stat& status, int to) {
+    const bool sameGroup = ::fchown(to, status.st_uid, status.st_gid) == 0 ||
+                           ::fchown(to, static_cast<uid_t>(-1), status.st_gid) == 0;
+    const bool sameLists = CopyAttributes(from, to) == 0;
+    mode_t mode = status.st_mode & 0777;
+    // Another group, or one whose bits were a mask over an access list, gets no more than everybody gets.
+    if (!sameGroup || !sameLists)
+        mode &= (mode & 07) << 3 | ~mode_t{070};
+    return ::fchmod(to, mode) == 0 ? 0 : errno;
+}
+
+void SetModificationTime(int descriptor, const struct stat& status) noexcept {
+    const timespec times[] = {{0, UTIME_OMIT}, status.st_mtim};
+    ::futimens(descriptor, times);
+}
+
+} // namespace corvane::posix

@@ -1,0 +1,56 @@
+#include <corvane/platform/posix/Errors.h>
+#include <corvane/platform/posix/files/FileLock.h>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
+
+namespace corvane::posix {
+
+using namespace platform;
+
+namespace {
+
+// Belongs to the open file, not to the process: threads exclude each other too, and another descriptor of the
+// same file may be closed meanwhile. From the start to the end that the file has at any time.
+int SetContentLock(int descriptor, short type) noexcept {
+    struct flock whole {};
+    whole.l_type = type;
+    whole.l_whence = SEEK_SET;
+    return ::fcntl(descriptor, F_OFD_SETLK, &whole);
+}
+
+} // namespace
+
+ulong LockForChange(int descriptor, BoundedWait& wait) noexcept {
+    while (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+        if (errno != EWOULDBLOCK && errno != EINTR)
+            return ErrorFromErrno(errno);
+        if (!wait.Pause())
+            return ERROR_SHARING_VIOLATION;
+    }
+    return ERROR_SUCCESS;
+}
+
+void Unlock(int descriptor) noexcept {
+    ::flock(descriptor, LOCK_UN);
+}
+
+ulong ContentLock::Take(int descriptor, Kind kind) noexcept {
+    BoundedWait wait;
+    while (SetContentLock(descriptor, kind == Kind::Alone ? F_WRLCK : F_RDLCK) != 0) {
+        if (errno != EAGAIN && errno != EACCES && errno != EINTR)
+            return ERROR_SUCCESS;
+        if (!wait.Pause())
+            return ERROR_SHARING_VIOLATION;
+    }
+    m_descriptor = descriptor;
+    return ERROR_SUCCESS;
+}
+
+ContentLock::~ContentLock() {
+    if (m_descriptor >= 0)
+        SetContentLock(m_descriptor, F_UNLCK);
+}
+
+} // namespace corvane::posix

@@ -1,0 +1,33 @@
+// The two advisory locks of a file. Writers exclude each other by the first for as long as their change
+// takes; the second keeps readers away for the moments in which a file is written in place.
+#pragma once
+
+#include <corvane/foundations/WideString.h>
+#include <corvane/platform/posix/files/BoundedWait.h>
+
+namespace corvane::posix {
+
+/// Locks the open file against other writers until it is unlocked or closed. ERROR_SHARING_VIOLATION when
+/// `wait` runs out first.
+ulong LockForChange(int descriptor, BoundedWait& wait) noexcept;
+void Unlock(int descriptor) noexcept;
+
+/// The lock on a file's content, held for a scope. Readers share it, a writer in place holds it alone. A file
+/// system that has no such locks is no hindrance: the lock then keeps nobody away.
+class ContentLock {
+public:
+    enum class Kind { Shared, Alone };
+
+    ContentLock() = default;
+    ContentLock(const ContentLock&) = delete;
+    ContentLock& operator=(const ContentLock&) = delete;
+    ~ContentLock();
+
+    /// ERROR_SHARING_VIOLATION when the lock is not free within about a second.
+    ulong Take(int descriptor, Kind kind) noexcept;
+
+private:
+    int m_descriptor = -1;
+};
+
+} // namespace corvane::posix

@@ -1,0 +1,158 @@
+#include <corvane/platform/posix/Errors.h>
+#include <corvane/platform/posix/files/FileAttributes.h>
+#include <corvane/platform/posix/files/FileLock.h>
+#include <corvane/platform/posix/files/FileUpdate.h>
+#include <corvane/platform/posix/files/ReadFile.h>
+#include <corvane/platform/posix/files/TemporaryFile.h>
+#include <corvane/platform/posix/files/WriteFile.h>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace corvane::posix {
+
+using namespace platform;
+
+namespace {
+
+// Never waits for the other end of a pipe, never takes over a terminal.
+constexpr int openFlags = O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+
+// Why a new file cannot take the old one's place although the old one itself may be written: the folder or
+// its sticky bit forbids it, the owner or an attribute cannot be kept, the file is a mount point, or its name
+// leaves no room for a temporary one. A full disk is not among them.
+bool ServesInPlace(int error) noexcept {
+    return error == EACCES || error == EPERM || error == EBUSY || error == EXDEV || error == ENAMETOOLONG;
+}
+
+} // namespace
+
+FileUpdate::~FileUpdate() {
+    struct stat status {};
+    if (m_created && IsStillTheFile() && ::fstat(m_file.Get(), &status) == 0 && status.st_size == 0)
+        ::unlinkat(m_target.folder.Get(), m_target.name.c_str(), 0);
+    // Closing alone would leave the lock to a child that was forked meanwhile.
+    if (m_file)
+        Unlock(m_file.Get());
+}
+
+ulong FileUpdate::Begin(const std::string& path, Missing missing) {
+    BoundedWait wait;
+    do {
+        ulong error = ERROR_SUCCESS;
+        const Outcome outcome = TryBegin(path, missing, wait, error);
+        if (outcome == Outcome::Refused)
+            return error;
+        if (outcome == Outcome::Locked)
+            return ReadWholeFile(m_file.Get(), m_content);
+    } while (wait.Pause());
+    return ERROR_SHARING_VIOLATION;
+}
+
+FileUpdate::Outcome FileUpdate::TryBegin(const std::string& path, Missing missing, BoundedWait& wait,
+                                         ulong& error) {
+    bool created = false;
+    if ((error = FindTarget(path, m_target)))
+        return Outcome::Refused;
+    if (const int reason = Open(missing, created)) {
+        error = ErrorFromErrno(reason);
+        // Made, removed or turned into a link by someone else between two looks at it.
+        return reason == EEXIST || reason == ELOOP ? Outcome::Changed : Outcome::Refused;
+    }
+    if ((error = LockForChange(m_file.Get(), wait)))
+        return Outcome::Refused;
+    if (!IsStillTheFile())
+        return Outcome::Changed;
+    m_created = created;
+    return Outcome::Locked;
+}
+
+int FileUpdate::Open(Missing missing, bool& created) noexcept {
+    const int folder = m_target.folder.Get();
+    m_file = FileHandle(::openat(folder, m_target.name.c_str(), openFlags));
+    if (!m_file && errno == ENOENT && missing == Missing::Create) {
+        m_file = FileHandle(::openat(folder, m_target.name.c_str(), openFlags | O_CREAT | O_EXCL, 0666));
+        created = static_cast<bool>(m_file);
+    }
+    struct stat status {};
+    if (!m_file || ::fstat(m_file.Get(), &status) != 0)
+        return errno;
+    return S_ISREG(status.st_mode) ? 0 : EACCES;
+}
+
+bool FileUpdate::IsStillTheFile() const noexcept {
+    struct stat open {};
+    struct stat named {};
+    return ::fstat(m_file.Get(), &open) == 0 && open.st_nlink > 0 &&
+           ::fstatat(m_target.folder.Get(), m_target.name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+           open.st_dev == named.st_dev && open.st_ino == named.st_ino;
+}
+
+ulong FileUpdate::Commit(std::string_view content) {
+    return content == m_content && IsStillTheFile() ? Done() : Write(content, nullptr);
+}
+
+ulong FileUpdate::CommitCopy(std::string_view content, const struct stat& source) {
+    struct stat status {};
+    if (::fstat(m_file.Get(), &status) != 0)
+        return ErrorFromErrno(errno);
+    const bool itself = status.st_dev == source.st_dev && status.st_ino == source.st_ino;
+    return itself ? Done() : Write(content, &source);
+}
+
+ulong FileUpdate::Done() noexcept {
+    m_created = false;
+    return ERROR_SUCCESS;
+}
+
+ulong FileUpdate::Write(std::string_view content, const struct stat* source) {
+    // Someone who knows nothing of the lock may have put another file there; that one is not to be lost.
+    if (!IsStillTheFile())
+        return ERROR_SHARING_VIOLATION;
+    if (content.size() > maximumFileSize)
+        return ERROR_FILE_TOO_LARGE;
+    struct stat status {};
+    if (::fstat(m_file.Get(), &status) != 0)
+        return ErrorFromErrno(errno);
+    const mode_t oldMode = status.st_mode;
+    if (source)
+        status.st_mode &= source->st_mode;
+    const int error = status.st_nlink > 1 ? EPERM : Replace(content, status, source);
+    if (error == 0)
+        return Done();
+    if (!ServesInPlace(error))
+        return ErrorFromErrno(error);
+    // Narrowed before the content comes, which may be for fewer eyes than the old.
+    if (status.st_mode != oldMode && ::fchmod(m_file.Get(), status.st_mode & 07777) != 0)
+        return ErrorFromErrno(errno);
+    if (const ulong refused = WriteInPlace(m_file.Get(), content, m_content)) {
+        ::fchmod(m_file.Get(), oldMode & 07777);
+        return refused;
+    }
+    if (source)
+        SetModificationTime(m_file.Get(), *source);
+    return Done();
+}
+
+int FileUpdate::Replace(std::string_view content, const struct stat& status, const struct stat* source) {
+    TemporaryFile next;
+    if (const int error = next.Create(m_target.folder.Get(), m_target.name))
+        return error;
+    if (const int error = TakeOver(m_file.Get(), status, next.Get()))
+        return error;
+    if (const int error = WriteWhole(next.Get(), content))
+        return error;
+    if (source)
+        SetModificationTime(next.Get(), *source);
+    if (::fsync(next.Get()) != 0)
+        return errno;
+    if (const int error = next.Replace())
+        return error;
+    // From here on everyone sees the new file, so a folder that cannot be flushed is no failure any more: to
+    // report one would say that the file holds what it held.
+    FlushFolder(m_target.folder.Get());
+    return 0;
+}
+
+} // namespace corvane::posix

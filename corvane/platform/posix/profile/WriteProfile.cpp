@@ -1,0 +1,90 @@
+#include <corvane/platform/posix/Errors.h>
+#include <corvane/platform/posix/PosixPlatform.h>
+#include <corvane/platform/posix/files/FileUpdate.h>
+#include <corvane/platform/posix/profile/EditProfile.h>
+#include <corvane/platform/posix/profile/ProfileLine.h>
+
+#include <optional>
+#include <stdexcept>
+
+namespace corvane {
+
+using namespace platform;
+using namespace posix;
+
+namespace {
+
+using OptionalText = std::optional<std::string_view>; // nothing for a null
+
+bool HasLineBreak(std::string_view text) noexcept {
+    return text.find_first_of("\r\n") != std::string_view::npos;
+}
+
+// What could be written and would then be read as something else, or not at all.
+void RefuseUnreadable(const OptionalText& section, const OptionalText& tag, std::string_view value) {
+    if (!section || section->empty())
+        throw std::invalid_argument("a profile value cannot be written without a section");
+    if (!tag || tag->empty())
+        throw std::invalid_argument("a profile value cannot be written without a tag");
+    if (HasLineBreak(*section) || HasLineBreak(*tag) || HasLineBreak(value))
+        throw std::invalid_argument("a line break cannot stand in a profile section, tag or value");
+    if (tag->find('=') != std::string_view::npos || tag->front() == ';' || tag->front() == '[')
+        throw std::invalid_argument("a profile tag cannot begin with ';' or '[', nor have '=' in it");
+}
+
+ulong Write(std::string_view section, std::string_view tag, std::string_view value, const std::string& file) {
+    FileUpdate update;
+    if (const ulong error = update.Begin(file, FileUpdate::Missing::Create))
+        return error;
+    if (IsUtf16(update.Content()))
+        throw std::invalid_argument("a profile file in UTF-16 is not written");
+    const std::optional<std::string> changed = SetTag(update.Content(), section, tag, value);
+    return changed ? update.Commit(*changed) : ERROR_SUCCESS;
+}
+
+ulong Remove(std::string_view section, const OptionalText& tag, const std::string& file) {
+    if (section.empty() || (tag && tag->empty()))
+        return ERROR_SUCCESS;
+    FileUpdate update;
+    if (const ulong error = update.Begin(file, FileUpdate::Missing::Refuse))
+        return error == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : error;
+    if (IsUtf16(update.Content()))
+        return ERROR_SUCCESS;
+    const std::optional<std::string> changed =
+        tag ? RemoveTag(update.Content(), section, *tag) : RemoveSection(update.Content(), section);
+    return changed ? update.Commit(*changed) : ERROR_SUCCESS;
+}
+
+OptionalText Name(const char* text) noexcept {
+    return text ? OptionalText(TrimBlanks(text)) : std::nullopt;
+}
+
+} // namespace
+
+int platform::WritePrivateProfileStringA(const char* section, const char* tag, const char* value,
+                                         const char* file) {
+    if (value)
+        RefuseUnreadable(Name(section), Name(tag), value);
+    ulong error = ERROR_SUCCESS;
+    if (!section)
+        error = ERROR_FILE_NOT_FOUND;
+    else if (!file)
+        error = ERROR_INVALID_PARAMETER;
+    else if (value)
+        error = Write(*Name(section), *Name(tag), value, file);
+    else
+        error = Remove(*Name(section), Name(tag), file);
+    if (error != ERROR_SUCCESS)
+        SetLastError(error);
+    return error == ERROR_SUCCESS;
+}
+
+int platform::WritePrivateProfileStringW(const wchar* section, const wchar* tag, const wchar* value,
+                                         const wchar* file) {
+    const auto narrow = [](const wchar* text) { return text ? ToUtf8(text) : std::string(); };
+    const std::string texts[] = {narrow(section), narrow(tag), narrow(value), narrow(file)};
+    return WritePrivateProfileStringA(section ? texts[0].c_str() : nullptr, tag ? texts[1].c_str() : nullptr,
+                                      value ? texts[2].c_str() : nullptr, file ? texts[3].c_str() : nullptr);
+}
+
+} // namespace corvane

@@ -1,0 +1,76 @@
+// A folder of a test's own, and the few looks at files that the tests of the POSIX layer share.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <string>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace corvane::testing {
+
+class TestFolder : public ::testing::Test {
+protected:
+    TestFolder() {
+        std::string path = (std::filesystem::temp_directory_path() / "corvane-XXXXXX").string();
+        if (::mkdtemp(path.data()))
+            m_folder = path;
+    }
+    ~TestFolder() override {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_folder, ignored);
+    }
+    TestFolder(const TestFolder&) = delete;
+    TestFolder& operator=(const TestFolder&) = delete;
+
+    std::string Path(const std::string& name) const { return m_folder + "/" + name; }
+
+    std::string Make(const std::string& name, const std::string& content, mode_t mode = 0644) const {
+        std::ofstream(Path(name), std::ios::binary) << content;
+        ::chmod(Path(name).c_str(), mode);
+        return Path(name);
+    }
+
+    std::size_t EntryCount() const {
+        const std::filesystem::directory_iterator entries(m_folder);
+        return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+    }
+
+    std::string m_folder;
+};
+
+inline std::string Bytes(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+inline struct stat StatusOf(const std::string& path) {
+    struct stat status {};
+    ::stat(path.c_str(), &status);
+    return status;
+}
+
+inline mode_t ModeOf(const std::string& path) {
+    return StatusOf(path).st_mode & 07777;
+}
+
+/// Runs `work` in a process of its own, whose exit status is its result.
+inline pid_t Fork(const std::function<int()>& work) {
+    const pid_t child = ::fork();
+    if (child == 0)
+        ::_exit(work());
+    return child;
+}
+
+/// The exit status of the child, or -1 when a signal ended it.
+inline int Wait(pid_t child) {
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+} // namespace corvane::testing
