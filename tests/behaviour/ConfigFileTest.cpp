@@ -84,7 +84,8 @@ TEST_F(Source, ReadsTextsOfAnyLength) {
     EXPECT_EQ(sections.back(), CORVANE_TEXT("section 299"));
 
     corvane::wstring text;
-    EXPECT_EQ(source->ReadSection(CORVANE_TEXT("V"), text), static_cast<int>(text.size()));
+    const int bytes = source->ReadSection(CORVANE_TEXT("V"), text);
+    EXPECT_EQ(bytes, static_cast<int>(text.size()));
     EXPECT_EQ(corvane::ToUtf8(text.substr(0, 6)), "t1021=");
     EXPECT_EQ(source->ReadSection(CORVANE_TEXT("nope"), text), 0);
     EXPECT_EQ(source->ReadSection(CORVANE_TEXT("section 1"), text), 0);

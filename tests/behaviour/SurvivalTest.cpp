@@ -13,8 +13,9 @@ protected:
         ASSERT_EQ(Set("Extra:lone", "1", true), 0);
         ASSERT_EQ(Set("Extra:met", "2"), 0);
         ASSERT_EQ(Set("Gone:tag", "3", true), 0);
-        if (reserved)
+        if (reserved) {
             ASSERT_EQ(Set("_$CACHE$_:t", "4", true), 0);
+        }
     }
     std::string State() { return List() + " " + Get("extra:lone") + " " + Get("extra:met"); }
 };
