@@ -27,4 +27,12 @@ inline int CompareIgnoringCase(wstring_view a, wstring_view b) noexcept {
     }
 }
 
+/// Whether CompareIgnoringCase gives zero.
+inline bool SameIgnoringCase(wstring_view a, wstring_view b) noexcept {
+    return a == b || CompareIgnoringCase(a, b) == 0;
+}
+
+/// A number that is the same for all texts that SameIgnoringCase holds equal, in every locale.
+std::uint32_t HashIgnoringCase(wstring_view text) noexcept;
+
 } // namespace corvane

@@ -2,33 +2,46 @@
 #include <corvane/manager/ConfigManager.h>
 #include <corvane/manager/ReservedSection.h>
 
+using corvane::TagMap;
+
+namespace {
+
+template <class Visit>
+void ForEachTag(const TagMap& tags, Visit visit) {
+    for (std::uint32_t index = 0; index < tags.Size(); ++index)
+        visit(tags.At(index));
+}
+
+} // namespace
+
 void ConfigManager::PreserveCacheOnlyValues(SectionMap& preserved, const SectionMap& cache,
                                             const bool& newName) {
-    if (newName) {
-        const auto reserved = cache.find(corvane::reservedSection);
-        if (reserved != cache.end()) {
-            preserved.insert(*reserved);
-            return;
-        }
+    const std::uint32_t reserved = cache.Find(corvane::reservedSection);
+    if (newName && reserved != SectionMap::none) {
+        preserved.Insert(cache.Name(reserved), cache.Tags(reserved));
+        return;
     }
-    for (const auto& [sectionName, tags] : cache) {
-        for (const auto& tag : tags) {
-            if (tag.second.cacheOnly)
-                preserved[sectionName].insert(tag);
-        }
+    for (const std::uint32_t section : cache.Names().Order()) {
+        TagMap kept;
+        ForEachTag(cache.Tags(section), [&kept](const TagMap::Tag& tag) {
+            if (tag.cacheOnly)
+                kept.Insert(tag);
+        });
+        if (!kept.Empty())
+            preserved.Insert(cache.Name(section), std::move(kept));
     }
 }
 
 void ConfigManager::RestoreCacheOnlyValues(const SectionMap& preserved, SectionMap& cache) {
-    for (const auto& section : preserved) {
-        const auto& [name, tags] = section;
+    for (const std::uint32_t section : preserved.Names().Order()) {
+        const corvane::wstring_view name = preserved.Name(section);
+        const TagMap& tags = preserved.Tags(section);
+        const std::uint32_t loaded = cache.Find(name);
         if (name == corvane::reservedSection) {
-            if (!tags.empty())
-                cache.insert(section);
-            continue;
+            if (!tags.Empty())
+                cache.Insert(name, tags);
+        } else if (loaded != SectionMap::none) {
+            ForEachTag(tags, [&](const TagMap::Tag& tag) { cache.Tags(loaded).Insert(tag); });
         }
-        const auto loaded = cache.find(name);
-        if (loaded != cache.end())
-            loaded->second.insert(tags.begin(), tags.end()); // a loaded tag of the same name stands
     }
 }

@@ -22,5 +22,5 @@ IConfigSource* ConfigManager::GetConfigSource() const {
 }
 
 bool ConfigManager::IsReady() const {
-    return m_source && !m_cache.empty();
+    return m_source && !m_cache.Empty();
 }

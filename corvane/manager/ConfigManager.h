@@ -5,10 +5,10 @@
 #include <corvane/foundations/FailureCode.h>
 #include <corvane/foundations/ThreadLock.h>
 #include <corvane/foundations/WideString.h>
+#include <corvane/manager/SectionMap.h>
 
 #include <cstddef>
 #include <list>
-#include <map>
 #include <memory>
 #include <set>
 #include <vector>
@@ -39,8 +39,8 @@ public:
         }
     };
 
-    using TagMap = std::map<corvane::wstring, ConfigValue, CaseInsensitiveLess>;
-    using SectionMap = std::map<corvane::wstring, TagMap, CaseInsensitiveLess>;
+    using TagMap = corvane::TagMap;
+    using SectionMap = corvane::SectionMap;
 
     /// An empty manager without a source.
     ConfigManager();

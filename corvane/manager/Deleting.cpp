@@ -20,18 +20,18 @@ int ConfigManager::DeleteValue(const wstring& key) {
         return 0;
     if (parts.section.empty() || parts.section == corvane::reservedSection)
         return 0;
-    const auto section = m_cache.find(parts.section);
-    if (section == m_cache.end())
+    const std::uint32_t section = m_cache.Find(parts.section);
+    if (section == SectionMap::none)
         return Fail(function, __LINE__);
     if (!m_source->DeleteValue(key))
         return 0;
 
-    TagMap& tags = section->second;
+    TagMap& tags = m_cache.Tags(section);
     const bool wholeSection = parts.tag.empty();
-    const std::size_t removed = wholeSection ? 1 : tags.erase(parts.tag);
-    if (wholeSection || tags.empty()) {
-        m_cache.erase(section);
+    const bool removed = wholeSection || tags.Erase(parts.tag);
+    if (wholeSection || tags.Empty()) {
+        m_cache.Erase(section);
         m_cacheOnlySections.erase(parts.section);
     }
-    return removed > 0 ? 0 : Fail(function, __LINE__);
+    return removed ? 0 : Fail(function, __LINE__);
 }

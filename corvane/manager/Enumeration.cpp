@@ -2,15 +2,25 @@
 #include <corvane/manager/ConfigManager.h>
 #include <corvane/manager/KeyParts.h>
 
+#include <algorithm>
+
 using corvane::KeyParts;
 using corvane::wstring;
 
 namespace {
 
-template <class Map, class Names>
-std::size_t AppendNames(const Map& map, Names& names) {
-    for (const auto& entry : map)
-        names.push_back(entry.first);
+void Reserve(std::vector<wstring>& names, std::size_t more) {
+    if (names.capacity() - names.size() < more)
+        names.reserve(std::max(names.size() + more, names.capacity() * 2));
+}
+
+void Reserve(std::list<wstring>&, std::size_t) {}
+
+template <class Names>
+std::size_t AppendNames(const corvane::NameTable& table, Names& names) {
+    Reserve(names, table.Size());
+    for (const std::uint32_t index : table.Order())
+        names.emplace_back(table.Name(index));
     return names.size();
 }
 
@@ -20,15 +30,15 @@ std::size_t AppendTags(IConfigSource* source, const ConfigManager::SectionMap& c
     KeyParts parts;
     if (!source || !parts.Parse(*source, key))
         return 0;
-    const auto section = cache.find(parts.section);
-    return section == cache.end() ? 0 : AppendNames(section->second, names);
+    const std::uint32_t section = cache.Find(parts.section);
+    return section == corvane::SectionMap::none ? 0 : AppendNames(cache.Tags(section).Names(), names);
 }
 
 } // namespace
 
 std::size_t ConfigManager::EnumerateSubKeys(std::vector<wstring>& subKeys) const {
     const ThreadLockGuard guard(m_lock);
-    return AppendNames(m_cache, subKeys);
+    return AppendNames(m_cache.Names(), subKeys);
 }
 
 std::size_t ConfigManager::EnumerateTags(const wstring& key, std::list<wstring>& tags) const {

@@ -31,12 +31,13 @@ wstring ConfigManager::GetKeyFromCache(const wstring& key) const {
     corvane::KeyParts parts;
     if (!parts.Parse(*m_source, key) || parts.section.empty())
         return key;
-    const auto section = m_cache.find(parts.section);
-    if (section == m_cache.end())
+    const std::uint32_t section = m_cache.Find(parts.section);
+    if (section == SectionMap::none)
         return key;
-    const auto tag = section->second.find(parts.tag);
-    wstring stored = section->first;
+    const TagMap& tags = m_cache.Tags(section);
+    const std::uint32_t tag = tags.Find(parts.tag);
+    wstring stored(m_cache.Name(section));
     stored += ':';
-    stored += tag == section->second.end() ? parts.tag : tag->first;
+    stored += tag == TagMap::none ? corvane::wstring_view(parts.tag) : tags.At(tag).name;
     return stored;
 }

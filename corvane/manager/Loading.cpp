@@ -26,12 +26,13 @@ bool SameConfiguration(IConfigSource& source, const wchar* name) {
 // A tag whose value is empty or cannot be read is left out.
 void ReadTags(IConfigSource& source, const ConfigManager& manager, const wstring& section,
               const std::vector<wstring>& tags, ConfigManager::TagMap& tagMap) {
+    ConfigManager::ConfigValue entry;
     for (const wstring& tag : tags) {
-        ConfigManager::ConfigValue entry;
+        entry.value.clear();
         const std::int32_t result = source.ReadValue(manager.BuildKey(section, tag), entry.value);
         const bool failed = result == FAILURE_GENERAL && entry.value.empty();
         if (result > 0 && !failed)
-            tagMap.emplace(tag, std::move(entry));
+            tagMap.Insert({tag, entry.value, entry.cacheOnly});
     }
 }
 
@@ -75,13 +76,13 @@ int ConfigManager::Initialize(const wchar* name, int reloadPolicy) {
             continue;
         TagMap tagMap;
         ReadTags(*newSource, *this, section, tags, tagMap);
-        newCache.emplace(section, std::move(tagMap));
+        newCache.Insert(section, std::move(tagMap));
     }
     RestoreCacheOnlyValues(preserved, newCache);
 
     // Nothing from here on can fail. `name` may belong to the source that goes now.
     m_source = std::move(newSource);
-    m_cache.swap(newCache);
+    m_cache.Swap(newCache);
     return 0;
 }
 
@@ -93,6 +94,6 @@ void ConfigManager::Clear() {
     const ThreadLockGuard guard(m_lock);
     std::set<wstring> cacheOnlySections{corvane::reservedSection};
     m_source.reset();
-    m_cache.clear();
+    m_cache.Clear();
     m_cacheOnlySections.swap(cacheOnlySections);
 }

@@ -18,17 +18,18 @@ int ConfigManager::_GetValue(const wstring& key, wstring& value) {
     if (!parts.Parse(*m_source, key))
         return Fail(function, __LINE__, key.c_str());
 
-    const auto section = m_cache.find(parts.section);
-    if (section == m_cache.end()) {
+    const std::uint32_t section = m_cache.Find(parts.section);
+    if (section == SectionMap::none) {
         Log().logProgress(CORVANE_TEXT("config cache section for key '%s' was not found"), key.c_str());
         return FAILURE_GENERAL;
     }
-    const auto tag = section->second.find(parts.tag);
-    if (tag == section->second.end()) {
+    const TagMap& tags = m_cache.Tags(section);
+    const std::uint32_t tag = tags.Find(parts.tag);
+    if (tag == TagMap::none) {
         Log().logProgress(CORVANE_TEXT("config cache item for key '%s' was not found"), key.c_str());
         return FAILURE_GENERAL;
     }
-    value = tag->second.value;
+    value = tags.At(tag).value;
     Log().logTrace(CORVANE_TEXT("GetValue: key: '%s', value: '%s'"), key.c_str(), value.c_str());
     return 0;
 }
@@ -48,8 +49,8 @@ bool ConfigManager::Exists(const wstring& key) const {
     KeyParts parts;
     if (!m_source || !parts.Parse(*m_source, key))
         return false;
-    const auto section = m_cache.find(parts.section);
-    if (section == m_cache.end())
+    const std::uint32_t section = m_cache.Find(parts.section);
+    if (section == SectionMap::none)
         return false;
-    return parts.tag.empty() || section->second.count(parts.tag) > 0;
+    return parts.tag.empty() || m_cache.Tags(section).Contains(parts.tag);
 }

@@ -8,20 +8,6 @@ using corvane::KeyParts;
 using corvane::Log;
 using corvane::wstring;
 
-namespace {
-
-void Store(ConfigManager::TagMap& tags, const wstring& tag, const wstring& value, bool cacheOnly) {
-    const auto entry = tags.find(tag);
-    if (entry == tags.end()) {
-        tags.emplace(tag, ConfigManager::ConfigValue{value, cacheOnly});
-        return;
-    }
-    entry->second.value = value;
-    entry->second.cacheOnly = cacheOnly;
-}
-
-} // namespace
-
 int ConfigManager::SetValue(const wstring& key, const wstring& value, bool cacheOnly) {
     return _SetValue(key, value, cacheOnly);
 }
@@ -55,14 +41,15 @@ int ConfigManager::_SetValue(const wstring& key, const wstring& value, bool cach
         m_cacheOnlySections.insert(parts.section);
     }
 
-    const auto section = m_cache.find(parts.section);
-    if (section != m_cache.end()) {
-        Store(section->second, parts.tag, value, !writeThrough);
+    const TagMap::Tag entry{parts.tag, value, !writeThrough};
+    const std::uint32_t section = m_cache.Find(parts.section);
+    if (section != SectionMap::none) {
+        m_cache.Tags(section).Assign(entry);
         return 0;
     }
     TagMap tags;
-    Store(tags, parts.tag, value, !writeThrough);
-    m_cache.emplace(parts.section, std::move(tags));
+    tags.Insert(entry);
+    m_cache.Insert(parts.section, std::move(tags));
     return 0;
 }
 
@@ -70,5 +57,5 @@ bool ConfigManager::ValidateCacheOnlyKey(const wstring& key, bool cacheOnly) {
     KeyParts parts;
     if (!parts.Parse(*m_source, key))
         return false;
-    return !cacheOnly || m_cache.count(parts.section) == 0;
+    return !cacheOnly || !m_cache.Contains(parts.section);
 }

@@ -83,6 +83,10 @@ int MultiByteToWideChar(unsigned, ulong, const char* text, int length, wchar* bu
     return static_cast<int>(buffer ? utf::ToWide(utf8, buffer) : utf::WideLength(utf8));
 }
 
+wchar LowerInvariant(wchar unit) noexcept {
+    return unit;
+}
+
 int _wcsicmp(const wchar* a, const wchar* b) noexcept {
     return CompareIgnoringCase(a, b);
 }

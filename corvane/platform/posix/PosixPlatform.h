@@ -36,6 +36,9 @@ T* InterlockedExchangePointer(T* volatile* pointer, std::common_type_t<T*> value
     return __atomic_exchange_n(pointer, value, __ATOMIC_ACQ_REL);
 }
 
+/// The lower-case form of a code unit outside ASCII, whatever the process's locale is.
+wchar LowerInvariant(wchar unit) noexcept;
+
 int _wcsicmp(const wchar* a, const wchar* b) noexcept;
 int _wcsnicmp(const wchar* a, const wchar* b, std::size_t count) noexcept;
 int _vsnwprintf(wchar* buffer, std::size_t count, const wchar* format, std::va_list arguments) noexcept;

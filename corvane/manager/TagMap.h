@@ -1,0 +1,56 @@
+// The tags of one section of the cache.
+#pragma once
+
+#include <corvane/manager/NameTable.h>
+
+namespace corvane {
+
+/// Tag names with their values, found without regard to letter case and listed in the order of the cache.
+/// Names and values are kept in two texts of the whole section. An operation that throws, for lack of memory
+/// or of room for more text than 4 G units (std::length_error), has changed nothing.
+class CORVANE_API TagMap {
+public:
+    /// One tag. The texts last until the next change of the map.
+    struct Tag {
+        wstring_view name;
+        wstring_view value;
+        bool cacheOnly;
+    };
+
+    static constexpr std::uint32_t none = NameTable::none;
+
+    std::size_t Size() const noexcept { return m_names.Size(); }
+    bool Empty() const noexcept { return Size() == 0; }
+    const NameTable& Names() const noexcept { return m_names; }
+
+    /// The index of the tag, or `none`.
+    std::uint32_t Find(wstring_view name) const noexcept { return m_names.Find(name); }
+    bool Contains(wstring_view name) const noexcept { return Find(name) != none; }
+    Tag At(std::uint32_t index) const noexcept;
+
+    /// Adds a tag; the first of two equal names stands.
+    void Insert(const Tag& tag);
+
+    /// Gives a tag a new value and mark; adds it if it is not there. A tag that is there keeps its name.
+    void Assign(const Tag& tag);
+
+    /// Removes a tag; says whether it was there. Cannot fail.
+    bool Erase(wstring_view name) noexcept;
+
+private:
+    struct Value {
+        std::uint32_t begin;
+        std::uint32_t length;
+        bool cacheOnly;
+    };
+
+    Value Append(const Tag& tag);
+    void Compact();
+
+    NameTable m_names;
+    std::vector<Value> m_values; // by the index of the name
+    wstring m_text;
+    std::size_t m_unused = 0; // units of m_text that no value has any more
+};
+
+} // namespace corvane
