@@ -3,6 +3,7 @@
 #include <corvane/platform/posix/Errors.h>
 #include <corvane/platform/posix/PosixPlatform.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <fcntl.h>
@@ -124,14 +125,15 @@ TEST(ReadProfile, TruncatesAtTheExactLimit) {
     const TemporaryFolder folder;
     for (const Row& row : rows) {
         const std::string text(row.length, 'x');
-        const std::string file =
-            folder.Write("limit", "[v]\nk=" + text + "\n[n]\n" + text + "=\n[s]\n" + text);
+        std::string content = "[v]\nk=";
+        content.append(text).append("\n[n]\n").append(text).append("=\n[s]\n").append(text);
+        const std::string file = folder.Write("limit", content);
         for (const char form : {'v', 'n', 's'}) {
             std::string buffer(2048, '#');
             const ulong count = ReadForm(form, buffer.data(), row.size, file);
             ASSERT_EQ(count, form == 'v' ? row.value : row.list) << form << row.length << " in " << row.size;
-            const std::string ends(form == 'v' ? 1 : 2, '\0');
-            const std::string expected = ((text + '\0').substr(0, count) + ends).substr(0, row.size);
+            std::string expected = text.substr(0, count);
+            expected.resize(std::min<std::size_t>(count + (form == 'v' ? 1 : 2), row.size));
             EXPECT_EQ(buffer.substr(0, expected.size()), expected)
                 << form << row.length << " in " << row.size;
             EXPECT_EQ(buffer[row.size], '#');
@@ -198,7 +200,8 @@ TEST(ReadProfile, RefusesWhatIsNoReadableFile) {
 
 TEST(ReadProfile, ReadsAValueOfFiftyMegabytes) {
     const TemporaryFolder folder;
-    const std::string value(50'000'000, 'v');
+    std::string value;
+    value.resize(50'000'000, 'v');
     const std::string file = folder.Write("long", "[a]\nb=" + value + "\nc=1");
     std::string buffer(value.size() + 2, '#');
     const auto size = static_cast<ulong>(buffer.size());
