@@ -209,12 +209,9 @@ void RewriteInPlace(const std::string& file, std::string_view content) {
     struct flock lock {};
     lock.l_type = F_WRLCK;
     ASSERT_EQ(::fcntl(descriptor, F_OFD_SETLKW, &lock), 0);
-    for (std::size_t at = 0; at < content.size(); at += content.size() / 2) {
-        const std::string_view half = content.substr(at, content.size() / 2);
-        ASSERT_EQ(::pwrite(descriptor, half.data(), half.size(), static_cast<off_t>(at)),
-                  static_cast<ssize_t>(half.size()));
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
+    ASSERT_EQ(::ftruncate(descriptor, 5), 0);
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    ASSERT_EQ(::pwrite(descriptor, content.data(), content.size(), 0), static_cast<ssize_t>(content.size()));
     ::close(descriptor);
 }
 
@@ -226,10 +223,8 @@ TEST(ReadProfile, NeverShowsATornFile) {
     std::atomic<bool> done = false;
     std::atomic<int> torn = 0;
     const auto readOn = [&] {
-        while (!done) {
-            const std::string text = ReadSection("a", file);
-            torn += text != "b=1|c=1|" && text != "b=2|c=2|";
-        }
+        for (std::string text; !done; torn += text != "b=1|c=1|" && text != "b=2|c=2|")
+            text = ReadSection("a", file);
     };
     std::thread readers[] = {std::thread(readOn), std::thread(readOn)};
     for (int i = 0; i < 300; ++i)

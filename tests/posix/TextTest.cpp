@@ -15,7 +15,6 @@ namespace {
 using namespace platform;
 
 TEST(MultiByteToWideChar, ConvertsOrRefuses) {
-    constexpr ulong utf8 = CP_UTF8;
     const std::string text = "twelve ASCII \xC3\xA4\xF0\x9F\x98\x80\xFF and more";
     const wstring wide = u"twelve ASCII \u00E4\U0001F600\uFFFD and more";
     const auto units = static_cast<int>(wide.size());
@@ -25,14 +24,13 @@ TEST(MultiByteToWideChar, ConvertsOrRefuses) {
         ulong error = ERROR_INVALID_PARAMETER;
     };
     const auto bytes = static_cast<int>(text.size());
-    const Row rows[] = {{utf8, 0, bytes, 0, units, 0},
-                        {utf8, 0, -1, 0, units + 1, 0},
-                        {utf8, 0, bytes, units, units, 0},
-                        {utf8, 0, -1, units + 1, units + 1, 0},
-                        {utf8, 0, bytes, 64, units, 0},
-                        {utf8, 0, bytes, units - 1, 0, ERROR_INSUFFICIENT_BUFFER},
-                        {utf8, 0, 0, 64, 0},
-                        {utf8, 8, bytes, 64, 0},
+    const Row rows[] = {{CP_UTF8, 0, bytes, 0, units, 0},
+                        {CP_UTF8, 0, -1, 0, units + 1, 0},
+                        {CP_UTF8, 0, bytes, units, units, 0},
+                        {CP_UTF8, 0, -1, units + 1, units + 1, 0},
+                        {CP_UTF8, 0, bytes, units - 1, 0, ERROR_INSUFFICIENT_BUFFER},
+                        {CP_UTF8, 0, 0, 64, 0},
+                        {CP_UTF8, 8, bytes, 64, 0},
                         {1252, 0, bytes, 64, 0}};
     for (const Row& row : rows) {
         platform::SetLastError(ERROR_SUCCESS);
@@ -48,7 +46,6 @@ TEST(MultiByteToWideChar, ConvertsOrRefuses) {
 }
 
 TEST(WideComparison, GoesAsFarAsAsked) {
-    EXPECT_EQ(platform::_wcsicmp(u"HKEY", u"hkey"), 0);
     EXPECT_LT(platform::_wcsicmp(u"HKEY", u"hkey\\"), 0);
     EXPECT_EQ(platform::_wcsnicmp(u"HKEY\\a", u"hkey\\b", 5), 0);
     EXPECT_LT(platform::_wcsnicmp(u"HKEY\\a", u"hkey\\b", 6), 0);
