@@ -66,7 +66,7 @@ void ReportTags(benchmark::State& state) {
 void ParseProfile(benchmark::State& state) {
     const std::string text = ProfileText(static_cast<int>(state.range(0)));
     std::size_t bytes = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         const posix::ProfileIndex index(text);
         bytes = index.Footprint();
     }
@@ -81,10 +81,11 @@ void ReadAllTags(benchmark::State& state) {
     const auto tags = static_cast<int>(state.range(0));
     const ProfileOnDisk profile(tags);
     std::vector<std::string> names;
+    names.reserve(static_cast<std::size_t>(tags));
     for (int tag = 0; tag < tags; ++tag)
         names.push_back(TagName(tag));
     char buffer[1024];
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         for (int tag = 0; tag < tags; ++tag) {
             const std::string section = SectionName(tag);
             const ulong count = platform::GetPrivateProfileStringA(
@@ -102,7 +103,7 @@ BENCHMARK(ReadAllTags)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::k
 void StatOnly(benchmark::State& state) {
     const ProfileOnDisk profile(1);
     struct stat status {};
-    for (auto _ : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(::stat(profile.Path(), &status));
 }
 BENCHMARK(StatOnly);
@@ -112,7 +113,7 @@ void ConvertToWide(benchmark::State& state, const std::string& piece) {
     while (text.size() < 4096)
         text += piece;
     std::vector<wchar> wide(text.size());
-    for (auto _ : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(utf::ToWide(text, wide.data()));
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
 }

@@ -102,21 +102,26 @@ bool IsAsciiBlock(const Unit* at) noexcept {
 template <typename Unit>
 constexpr std::ptrdiff_t blockUnits = 8 / sizeof(Unit);
 
+// Moves `at` behind the run of ASCII there and returns its length.
 template <typename Unit>
-std::size_t SkipAsciiBlocks(const Unit*& at, const Unit* end) noexcept {
+std::size_t SkipAscii(const Unit*& at, const Unit* end) noexcept {
     const Unit* const begin = at;
     while (end - at >= blockUnits<Unit> && IsAsciiBlock(at))
         at += blockUnits<Unit>;
+    while (at != end && *at < 0x80)
+        ++at;
     return static_cast<std::size_t>(at - begin);
 }
 
 template <typename From, typename To>
-void CopyAsciiBlocks(const From*& at, const From* end, To*& out) noexcept {
+void CopyAscii(const From*& at, const From* end, To*& out) noexcept {
     for (; end - at >= blockUnits<From> && IsAsciiBlock(at);
          at += blockUnits<From>, out += blockUnits<From>) {
         for (std::ptrdiff_t i = 0; i < blockUnits<From>; ++i)
             out[i] = static_cast<To>(at[i]);
     }
+    while (at != end && *at < 0x80)
+        *out++ = static_cast<To>(*at++);
 }
 
 } // namespace
@@ -133,9 +138,9 @@ std::size_t utf::ToWide(std::string_view utf8, wchar* out) noexcept {
     const auto* at = reinterpret_cast<const unsigned char*>(utf8.data());
     const unsigned char* const end = at + utf8.size();
     wchar* const begin = out;
-    while (CopyAsciiBlocks(at, end, out), at != end) {
+    while (at != end) {
         if (*at < 0x80)
-            *out++ = *at++;
+            CopyAscii(at, end, out);
         else
             out = Append(out, DecodeUtf8(at, end));
     }
@@ -146,8 +151,8 @@ std::size_t utf::WideLength(std::string_view utf8) noexcept {
     const auto* at = reinterpret_cast<const unsigned char*>(utf8.data());
     const unsigned char* const end = at + utf8.size();
     std::size_t units = 0;
-    while (units += SkipAsciiBlocks(at, end), at != end)
-        units += *at < 0x80 ? (++at, 1) : UnitsOf(DecodeUtf8(at, end));
+    while (at != end)
+        units += *at < 0x80 ? SkipAscii(at, end) : UnitsOf(DecodeUtf8(at, end));
     return units;
 }
 
@@ -155,9 +160,9 @@ std::size_t utf::ToUtf8(wstring_view wide, char* out) noexcept {
     const wchar* at = wide.data();
     const wchar* const end = at + wide.size();
     char* const begin = out;
-    while (CopyAsciiBlocks(at, end, out), at != end) {
+    while (at != end) {
         if (*at < 0x80)
-            *out++ = static_cast<char>(*at++);
+            CopyAscii(at, end, out);
         else
             out = Append(out, DecodeUtf16(at, end));
     }
@@ -168,8 +173,8 @@ std::size_t utf::Utf8Length(wstring_view wide) noexcept {
     const wchar* at = wide.data();
     const wchar* const end = at + wide.size();
     std::size_t bytes = 0;
-    while (bytes += SkipAsciiBlocks(at, end), at != end)
-        bytes += *at < 0x80 ? (++at, 1) : BytesOf(DecodeUtf16(at, end));
+    while (at != end)
+        bytes += *at < 0x80 ? SkipAscii(at, end) : BytesOf(DecodeUtf16(at, end));
     return bytes;
 }
 

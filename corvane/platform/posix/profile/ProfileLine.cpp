@@ -129,6 +129,8 @@ std::string_view WithoutQuotes(std::string_view value) noexcept {
 }
 
 bool SameName(std::string_view a, std::string_view b) noexcept {
+    if (a == b)
+        return true;
     while (!a.empty() && !b.empty()) {
         if (TakeFolded(a) != TakeFolded(b))
             return false;

@@ -29,7 +29,7 @@ public:
 
     void Add(std::string_view text) noexcept {
         Put(text);
-        Put(std::string_view("", 1));
+        Put(end);
     }
 
     void Add(std::string_view name, std::string_view value) noexcept {
@@ -49,6 +49,9 @@ public:
     }
 
 private:
+    static constexpr char nul = '\0';
+    static constexpr std::string_view end{&nul, 1};
+
     void Put(std::string_view piece) noexcept {
         const std::size_t count = std::min(piece.size(), m_room - m_used);
         std::memcpy(m_buffer + m_used, piece.data(), count);
