@@ -1,6 +1,7 @@
 // A folder of a test's own, and the few looks at files that the tests of the POSIX layer share.
 #pragma once
 
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -14,7 +15,7 @@
 namespace corvane::testing {
 
 class TestFolder : public ::testing::Test {
-protected:
+public:
     TestFolder() {
         std::string path = (std::filesystem::temp_directory_path() / "corvane-XXXXXX").string();
         if (::mkdtemp(path.data()))
@@ -27,6 +28,7 @@ protected:
     TestFolder(const TestFolder&) = delete;
     TestFolder& operator=(const TestFolder&) = delete;
 
+protected:
     std::string Path(const std::string& name) const { return m_folder + "/" + name; }
 
     std::string Make(const std::string& name, const std::string& content, mode_t mode = 0644) const {
@@ -60,6 +62,7 @@ inline mode_t ModeOf(const std::string& path) {
 
 /// Runs `work` in a process of its own, whose exit status is its result.
 inline pid_t Fork(const std::function<int()>& work) {
+    std::fflush(nullptr); // or the child would print it once more
     const pid_t child = ::fork();
     if (child == 0)
         ::_exit(work());

@@ -94,7 +94,9 @@ TEST_F(WriteProcesses, AreKilledAndLeaveTheFileWhole) {
     std::minstd_rand random(1);
     for (int i = 0; i < kills; ++i) {
         const pid_t child = Fork([&]() -> int { CountUp(file, acknowledged); });
-        ::usleep(500 + static_cast<unsigned>(random() % 8000));
+        for (const long before = *acknowledged; *acknowledged == before;)
+            ::usleep(100);
+        ::usleep(static_cast<unsigned>(random() % 5000));
         ::kill(child, SIGKILL);
         Wait(child);
         const auto holding = [&](long number) { return padding + "[s]\nn=" + std::to_string(number) + "\n"; };
@@ -105,7 +107,6 @@ TEST_F(WriteProcesses, AreKilledAndLeaveTheFileWhole) {
     }
     std::cout << *acknowledged << " writes, " << kills << " kills, " << EntryCount() - 1
               << " files left over\n";
-    EXPECT_GT(*acknowledged, kills / 4);
     ::munmap(shared, sizeof(long));
     for (const auto& entry : std::filesystem::directory_iterator(m_folder)) {
         const std::string name = entry.path().filename().string();
