@@ -1,6 +1,4 @@
 // Several processes at one file, and processes that die at it.
-#include "TestFolder.h"
-
 #include <corvane/platform/posix/Errors.h>
 #include <corvane/platform/posix/PosixPlatform.h>
 #include <corvane/platform/posix/files/FileHandle.h>
@@ -12,6 +10,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <iostream>
+#include <posix/TestFolder.h>
 #include <random>
 #include <sys/file.h>
 #include <sys/mman.h>
@@ -21,7 +20,7 @@ namespace corvane {
 namespace {
 
 using namespace platform;
-using namespace testing;
+using namespace test;
 
 class WriteProcesses : public TestFolder {};
 
@@ -108,7 +107,7 @@ TEST_F(WriteProcesses, AreKilledAndLeaveTheFileWhole) {
     std::cout << *acknowledged << " writes, " << kills << " kills, " << EntryCount() - 1
               << " files left over\n";
     ::munmap(shared, sizeof(long));
-    for (const auto& entry : std::filesystem::directory_iterator(m_folder)) {
+    for (const auto& entry : std::filesystem::directory_iterator(Path("."))) {
         const std::string name = entry.path().filename().string();
         EXPECT_TRUE(name == "f" || (name.front() == '.' && entry.path().extension() == ".tmp")) << name;
     }
