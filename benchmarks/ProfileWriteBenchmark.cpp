@@ -1,3 +1,5 @@
+#include "ProfileText.h"
+
 #include <corvane/platform/posix/PosixPlatform.h>
 #include <corvane/platform/posix/profile/EditProfile.h>
 
@@ -10,28 +12,16 @@
 namespace corvane {
 namespace {
 
-// 100 tags to a section, about 50 bytes a tag.
-std::string ProfileText(long tags) {
-    std::string text;
-    for (long tag = 0; tag < tags; ++tag) {
-        if (tag % 100 == 0)
-            text += "[Section" + std::to_string(tag / 100) + "]\n";
-        text += "SomeTag" + std::to_string(tag) + "=the value of a tag, of an ordinary length\n";
-    }
-    return text;
-}
-
 // The last tag, which the edit has to look for longest.
 struct LastTag {
-    explicit LastTag(long tags)
-        : section("Section" + std::to_string((tags - 1) / 100)), tag("SomeTag" + std::to_string(tags - 1)) {}
+    explicit LastTag(int tags) : section(SectionName(tags - 1)), tag(TagName(tags - 1)) {}
     std::string section;
     std::string tag;
 };
 
 void SetTagInText(benchmark::State& state) {
-    const std::string text = ProfileText(state.range(0));
-    const LastTag last(state.range(0));
+    const std::string text = ProfileText(static_cast<int>(state.range(0)));
+    const LastTag last(static_cast<int>(state.range(0)));
     for (auto _ : state)
         benchmark::DoNotOptimize(posix::SetTag(text, last.section, last.tag, "another value"));
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
@@ -44,8 +34,8 @@ void WriteOneTag(benchmark::State& state, const std::string& folder) {
     if (!::mkdtemp(path.data()))
         return state.SkipWithError("no temporary folder");
     const std::string file = path + "/f";
-    std::ofstream(file, std::ios::binary) << ProfileText(state.range(0));
-    const LastTag last(state.range(0));
+    std::ofstream(file, std::ios::binary) << ProfileText(static_cast<int>(state.range(0)));
+    const LastTag last(static_cast<int>(state.range(0)));
     int value = 0;
     for (auto _ : state) {
         const std::string text = std::to_string(++value);

@@ -121,9 +121,11 @@ TEST_F(WriteProcesses, ShowReadersTheOldOrTheNew) {
         Make("f", head + values[0] + "\n");
         ASSERT_TRUE(!inPlace || ::link(file.c_str(), Path("hard").c_str()) == 0);
         const pid_t writer = Fork([&] {
-            for (unsigned i = 1; i <= 200; ++i)
+            for (unsigned i = 1; i <= 200; ++i) {
                 while (!Write("v", values[i % 2], file)) {
                 }
+                ::usleep(1000); // for the reader to see it
+            }
             return 0;
         });
         std::array<int, 2> seen = {};
