@@ -40,8 +40,9 @@ protected:
         return WritePrivateProfileStringA("s", "a", value.c_str(), Path(file).c_str()) ? 0 : GetLastError();
     }
 
-    ulong Copy(const std::string& from, const std::string& to) const {
-        return CopyFileW(ToWide(Path(from)).c_str(), ToWide(Path(to)).c_str(), 0) ? 0 : GetLastError();
+    ulong Copy(const std::string& from, const std::string& to, bool failIfExists = false) const {
+        return CopyFileW(ToWide(Path(from)).c_str(), ToWide(Path(to)).c_str(), failIfExists) ? 0
+                                                                                             : GetLastError();
     }
 
     int m_checks = 0;
@@ -93,6 +94,21 @@ TEST_F(WriteMounts, FileThatIsAMountPointIsWrittenInPlace) {
         Check(::mount(Path("outside").c_str(), Path("small/f").c_str(), nullptr, MS_BIND, nullptr) == 0);
         Check(Write("new", "small/f") == ERROR_SUCCESS);
         Check(Bytes(Path("outside")) == "[s]\na=new\n");
+    }));
+}
+
+// Without /proc no file can be given its name later on, as on file systems that know no nameless files.
+TEST_F(WriteMounts, FilesAreReplacedByWayOfATemporaryName) {
+    SKIP_OR_EXPECT_NO_FAILED_CHECK(WithSmallDisk([this] {
+        Check(::mount("none", "/proc", "tmpfs", 0, nullptr) == 0);
+        Make("small/f", "[s]\na=old\n", 0640);
+        Check(Write("new", "small/f") == ERROR_SUCCESS);
+        Check(Bytes(Path("small/f")) == "[s]\na=new\n" && ModeOf(Path("small/f")) == 0640);
+        Check(Copy("small/f", "small/g") == ERROR_SUCCESS);
+        Check(Bytes(Path("small/g")) == "[s]\na=new\n" && ModeOf(Path("small/g")) == 0640);
+        Check(Copy("small/f", "small/g", true) == ERROR_FILE_EXISTS);
+        Check(Write(std::string(70'000, 'v'), "small/f") == ERROR_DISK_FULL);
+        Check(EntryCount("small") == 2);
     }));
 }
 
