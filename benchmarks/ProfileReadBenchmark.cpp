@@ -1,3 +1,5 @@
+#include "ProfileText.h"
+
 #include <corvane/foundations/Utf.h>
 #include <corvane/platform/posix/PosixPlatform.h>
 #include <corvane/platform/posix/profile/ProfileIndex.h>
@@ -15,27 +17,6 @@
 
 namespace corvane {
 namespace {
-
-constexpr int tagsOfSection = 100;
-
-std::string SectionName(int tag) {
-    return "Section" + std::to_string(tag / tagsOfSection);
-}
-
-std::string TagName(int tag) {
-    return "SomeTag" + std::to_string(tag);
-}
-
-// About 50 bytes a tag.
-std::string ProfileText(int tags) {
-    std::string text;
-    for (int tag = 0; tag < tags; ++tag) {
-        if (tag % tagsOfSection == 0)
-            text += '[' + SectionName(tag) + "]\n";
-        text += TagName(tag) + "=the value of a tag, of an ordinary length\n";
-    }
-    return text;
-}
 
 class ProfileOnDisk {
 public:

@@ -1,15 +1,14 @@
-#include "TestFolder.h"
-
 #include <corvane/platform/posix/Errors.h>
 #include <corvane/platform/posix/PosixPlatform.h>
 
 #include <fcntl.h>
+#include <posix/TestFolder.h>
 
 namespace corvane {
 namespace {
 
 using namespace platform;
-using namespace testing;
+using namespace test;
 
 class CopyFile : public TestFolder {
 protected:

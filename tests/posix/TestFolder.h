@@ -1,46 +1,34 @@
-// A folder of a test's own, and the few looks at files that the tests of the POSIX layer share.
+// A test with a folder of its own, and the few looks at files and processes that the tests of writing share.
 #pragma once
 
-#include <filesystem>
-#include <fstream>
+#include <cstdio>
 #include <functional>
 #include <gtest/gtest.h>
 #include <iterator>
-#include <string>
+#include <posix/TemporaryFolder.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace corvane::testing {
+namespace corvane::test {
 
 class TestFolder : public ::testing::Test {
 protected:
-    TestFolder() {
-        std::string path = (std::filesystem::temp_directory_path() / "corvane-XXXXXX").string();
-        if (::mkdtemp(path.data()))
-            m_folder = path;
-    }
-    ~TestFolder() override {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_folder, ignored);
-    }
-    TestFolder(const TestFolder&) = delete;
-    TestFolder& operator=(const TestFolder&) = delete;
-
-    std::string Path(const std::string& name) const { return m_folder + "/" + name; }
+    std::string Path(const std::string& name) const { return m_folder.Path(name); }
 
     std::string Make(const std::string& name, const std::string& content, mode_t mode = 0644) const {
-        std::ofstream(Path(name), std::ios::binary) << content;
-        ::chmod(Path(name).c_str(), mode);
-        return Path(name);
+        const std::string path = m_folder.Write(name, content);
+        ::chmod(path.c_str(), mode);
+        return path;
     }
 
-    std::size_t EntryCount() const {
-        const std::filesystem::directory_iterator entries(m_folder);
+    std::size_t EntryCount(const std::string& folder = ".") const {
+        const std::filesystem::directory_iterator entries(Path(folder));
         return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
     }
 
-    std::string m_folder;
+private:
+    TemporaryFolder m_folder;
 };
 
 inline std::string Bytes(const std::string& path) {
@@ -60,6 +48,7 @@ inline mode_t ModeOf(const std::string& path) {
 
 /// Runs `work` in a process of its own, whose exit status is its result.
 inline pid_t Fork(const std::function<int()>& work) {
+    std::fflush(nullptr); // or the child would print it once more
     const pid_t child = ::fork();
     if (child == 0)
         ::_exit(work());
@@ -73,4 +62,4 @@ inline int Wait(pid_t child) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-} // namespace corvane::testing
+} // namespace corvane::test

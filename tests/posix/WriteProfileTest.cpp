@@ -1,9 +1,8 @@
-#include "TestFolder.h"
-
 #include <corvane/platform/posix/Errors.h>
 #include <corvane/platform/posix/PosixPlatform.h>
 
 #include <grp.h>
+#include <posix/TestFolder.h>
 #include <stdexcept>
 #include <sys/xattr.h>
 
@@ -11,7 +10,7 @@ namespace corvane {
 namespace {
 
 using namespace platform;
-using namespace testing;
+using namespace test;
 
 class WriteProfile : public TestFolder {
 protected:
@@ -88,7 +87,7 @@ TEST_F(WriteProfile, SaysWhyItIsRefused) {
     EXPECT_EQ(Write("s", "a", "1", Path("none/f")), ERROR_PATH_NOT_FOUND);
     EXPECT_EQ(Write("s", "a", "1", Path("file/f")), ERROR_PATH_NOT_FOUND);
     EXPECT_EQ(Write("s", "a", "1", ""), ERROR_PATH_NOT_FOUND);
-    EXPECT_EQ(Write("s", "a", "1", m_folder), ERROR_ACCESS_DENIED);
+    EXPECT_EQ(Write("s", "a", "1", Path(".")), ERROR_ACCESS_DENIED);
     EXPECT_EQ(Write("s", "a", "1", Path("pipe")), ERROR_ACCESS_DENIED);
     EXPECT_EQ(Write("s", "a", "1", Path("loop")), ERROR_ACCESS_DENIED);
     EXPECT_EQ(Write("s", "a", "1", Path(std::string(256, 'x'))), ERROR_FILENAME_EXCED_RANGE);
@@ -148,7 +147,7 @@ TEST_F(WriteProfile, GoesByTheRightsOfTheFile) {
     if (::geteuid() != 0)
         GTEST_SKIP() << "only root can become another user";
     // Files that everyone may write, in folders that only some may: written in place, owner kept.
-    ASSERT_EQ(::chmod(m_folder.c_str(), 0755), 0);
+    ASSERT_EQ(::chmod(Path(".").c_str(), 0755), 0);
     const std::string open = Make("open", "[s]\n", 0666);
     const std::string closed = Make("closed", "[s]\n", 0644);
     ASSERT_EQ(::mkdir(Path("sticky").c_str(), 0), 0);

@@ -1,6 +1,7 @@
 #include <corvane/platform/posix/Errors.h>
 #include <corvane/platform/posix/PosixPlatform.h>
 #include <corvane/platform/posix/files/FileHandle.h>
+#include <corvane/platform/posix/files/FileLock.h>
 #include <corvane/platform/posix/files/FileSnapshot.h>
 #include <corvane/platform/posix/files/ReadFile.h>
 
@@ -15,26 +16,6 @@ namespace corvane::posix {
 using namespace platform;
 
 namespace {
-
-// Writers that change a file in place hold an exclusive lock meanwhile. The lock belongs to the open file and
-// goes with it. A file system without such locks is read without.
-ulong LockForReading(int descriptor) {
-    constexpr int tries = 500;
-    constexpr ulong pause = 2;
-    struct flock lock {};
-    lock.l_type = F_RDLCK;
-    lock.l_whence = SEEK_SET;
-    for (int i = 0; i < tries; ++i) {
-        if (::fcntl(descriptor, F_OFD_SETLK, &lock) == 0)
-            return ERROR_SUCCESS;
-        if (errno == EINVAL || errno == ENOLCK || errno == EOPNOTSUPP || errno == ENOSYS)
-            return ERROR_SUCCESS;
-        if (errno != EAGAIN && errno != EACCES && errno != EINTR)
-            return ErrorFromErrno(errno);
-        platform::Sleep(pause);
-    }
-    return ERROR_SHARING_VIOLATION;
-}
 
 std::int64_t Nanoseconds(const timespec& time) noexcept {
     return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
@@ -83,7 +64,8 @@ ulong ReadSnapshot(const char* path, FileSnapshot& snapshot) {
         const FileHandle file(::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
         if (!file)
             return ErrorOfPath(path, errno);
-        if (const ulong error = LockForReading(file.Get()))
+        ContentLock lock;
+        if (const ulong error = lock.Take(file.Get(), ContentLock::Kind::Shared))
             return error;
         bool stable = false;
         if (const ulong error = ReadOnce(file.Get(), snapshot, stable); error || stable)
