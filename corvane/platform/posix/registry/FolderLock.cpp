@@ -1,31 +1,32 @@
 #include <corvane/platform/posix/Errors.h>
+#include <corvane/platform/posix/files/FileLock.h>
 #include <corvane/platform/posix/registry/FolderLock.h>
 
 #include <cerrno>
-#include <chrono>
 #include <fcntl.h>
-#include <sys/file.h>
-#include <thread>
 
 namespace corvane::posix {
 
 using namespace platform;
 
+FolderLock::~FolderLock() {
+    // Closing alone would leave the lock to a child that was forked meanwhile.
+    if (m_own)
+        Unlock(m_own.Get());
+}
+
 ulong FolderLock::Take(const KeyFolder& key) {
-    using std::chrono::steady_clock;
+    constexpr int seconds = 10;
     m_own = FileHandle(::openat(key.Get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!m_own)
-        return key.IsDeleted() ? ERROR_KEY_DELETED : KeyError();
-    const auto deadline = steady_clock::now() + std::chrono::seconds(10);
-    while (::flock(m_own.Get(), LOCK_EX | LOCK_NB) != 0) {
-        if (errno == EINTR)
-            continue;
-        if (errno != EWOULDBLOCK)
-            return KeyError();
-        if (steady_clock::now() > deadline)
-            return ERROR_SHARING_VIOLATION;
-        std::this_thread::sleep_for(std::chrono::microseconds(500));
+        return KeyError(errno);
+    ulong error = ERROR_SHARING_VIOLATION;
+    for (int i = 0; i < seconds && error == ERROR_SHARING_VIOLATION; ++i) {
+        BoundedWait wait;
+        error = LockForChange(m_own.Get(), wait);
     }
+    if (error)
+        return error;
     return key.IsDeleted() ? ERROR_KEY_DELETED : ERROR_SUCCESS;
 }
 

@@ -8,7 +8,12 @@ namespace corvane::posix {
 /// An exclusive advisory lock between threads and processes, released by the destructor and with the process.
 class FolderLock {
 public:
-    /// Waits up to ten seconds, then ERROR_SHARING_VIOLATION. ERROR_KEY_DELETED if the key went away, before
+    FolderLock() = default;
+    FolderLock(const FolderLock&) = delete;
+    FolderLock& operator=(const FolderLock&) = delete;
+    ~FolderLock();
+
+    /// Waits about ten seconds, then ERROR_SHARING_VIOLATION. ERROR_KEY_DELETED if the key went away, before
     /// or during the wait. Locks of a key and its subkey are taken in that order.
     ulong Take(const KeyFolder& key);
 

@@ -1,5 +1,6 @@
 #include <corvane/foundations/CaseFolding.h>
 #include <corvane/platform/posix/Errors.h>
+#include <corvane/platform/posix/files/TemporaryFile.h>
 #include <corvane/platform/posix/registry/FolderEntries.h>
 #include <corvane/platform/posix/registry/FolderLock.h>
 #include <corvane/platform/posix/registry/KeyFolder.h>
@@ -26,7 +27,7 @@ mode_t FolderMode(bool isPrivate) noexcept {
 ulong OpenEntry(const SharedFolder& parent, const std::string& entry, KeyFolder& opened) {
     FileHandle handle(::openat(parent->Get(), entry.c_str(), folderFlags));
     if (!handle)
-        return errno == ENOTDIR || errno == ELOOP ? ERROR_FILE_NOT_FOUND : KeyError();
+        return errno == ENOTDIR || errno == ELOOP ? ERROR_FILE_NOT_FOUND : KeyError(errno);
     opened.folder = std::make_shared<const FileHandle>(std::move(handle));
     opened.parent = parent;
     opened.entry = entry;
@@ -37,11 +38,12 @@ ulong OpenEntry(const SharedFolder& parent, const std::string& entry, KeyFolder&
 ulong MakeEntry(const SharedFolder& parent, const std::string& entry, KeyFolder& made) {
     const mode_t mode = FolderMode(made.isPrivate);
     if (::mkdirat(parent->Get(), entry.c_str(), mode) != 0)
-        return errno == EEXIST ? ERROR_ACCESS_DENIED : KeyError();
+        return errno == EEXIST ? ERROR_ACCESS_DENIED : KeyError(errno);
     if (const ulong error = OpenEntry(parent, entry, made))
         return error;
-    if (::fchmod(made.Get(), mode) != 0 || ::fsync(parent->Get()) != 0)
-        return KeyError();
+    if (::fchmod(made.Get(), mode) != 0)
+        return KeyError(errno);
+    FlushFolder(parent->Get());
     return ERROR_SUCCESS;
 }
 
@@ -56,8 +58,10 @@ bool MakeFolders(const std::string& path, mode_t mode) {
             continue;
         }
         const FileHandle above(::open(path.substr(0, begin + 1).c_str(), topFlags));
-        if (::chmod(folder.c_str(), mode) != 0 || !above || ::fsync(above.Get()) != 0)
+        if (::chmod(folder.c_str(), mode) != 0)
             return false;
+        if (above)
+            ::fsync(above.Get());
     }
     return true;
 }
@@ -82,7 +86,7 @@ ulong FindParts(const SharedFolder& folder, Parts::const_iterator part, KeyFolde
         return error;
     FolderEntries entries(folder->Get());
     if (!entries)
-        return KeyError();
+        return KeyError(errno);
     NamePart other;
     while (const char* entry = entries.Next()) {
         if (entry == exact || !ParseFolderName(entry, other) || other.isLast != part->isLast ||
@@ -110,7 +114,7 @@ ulong MakeParts(SharedFolder folder, const Parts& parts, KeyFolder& made) {
 ulong AppendNames(int folder, const wstring& front, std::vector<wstring>& names) {
     FolderEntries entries(folder);
     if (!entries)
-        return KeyError();
+        return KeyError(errno);
     NamePart part;
     while (const char* entry = entries.Next()) {
         if (!ParseFolderName(entry, part) || !entries.IsFolder() ||
@@ -122,7 +126,7 @@ ulong AppendNames(int folder, const wstring& front, std::vector<wstring>& names)
         }
         const FileHandle inner(::openat(folder, entry, folderFlags));
         if (!inner)
-            return KeyError();
+            return KeyError(errno);
         if (const ulong error = AppendNames(inner.Get(), front + part.text, names))
             return error;
     }
@@ -143,11 +147,11 @@ ulong OpenTop(const std::string& path, bool create, KeyFolder& top) {
     FileHandle handle(::open(path.c_str(), topFlags));
     if (!handle && errno == ENOENT && create) {
         if (!MakeFolders(path, FolderMode(top.isPrivate)))
-            return KeyError();
+            return KeyError(errno);
         handle = FileHandle(::open(path.c_str(), topFlags));
     }
     if (!handle)
-        return KeyError();
+        return KeyError(errno);
     top.folder = std::make_shared<const FileHandle>(std::move(handle));
     return ERROR_SUCCESS;
 }
@@ -180,8 +184,8 @@ ulong ListSubkeys(const KeyFolder& key, std::vector<wstring>& names) {
     return ERROR_SUCCESS;
 }
 
-ulong KeyError() noexcept {
-    return errno == EROFS ? ERROR_ACCESS_DENIED : ErrorFromErrno(errno);
+ulong KeyError(int error) noexcept {
+    return error == EROFS ? ERROR_ACCESS_DENIED : ErrorFromErrno(error);
 }
 
 } // namespace corvane::posix

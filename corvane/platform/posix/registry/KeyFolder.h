@@ -40,7 +40,7 @@ ulong ListSubkeys(const KeyFolder& key, std::vector<wstring>& names);
 /// gone.
 ulong RemoveSubkey(const KeyFolder& key, wstring_view name);
 
-/// ErrorFromErrno(errno), except that a read-only file system is a denied access to a key.
-ulong KeyError() noexcept;
+/// ErrorFromErrno, except that a read-only file system is a denied access to a key.
+ulong KeyError(int error) noexcept;
 
 } // namespace corvane::posix

@@ -3,6 +3,7 @@
 #include <corvane/platform/posix/registry/OpenKeys.h>
 #include <corvane/platform/posix/registry/RegistryRoots.h>
 
+#include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -20,7 +21,7 @@ wstring_view PathOf(const wchar* subKey) noexcept {
 // The file permissions are the access rights. To read a folder was asked when it was opened.
 ulong CheckAccess(const KeyFolder& key, ulong access) noexcept {
     const bool isWriting = (access & (KEY_SET_VALUE | KEY_CREATE_SUB_KEY)) != 0;
-    return isWriting && ::faccessat(key.Get(), ".", W_OK, AT_EACCESS) != 0 ? KeyError() : ERROR_SUCCESS;
+    return isWriting && ::faccessat(key.Get(), ".", W_OK, AT_EACCESS) != 0 ? KeyError(errno) : ERROR_SUCCESS;
 }
 
 ulong HandOut(KeyFolder place, ulong access, HKEY* opened) {

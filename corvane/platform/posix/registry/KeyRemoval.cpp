@@ -1,4 +1,5 @@
 #include <corvane/platform/posix/Errors.h>
+#include <corvane/platform/posix/files/TemporaryFile.h>
 #include <corvane/platform/posix/registry/FolderEntries.h>
 #include <corvane/platform/posix/registry/FolderLock.h>
 
@@ -48,7 +49,7 @@ ulong CheckRemovable(const KeyFolder& key) {
         return ERROR_ACCESS_DENIED;
     FolderEntries entries(key.Get());
     if (!entries)
-        return KeyError();
+        return KeyError(errno);
     while (const char* entry = entries.Next()) {
         if (!IsOurs(entry, entries.IsFolder()))
             return ERROR_ACCESS_DENIED;
@@ -73,9 +74,11 @@ ulong RemoveSubkey(const KeyFolder& key, wstring_view name) {
         return error;
     RemoveLeftovers(key.Get(), graveyard, 0);
     if (::renameat(subkey.parent->Get(), subkey.entry.c_str(), key.Get(), graveyard) != 0)
-        return KeyError();
+        return KeyError(errno);
     RemoveLeftovers(key.Get(), graveyard, 0);
-    return ::fsync(key.Get()) == 0 && ::fsync(subkey.parent->Get()) == 0 ? ERROR_SUCCESS : KeyError();
+    FlushFolder(subkey.parent->Get());
+    FlushFolder(key.Get());
+    return ERROR_SUCCESS;
 }
 
 } // namespace corvane::posix

@@ -1,4 +1,8 @@
 #include <corvane/platform/posix/Errors.h>
+#include <corvane/platform/posix/files/FileAttributes.h>
+#include <corvane/platform/posix/files/ReadFile.h>
+#include <corvane/platform/posix/files/TemporaryFile.h>
+#include <corvane/platform/posix/files/WriteFile.h>
 #include <corvane/platform/posix/registry/FolderLock.h>
 #include <corvane/platform/posix/registry/ValuesFile.h>
 
@@ -13,78 +17,44 @@ using namespace platform;
 namespace {
 
 constexpr const char* fileName = ".values";
-constexpr const char* newFileName = ".values.new"; // only the holder of the key's lock uses it
-constexpr off_t largestFile = 64 << 20;
+constexpr std::size_t largestFile = std::size_t{64} << 20;
 
-bool IsSame(const struct stat& a, const struct stat& b) noexcept {
-    const auto isEqual = [](const timespec& x, const timespec& y) {
-        return x.tv_sec == y.tv_sec && x.tv_nsec == y.tv_nsec;
-    };
-    return a.st_ino == b.st_ino && a.st_dev == b.st_dev && a.st_size == b.st_size &&
-           isEqual(a.st_mtim, b.st_mtim) && isEqual(a.st_ctim, b.st_ctim);
+// `errno` says why not. A symbolic link is refused, and a pipe doesn't hold the caller up.
+FileHandle OpenFile(const KeyFolder& key, int access) noexcept {
+    return FileHandle(::openat(key.Get(), fileName, access | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
 }
 
-ulong OpenFile(const KeyFolder& key, FileHandle& file, struct stat& status) {
-    file = FileHandle(::openat(key.Get(), fileName, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-    if (!file || ::fstat(file.Get(), &status) != 0)
-        return KeyError();
-    if (!S_ISREG(status.st_mode))
-        return ERROR_ACCESS_DENIED;
-    return status.st_size > largestFile ? ERROR_FILE_TOO_LARGE : ERROR_SUCCESS;
+ulong ParseFile(const FileHandle& file, RegistryValues& content) {
+    std::string text;
+    if (const ulong error = ReadWholeFile(file.Get(), text))
+        return error;
+    if (text.size() > largestFile)
+        return ERROR_FILE_TOO_LARGE;
+    return ParseValues(text, content) ? ERROR_SUCCESS : ERROR_BADDB;
 }
 
-ulong ReadText(const FileHandle& file, const struct stat& status, std::string& text) {
-    text.resize(static_cast<std::size_t>(status.st_size));
-    std::size_t length = 0;
-    while (length < text.size()) {
-        const ssize_t count = ::read(file.Get(), &text[length], text.size() - length);
-        if (count < 0 && errno != EINTR)
-            return KeyError();
-        if (count == 0)
-            break;
-        if (count > 0)
-            length += static_cast<std::size_t>(count);
-    }
-    text.resize(length);
-    return ERROR_SUCCESS;
+// The new file is as readable as the old one was, or as the tree is for the first one.
+int GiveAccess(const KeyFolder& key, const FileHandle& old, int next) {
+    struct stat status {};
+    if (!old)
+        return ::fchmod(next, key.isPrivate ? 0600 : 0644) == 0 ? 0 : errno;
+    return ::fstat(old.Get(), &status) == 0 ? TakeOverWhatIsPossible(old.Get(), status, next) : errno;
 }
 
-bool WriteText(const FileHandle& file, std::string_view text) noexcept {
-    while (!text.empty()) {
-        const ssize_t count = ::write(file.Get(), text.data(), text.size());
-        if (count < 0 && errno != EINTR)
-            return false;
-        if (count > 0)
-            text.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return true;
-}
-
-// The new file is as readable as the old one was. Where its group can't be kept, the group loses its access.
-bool TakeOverAccess(const FileHandle& file, const KeyFolder& key) noexcept {
-    struct stat old {};
-    if (::fstatat(key.Get(), fileName, &old, AT_SYMLINK_NOFOLLOW) != 0)
-        return errno == ENOENT && ::fchmod(file.Get(), key.isPrivate ? 0600 : 0644) == 0;
-    mode_t mode = old.st_mode & 0777;
-    if (::fchown(file.Get(), old.st_uid, old.st_gid) != 0 &&
-        ::fchown(file.Get(), static_cast<uid_t>(-1), old.st_gid) != 0)
-        mode &= ~static_cast<mode_t>(070);
-    return ::fchmod(file.Get(), mode) == 0;
-}
-
-bool ReplaceFile(const KeyFolder& key, std::string_view text) {
-    ::unlinkat(key.Get(), newFileName, 0); // of a writer that was killed
-    const FileHandle file(
-        ::openat(key.Get(), newFileName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
-    if (!file)
-        return false;
-    if (TakeOverAccess(file, key) && WriteText(file, text) && ::fsync(file.Get()) == 0 &&
-        ::renameat(key.Get(), newFileName, key.Get(), fileName) == 0)
-        return ::fsync(key.Get()) == 0;
-    const int error = errno;
-    ::unlinkat(key.Get(), newFileName, 0);
-    errno = error;
-    return false;
+int Replace(const KeyFolder& key, const FileHandle& old, std::string_view text) {
+    TemporaryFile next;
+    if (const int error = next.Create(key.Get(), fileName))
+        return error;
+    if (const int error = GiveAccess(key, old, next.Get()))
+        return error;
+    if (const int error = WriteWhole(next.Get(), text))
+        return error;
+    if (::fsync(next.Get()) != 0)
+        return errno;
+    if (const int error = next.Replace())
+        return error;
+    FlushFolder(key.Get());
+    return 0;
 }
 
 // Puts the value in its place; false if it stands there already.
@@ -106,28 +76,27 @@ bool Put(RegistryValue value, RegistryValues& content) {
 ulong ValuesFile::Refresh(const KeyFolder& key) {
     struct stat status {};
     if (::fstatat(key.Get(), fileName, &status, AT_SYMLINK_NOFOLLOW) == 0) {
-        if (m_file && IsSame(status, m_status))
+        if (m_file && FileStamp(status) == m_stamp)
             return ERROR_SUCCESS;
         return Read(key);
     }
     if (errno != ENOENT)
-        return KeyError();
+        return KeyError(errno);
     m_file = FileHandle();
     m_content = RegistryValues();
     return key.IsDeleted() ? ERROR_KEY_DELETED : ERROR_SUCCESS;
 }
 
 ulong ValuesFile::Read(const KeyFolder& key) {
-    std::string text;
-    FileHandle file;
     m_file = FileHandle();
     m_content = RegistryValues();
-    if (const ulong error = OpenFile(key, file, m_status))
+    FileHandle file = OpenFile(key, O_RDONLY);
+    struct stat status {};
+    if (!file || ::fstat(file.Get(), &status) != 0)
+        return KeyError(errno);
+    if (const ulong error = ParseFile(file, m_content))
         return error;
-    if (const ulong error = ReadText(file, m_status, text))
-        return error;
-    if (!ParseValues(text, m_content))
-        return ERROR_BADDB;
+    m_stamp = FileStamp(status);
     m_file = std::move(file);
     return ERROR_SUCCESS;
 }
@@ -136,27 +105,17 @@ ulong StoreValue(const KeyFolder& key, RegistryValue value) {
     FolderLock lock;
     if (const ulong error = lock.Take(key))
         return error;
-    FileHandle file;
-    struct stat status {};
-    std::string text;
+    // Opened for writing: who may not write the file may not replace it either, though the folder allows it.
+    const FileHandle old = OpenFile(key, O_RDWR);
     RegistryValues content;
-    ulong error = OpenFile(key, file, status);
-    if (!error) {
-        // Who may not write the file may not replace it either, though the folder would allow it.
-        if (::faccessat(key.Get(), fileName, W_OK, AT_EACCESS) != 0)
-            return KeyError();
-        error = ReadText(file, status, text);
-    }
-    if (error && error != ERROR_FILE_NOT_FOUND)
+    if (!old && errno != ENOENT)
+        return KeyError(errno);
+    if (const ulong error = old ? ParseFile(old, content) : ERROR_SUCCESS)
         return error;
-    if (!ParseValues(text, content))
-        return ERROR_BADDB;
     if (!Put(std::move(value), content))
         return ERROR_SUCCESS;
-    text = PrintValues(content);
-    if (text.size() > static_cast<std::size_t>(largestFile))
-        return ERROR_FILE_TOO_LARGE;
-    return ReplaceFile(key, text) ? ERROR_SUCCESS : KeyError();
+    const std::string text = PrintValues(content);
+    return text.size() > largestFile ? ERROR_FILE_TOO_LARGE : KeyError(Replace(key, old, text));
 }
 
 } // namespace corvane::posix

@@ -1,10 +1,9 @@
 // The file of a key's values.
 #pragma once
 
+#include <corvane/platform/posix/files/FileSnapshot.h>
 #include <corvane/platform/posix/registry/KeyFolder.h>
 #include <corvane/platform/posix/registry/ValuesText.h>
-
-#include <sys/stat.h>
 
 namespace corvane::posix {
 
@@ -22,7 +21,7 @@ private:
     ulong Read(const KeyFolder& key);
 
     FileHandle m_file; // stays open, so that no other file takes over its inode number
-    struct stat m_status {};
+    FileStamp m_stamp;
     RegistryValues m_content;
 };
 
