@@ -20,11 +20,14 @@ inline constexpr ulong ERROR_FILE_EXISTS = 80;
 inline constexpr ulong ERROR_INVALID_PARAMETER = 87;
 inline constexpr ulong ERROR_DISK_FULL = 112;
 inline constexpr ulong ERROR_INSUFFICIENT_BUFFER = 122;
+inline constexpr ulong ERROR_MOD_NOT_FOUND = 126;
+inline constexpr ulong ERROR_PROC_NOT_FOUND = 127;
 inline constexpr ulong ERROR_BAD_PATHNAME = 161;
 inline constexpr ulong ERROR_FILENAME_EXCED_RANGE = 206;
 inline constexpr ulong ERROR_FILE_TOO_LARGE = 223;
 inline constexpr ulong ERROR_MORE_DATA = 234;
 inline constexpr ulong ERROR_NO_MORE_ITEMS = 259;
+inline constexpr ulong ERROR_BADDB = 1009;
 inline constexpr ulong ERROR_KEY_DELETED = 1018;
 inline constexpr ulong ERROR_IO_DEVICE = 1117;
 

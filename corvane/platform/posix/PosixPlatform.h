@@ -73,3 +73,5 @@ int WritePrivateProfileStringA(const char* section, const char* tag, const char*
 int WritePrivateProfileStringW(const wchar* section, const wchar* tag, const wchar* value, const wchar* file);
 
 } // namespace corvane::platform
+
+#include <corvane/platform/posix/PosixRegistry.h>

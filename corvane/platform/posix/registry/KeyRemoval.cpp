@@ -1,0 +1,84 @@
+#include <corvane/platform/posix/Errors.h>
+#include <corvane/platform/posix/files/TemporaryFile.h>
+#include <corvane/platform/posix/registry/FolderEntries.h>
+#include <corvane/platform/posix/registry/FolderLock.h>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace corvane::posix {
+
+using namespace platform;
+
+namespace {
+
+// Where a deleted key goes in one step, before its files do. A process that dies between leaves a folder
+// which no key name can reach; the next deletion in that place clears it away.
+constexpr const char* graveyard = ".deleted";
+constexpr int deepestLeftover = 32;
+
+// Files and folders that begin with '.' are our own, and so is what holds only parts of long names. Anything
+// else was put there by somebody and isn't ours to remove.
+bool IsOurs(const char* entry, bool isFolder) {
+    NamePart part;
+    return entry[0] == '.' || (isFolder && ParseFolderName(entry, part) && !part.isLast);
+}
+
+void RemoveLeftovers(int parent, const char* entry, int depth) {
+    if (const FileHandle folder(::openat(parent, entry, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+        folder && depth < deepestLeftover) {
+        FolderEntries entries(folder.Get());
+        while (const char* inner = entries ? entries.Next() : nullptr) {
+            if (!IsOurs(inner, entries.IsFolder()))
+                continue;
+            if (entries.IsFolder())
+                RemoveLeftovers(folder.Get(), inner, depth + 1);
+            else
+                ::unlinkat(folder.Get(), inner, 0);
+        }
+    }
+    ::unlinkat(parent, entry, AT_REMOVEDIR);
+}
+
+ulong CheckRemovable(const KeyFolder& key) {
+    std::vector<wstring> subkeys;
+    if (const ulong error = ListSubkeys(key, subkeys))
+        return error;
+    if (!subkeys.empty())
+        return ERROR_ACCESS_DENIED;
+    FolderEntries entries(key.Get());
+    if (!entries)
+        return KeyError(errno);
+    while (const char* entry = entries.Next()) {
+        if (!IsOurs(entry, entries.IsFolder()))
+            return ERROR_ACCESS_DENIED;
+    }
+    return ERROR_SUCCESS;
+}
+
+} // namespace
+
+ulong RemoveSubkey(const KeyFolder& key, wstring_view name) {
+    FolderLock parentLock;
+    if (const ulong error = parentLock.Take(key))
+        return error;
+    KeyFolder subkey;
+    if (const ulong error = FindSubkey(key, name, subkey))
+        return error;
+    // Nobody is writing a value or making a subkey while it goes; who waits for it finds it deleted.
+    FolderLock lock;
+    if (const ulong error = lock.Take(subkey))
+        return error;
+    if (const ulong error = CheckRemovable(subkey))
+        return error;
+    RemoveLeftovers(key.Get(), graveyard, 0);
+    if (::renameat(subkey.parent->Get(), subkey.entry.c_str(), key.Get(), graveyard) != 0)
+        return KeyError(errno);
+    RemoveLeftovers(key.Get(), graveyard, 0);
+    FlushFolder(subkey.parent->Get());
+    FlushFolder(key.Get());
+    return ERROR_SUCCESS;
+}
+
+} // namespace corvane::posix

@@ -1,0 +1,66 @@
+#include <corvane/platform/posix/Errors.h>
+#include <corvane/platform/posix/registry/OpenKeys.h>
+#include <corvane/platform/posix/registry/RegistryRoots.h>
+
+#include <unordered_map>
+
+namespace corvane::posix {
+
+using namespace platform;
+
+namespace {
+
+struct Table {
+    std::mutex mutex;
+    std::unordered_map<std::uintptr_t, std::shared_ptr<OpenKey>> keys;
+    std::uintptr_t last = std::uintptr_t{1} << 32; // above the predefined keys
+};
+
+Table& Keys() {
+    static auto* const table = new Table; // stays for those who read a key at the end of the process
+    return *table;
+}
+
+std::uintptr_t NumberOf(HKEY handle) noexcept {
+    return reinterpret_cast<std::uintptr_t>(handle);
+}
+
+} // namespace
+
+HKEY AddOpenKey(std::shared_ptr<OpenKey> key) {
+    Table& table = Keys();
+    const std::lock_guard guard(table.mutex);
+    table.last += 4;
+    table.keys.emplace(table.last, std::move(key));
+    return reinterpret_cast<HKEY>(
+        table.last); // NOLINT(performance-no-int-to-ptr): a handle points to nothing
+}
+
+std::shared_ptr<OpenKey> FindOpenKey(HKEY handle) {
+    Table& table = Keys();
+    const std::lock_guard guard(table.mutex);
+    const auto found = table.keys.find(NumberOf(handle));
+    return found == table.keys.end() ? nullptr : found->second;
+}
+
+bool CloseOpenKey(HKEY handle) {
+    Table& table = Keys();
+    decltype(table.keys)::node_type closed; // goes, and its files with it, after the lock
+    const std::lock_guard guard(table.mutex);
+    closed = table.keys.extract(NumberOf(handle));
+    return !closed.empty();
+}
+
+ulong UseKey(HKEY handle, ulong needed, bool create, std::shared_ptr<OpenKey>& key) {
+    if (!IsRoot(handle)) {
+        key = FindOpenKey(handle);
+        if (!key)
+            return ERROR_INVALID_HANDLE;
+        return (key->access & needed) == needed ? ERROR_SUCCESS : ERROR_ACCESS_DENIED;
+    }
+    key = std::make_shared<OpenKey>();
+    key->access = KEY_ALL_ACCESS;
+    return OpenRoot(handle, create, key->place);
+}
+
+} // namespace corvane::posix

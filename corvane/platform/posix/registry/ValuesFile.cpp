@@ -1,0 +1,121 @@
+#include <corvane/platform/posix/Errors.h>
+#include <corvane/platform/posix/files/FileAttributes.h>
+#include <corvane/platform/posix/files/ReadFile.h>
+#include <corvane/platform/posix/files/TemporaryFile.h>
+#include <corvane/platform/posix/files/WriteFile.h>
+#include <corvane/platform/posix/registry/FolderLock.h>
+#include <corvane/platform/posix/registry/ValuesFile.h>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace corvane::posix {
+
+using namespace platform;
+
+namespace {
+
+constexpr const char* fileName = ".values";
+constexpr std::size_t largestFile = std::size_t{64} << 20;
+
+// `errno` says why not. A symbolic link is refused, and a pipe doesn't hold the caller up.
+FileHandle OpenFile(const KeyFolder& key, int access) noexcept {
+    return FileHandle(::openat(key.Get(), fileName, access | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+}
+
+ulong ParseFile(const FileHandle& file, RegistryValues& content) {
+    std::string text;
+    if (const ulong error = ReadWholeFile(file.Get(), text))
+        return error;
+    if (text.size() > largestFile)
+        return ERROR_FILE_TOO_LARGE;
+    return ParseValues(text, content) ? ERROR_SUCCESS : ERROR_BADDB;
+}
+
+// The new file is as readable as the old one was, or as the tree is for the first one.
+int GiveAccess(const KeyFolder& key, const FileHandle& old, int next) {
+    struct stat status {};
+    if (!old)
+        return ::fchmod(next, key.isPrivate ? 0600 : 0644) == 0 ? 0 : errno;
+    return ::fstat(old.Get(), &status) == 0 ? TakeOverWhatIsPossible(old.Get(), status, next) : errno;
+}
+
+int Replace(const KeyFolder& key, const FileHandle& old, std::string_view text) {
+    TemporaryFile next;
+    if (const int error = next.Create(key.Get(), fileName))
+        return error;
+    if (const int error = GiveAccess(key, old, next.Get()))
+        return error;
+    if (const int error = WriteWhole(next.Get(), text))
+        return error;
+    if (::fsync(next.Get()) != 0)
+        return errno;
+    if (const int error = next.Replace())
+        return error;
+    FlushFolder(key.Get());
+    return 0;
+}
+
+// Puts the value in its place; false if it stands there already.
+bool Put(RegistryValue value, RegistryValues& content) {
+    RegistryValue* const old = content.Find(value.name);
+    if (!old) {
+        content.values.push_back(std::move(value));
+        return true;
+    }
+    if (old->type == value.type && old->data == value.data)
+        return false;
+    old->type = value.type;
+    old->data = std::move(value.data);
+    return true;
+}
+
+} // namespace
+
+ulong ValuesFile::Refresh(const KeyFolder& key) {
+    struct stat status {};
+    if (::fstatat(key.Get(), fileName, &status, AT_SYMLINK_NOFOLLOW) == 0) {
+        if (m_file && FileStamp(status) == m_stamp)
+            return ERROR_SUCCESS;
+        return Read(key);
+    }
+    if (errno != ENOENT)
+        return KeyError(errno);
+    m_file = FileHandle();
+    m_content = RegistryValues();
+    return key.IsDeleted() ? ERROR_KEY_DELETED : ERROR_SUCCESS;
+}
+
+ulong ValuesFile::Read(const KeyFolder& key) {
+    m_file = FileHandle();
+    m_content = RegistryValues();
+    FileHandle file = OpenFile(key, O_RDONLY);
+    struct stat status {};
+    if (!file || ::fstat(file.Get(), &status) != 0)
+        return KeyError(errno);
+    if (const ulong error = ParseFile(file, m_content))
+        return error;
+    m_stamp = FileStamp(status);
+    m_file = std::move(file);
+    return ERROR_SUCCESS;
+}
+
+ulong StoreValue(const KeyFolder& key, RegistryValue value) {
+    FolderLock lock;
+    if (const ulong error = lock.Take(key))
+        return error;
+    // Opened for writing: who may not write the file may not replace it either, though the folder allows it.
+    const FileHandle old = OpenFile(key, O_RDWR);
+    RegistryValues content;
+    if (!old && errno != ENOENT)
+        return KeyError(errno);
+    if (const ulong error = old ? ParseFile(old, content) : ERROR_SUCCESS)
+        return error;
+    if (!Put(std::move(value), content))
+        return ERROR_SUCCESS;
+    const std::string text = PrintValues(content);
+    return text.size() > largestFile ? ERROR_FILE_TOO_LARGE : KeyError(Replace(key, old, text));
+}
+
+} // namespace corvane::posix

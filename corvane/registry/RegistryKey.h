@@ -1,0 +1,44 @@
+// An open key that closes itself, and the one way in which a key is opened for reading.
+#pragma once
+
+#include <corvane/registry/RootKey.h>
+
+#include <utility>
+
+namespace corvane {
+
+class RegistryKey {
+public:
+    RegistryKey() = default;
+    explicit RegistryKey(platform::HKEY key) noexcept : m_key(key) {}
+    RegistryKey(RegistryKey&& other) noexcept : m_key(std::exchange(other.m_key, nullptr)) {}
+    RegistryKey& operator=(RegistryKey&& other) noexcept {
+        std::swap(m_key, other.m_key);
+        return *this;
+    }
+    RegistryKey(const RegistryKey&) = delete;
+    RegistryKey& operator=(const RegistryKey&) = delete;
+    ~RegistryKey() {
+        if (m_key)
+            platform::RegCloseKey(m_key);
+    }
+
+    explicit operator bool() const noexcept { return m_key != nullptr; }
+    platform::HKEY Get() const noexcept { return m_key; }
+
+    /// Opens the addressed key with `flags` on top of read access. Empty if there is no root or it can't be
+    /// opened.
+    static RegistryKey OpenForReading(const KeyAddress& address, ulong flags) noexcept {
+        using namespace platform;
+        HKEY opened = nullptr;
+        if (!address.key || platform::RegOpenKeyExW(address.key, address.subKey, 0, flags | KEY_READ,
+                                                    &opened) != ERROR_SUCCESS)
+            return RegistryKey();
+        return RegistryKey(opened);
+    }
+
+private:
+    platform::HKEY m_key = nullptr;
+};
+
+} // namespace corvane
