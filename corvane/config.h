@@ -4,4 +4,5 @@
 #include <corvane/foundations/ApplicationConfigManager.h>
 #include <corvane/foundations/NativeLogging.h>
 #include <corvane/manager/ConfigManager.h>
+#include <corvane/registry/registry.h>
 #include <corvane/sources/IConfigSource.h>

@@ -1,5 +1,6 @@
 // Reads and changes a settings file from the command line.
 #include "Commands.h"
+#include "RegistryCommand.h"
 
 #include <exception>
 #include <iostream>
@@ -11,11 +12,10 @@ using Quillon::NativeLogging::LogLine;
 using Quillon::NativeLogging::Severity;
 
 void ShowHelp() {
-    std::cout
-        << "corvane-config [--log] FILE COMMAND ...\n\n"
-        << CommandHelp() << "\n"
-        << "--log shows the library's log lines on standard error. Exit codes: 0 done, 1 refused or not\n"
-        << "there, 2 a command line that makes no sense.\n";
+    std::cout << "corvane-config [--log] FILE COMMAND ...\n"
+              << CommandHelp() << "\ncorvane-config [--log] registry ...\n"
+              << RegistryUsage() << "\n--log shows the library's log lines on standard error.\n"
+              << "Exit codes: 0 done, 1 refused or not there, 2 a command line that makes no sense.\n";
 }
 
 void ShowLog() {
@@ -35,6 +35,8 @@ int Run(Arguments arguments) {
         ShowHelp();
         return Done;
     }
+    if (!arguments.empty() && arguments[0] == "registry")
+        return RunRegistryCommand(Arguments(arguments.begin() + 1, arguments.end()));
     if (arguments.size() < 2) {
         std::cerr << "corvane-config: expected: FILE COMMAND ...; --help tells more\n";
         return Usage;

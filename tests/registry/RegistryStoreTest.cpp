@@ -13,8 +13,8 @@ namespace corvane {
 namespace {
 
 using namespace platform;
-using testing::Fork;
-using testing::Wait;
+using corvane::test::Fork;
+using corvane::test::Wait;
 namespace fs = std::filesystem;
 
 class RegistryStore : public TemporaryRegistry {

@@ -107,7 +107,7 @@ TEST_F(ScriptedRegistry, AWriteCreatesSetsAndCloses) {
 
 // In a process of its own, which has looked nothing up yet; stands before the test that does.
 TEST_F(ScriptedRegistry, AMissingDeleteOperationIsNotLookedForAgain) {
-    EXPECT_EQ(testing::Wait(testing::Fork([this] {
+    EXPECT_EQ(corvane::test::Wait(corvane::test::Fork([this] {
                   script.hasModule = false;
                   registry_deleteKey(&m_given, u"x");
                   registry_deleteKey(&m_given, u"y");
