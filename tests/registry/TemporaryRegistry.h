@@ -13,6 +13,10 @@
 namespace corvane {
 
 class TemporaryRegistry : public ::testing::Test {
+public:
+    TemporaryRegistry(const TemporaryRegistry&) = delete;
+    TemporaryRegistry& operator=(const TemporaryRegistry&) = delete;
+
 protected:
     TemporaryRegistry() {
         std::string pattern = (std::filesystem::temp_directory_path() / "corvane-registry-XXXXXX").string();

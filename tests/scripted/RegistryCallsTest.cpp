@@ -52,7 +52,7 @@ protected:
     ScriptedRegistry() { script = Script(); }
 
     static std::string TakeCalls() {
-        const std::string calls = script.calls.str();
+        std::string calls = script.calls.str();
         script.calls.str("");
         return calls;
     }

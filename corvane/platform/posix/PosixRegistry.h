@@ -18,7 +18,7 @@ using LSTATUS = std::int32_t;
 struct FILETIME;
 
 // The predefined keys have fixed handles that are always open.
-// NOLINTBEGIN(performance-no-int-to-ptr)
+// NOLINTBEGIN(performance-no-int-to-ptr, misc-misplaced-const)
 inline const HKEY HKEY_CLASSES_ROOT = reinterpret_cast<HKEY>(0x80000000);
 inline const HKEY HKEY_CURRENT_USER = reinterpret_cast<HKEY>(0x80000001);
 inline const HKEY HKEY_LOCAL_MACHINE = reinterpret_cast<HKEY>(0x80000002);
@@ -26,7 +26,7 @@ inline const HKEY HKEY_USERS = reinterpret_cast<HKEY>(0x80000003);
 inline const HKEY HKEY_PERFORMANCE_DATA = reinterpret_cast<HKEY>(0x80000004);
 inline const HKEY HKEY_CURRENT_CONFIG = reinterpret_cast<HKEY>(0x80000005);
 inline const HKEY HKEY_DYN_DATA = reinterpret_cast<HKEY>(0x80000006);
-// NOLINTEND(performance-no-int-to-ptr)
+// NOLINTEND(performance-no-int-to-ptr, misc-misplaced-const)
 
 inline constexpr ulong REG_SZ = 1;
 inline constexpr ulong REG_EXPAND_SZ = 2;

@@ -40,7 +40,7 @@ ulong PlaceOf(HKEY key, bool create, KeyFolder& place) {
     if (const ulong error = UseKey(key, 0, create, open))
         return error;
     place = open->place;
-    return place.IsDeleted() ? ERROR_KEY_DELETED : ERROR_SUCCESS;
+    return !IsRoot(key) && place.IsDeleted() ? ERROR_KEY_DELETED : ERROR_SUCCESS;
 }
 
 ulong DeleteKey(HKEY key, const wchar* subKey) {

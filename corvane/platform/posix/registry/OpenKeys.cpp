@@ -32,8 +32,8 @@ HKEY AddOpenKey(std::shared_ptr<OpenKey> key) {
     const std::lock_guard guard(table.mutex);
     table.last += 4;
     table.keys.emplace(table.last, std::move(key));
-    return reinterpret_cast<HKEY>(
-        table.last); // NOLINT(performance-no-int-to-ptr): a handle points to nothing
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): a handle points to nothing
+    return reinterpret_cast<HKEY>(table.last);
 }
 
 std::shared_ptr<OpenKey> FindOpenKey(HKEY handle) {

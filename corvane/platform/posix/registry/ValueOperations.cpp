@@ -128,10 +128,10 @@ LSTATUS platform::RegEnumKeyExW(HKEY key, ulong index, wchar* name, ulong* nameL
         if (const ulong error = UseKey(key, KEY_ENUMERATE_SUB_KEYS, false, open))
             return error;
         const std::lock_guard guard(open->mutex);
-        if (open->place.IsDeleted())
-            return ERROR_KEY_DELETED;
-        // A walk sees the subkeys as they were at its first index, or at a query after it.
+        // A walk sees the subkeys as they were at its first index.
         if (index == 0 || open->subkeys.empty()) {
+            if (open->place.IsDeleted())
+                return ERROR_KEY_DELETED;
             if (const ulong error = ListSubkeys(open->place, open->subkeys))
                 return error;
         }

@@ -75,16 +75,10 @@ bool Put(RegistryValue value, RegistryValues& content) {
 
 ulong ValuesFile::Refresh(const KeyFolder& key) {
     struct stat status {};
-    if (::fstatat(key.Get(), fileName, &status, AT_SYMLINK_NOFOLLOW) == 0) {
-        if (m_file && FileStamp(status) == m_stamp)
-            return ERROR_SUCCESS;
-        return Read(key);
-    }
-    if (errno != ENOENT)
-        return KeyError(errno);
-    m_file = FileHandle();
-    m_content = RegistryValues();
-    return key.IsDeleted() ? ERROR_KEY_DELETED : ERROR_SUCCESS;
+    // A file that was replaced or removed has no name any more.
+    if (m_file && ::fstat(m_file.Get(), &status) == 0 && status.st_nlink > 0 && FileStamp(status) == m_stamp)
+        return ERROR_SUCCESS;
+    return Read(key);
 }
 
 ulong ValuesFile::Read(const KeyFolder& key) {
@@ -92,6 +86,8 @@ ulong ValuesFile::Read(const KeyFolder& key) {
     m_content = RegistryValues();
     FileHandle file = OpenFile(key, O_RDONLY);
     struct stat status {};
+    if (!file && errno == ENOENT)
+        return key.IsDeleted() ? ERROR_KEY_DELETED : ERROR_SUCCESS;
     if (!file || ::fstat(file.Get(), &status) != 0)
         return KeyError(errno);
     if (const ulong error = ParseFile(file, m_content))
