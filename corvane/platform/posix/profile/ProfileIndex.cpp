@@ -31,39 +31,41 @@ void ProfileIndex::TakeLines() {
     for (ProfileLine line; lines.Next(line);) {
         const auto position = static_cast<std::uint32_t>(m_lines.size());
         if (line.kind == ProfileLine::Kind::Header) {
-            m_sections.push_back({SpanOf(line.name), position, position, none});
+            m_sections.push_back({{none}, SpanOf(line.name), position, position});
             continue;
         }
         if (m_sections.empty()) // out of every reader's reach
             continue;
         if (line.kind == ProfileLine::Kind::Tag)
-            m_lines.push_back({SpanOf(line.name), SpanOf(line.value), none});
+            m_lines.push_back({{none}, SpanOf(line.name), SpanOf(line.value)});
         else if (line.kind == ProfileLine::Kind::Other)
-            m_lines.push_back({{}, SpanOf(TrimBlanks(UntilNul(line.text))), none});
+            m_lines.push_back({{none}, {}, SpanOf(TrimBlanks(UntilNul(line.text)))});
         m_sections.back().endLine = static_cast<std::uint32_t>(m_lines.size());
     }
     m_sections.shrink_to_fit();
     m_lines.shrink_to_fit();
 }
 
-// Linked from the last to the first, each chain comes out in the order of the file.
 void ProfileIndex::LinkSections() {
     m_sectionBuckets.assign(m_sections.size(), none);
-    for (std::size_t i = m_sections.size(); i-- > 0;) {
+    for (std::size_t i = 0; i < m_sections.size(); ++i) {
         Section& section = m_sections[i];
-        section.next =
-            std::exchange(m_sectionBuckets[SectionBucket(Text(section.name))], static_cast<std::uint32_t>(i));
+        const std::string_view name = Text(section.name);
+        section.next = FindSection(name) ? shadowed
+                                         : std::exchange(m_sectionBuckets[SectionBucket(name)],
+                                                         static_cast<std::uint32_t>(i));
     }
 }
 
 void ProfileIndex::LinkTags() {
     m_tagBuckets.assign(m_lines.size(), none);
-    for (std::size_t i = m_sections.size(); i-- > 0;) {
-        const Section& section = m_sections[i];
-        for (std::uint32_t at = section.endLine; at-- > section.firstLine;) {
+    for (const Section& section : m_sections) {
+        for (std::uint32_t at = section.firstLine; at < section.endLine; ++at) {
             Line& line = m_lines[at];
-            if (line.name.size != 0)
-                line.next = std::exchange(m_tagBuckets[TagBucket(section, Text(line.name))], at);
+            if (line.name.size == 0)
+                continue;
+            std::uint32_t& bucket = m_tagBuckets[TagBucket(section, Text(line.name))];
+            line.next = FindIn(bucket, section, Text(line.name)) ? shadowed : std::exchange(bucket, at);
         }
     }
 }
@@ -78,16 +80,20 @@ const ProfileIndex::Section* ProfileIndex::FindSection(std::string_view name) co
     return nullptr;
 }
 
-std::optional<std::string_view> ProfileIndex::FindValue(const Section& section,
-                                                        std::string_view tag) const noexcept {
+const ProfileIndex::Line* ProfileIndex::FindTag(const Section& section, std::string_view tag) const noexcept {
     if (tag.empty() || m_lines.empty())
-        return std::nullopt;
-    for (std::uint32_t at = m_tagBuckets[TagBucket(section, tag)]; at != none; at = m_lines[at].next) {
+        return nullptr;
+    return FindIn(m_tagBuckets[TagBucket(section, tag)], section, tag);
+}
+
+const ProfileIndex::Line* ProfileIndex::FindIn(std::uint32_t bucket, const Section& section,
+                                               std::string_view tag) const noexcept {
+    for (std::uint32_t at = bucket; at != none; at = m_lines[at].next) {
         const bool inSection = at >= section.firstLine && at < section.endLine;
         if (inSection && SameName(Text(m_lines[at].name), tag))
-            return Text(m_lines[at].value);
+            return &m_lines[at];
     }
-    return std::nullopt;
+    return nullptr;
 }
 
 std::size_t ProfileIndex::Footprint() const noexcept {

@@ -22,18 +22,23 @@ public:
         std::uint32_t size = 0;
     };
 
-    /// A tag, or with an empty name another line that stands in the section's text, wholly in `value`.
-    struct Line {
-        Span name;
-        Span value;
-        std::uint32_t next = 0; // in the same bucket
+    /// The next one in the same bucket. What has the name of one before it is in no bucket: nobody finds it
+    /// by name.
+    struct Link {
+        std::uint32_t next = 0;
+        bool IsShadowed() const noexcept { return next == shadowed; }
     };
 
-    struct Section {
+    /// A tag, or with an empty name another line that stands in the section's text, wholly in `value`.
+    struct Line : Link {
+        Span name;
+        Span value;
+    };
+
+    struct Section : Link {
         Span name;
         std::uint32_t firstLine = 0;
         std::uint32_t endLine = 0;
-        std::uint32_t next = 0; // in the same bucket
     };
 
     explicit ProfileIndex(std::string content);
@@ -49,18 +54,20 @@ public:
     /// The first section of that name, letter case ignored; null when there is none, or the name is empty.
     const Section* FindSection(std::string_view name) const noexcept;
 
-    /// The value, quotes kept, of the section's first tag of that name, letter case ignored.
-    std::optional<std::string_view> FindValue(const Section& section, std::string_view tag) const noexcept;
+    /// The section's first tag of that name, letter case ignored, or null. Quotes are kept in its value.
+    const Line* FindTag(const Section& section, std::string_view tag) const noexcept;
 
     /// The memory that the index takes, in bytes.
     std::size_t Footprint() const noexcept;
 
 private:
     static constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
+    static constexpr std::uint32_t shadowed = none - 1;
 
     void TakeLines();
     void LinkSections();
     void LinkTags();
+    const Line* FindIn(std::uint32_t bucket, const Section& section, std::string_view tag) const noexcept;
     Span SpanOf(std::string_view piece) const noexcept;
     std::size_t SectionBucket(std::string_view name) const noexcept;
     std::size_t TagBucket(const Section& section, std::string_view tag) const noexcept;
@@ -68,8 +75,8 @@ private:
     std::string m_content;
     std::vector<Section> m_sections;
     std::vector<Line> m_lines;
-    // Each bucket is a chain of sections or tags in their order in the file, so that the first of two equals
-    // is found. The tags of all sections share one table.
+    // Each bucket is a chain of sections or tags, of which no two are equal: the first of its name is there.
+    // The tags of all sections share one table.
     std::vector<std::uint32_t> m_sectionBuckets;
     std::vector<std::uint32_t> m_tagBuckets;
 };

@@ -2,6 +2,7 @@
 #include <corvane/platform/posix/PosixPlatform.h>
 #include <corvane/platform/posix/profile/ProfileCache.h>
 #include <corvane/platform/posix/profile/ProfileLine.h>
+#include <corvane/platform/posix/profile/ProfileRun.h>
 
 #include <algorithm>
 #include <cstring>
@@ -127,6 +128,27 @@ const Section* SectionOf(const ProfileIndex& profile, const char* name) noexcept
     return section;
 }
 
+const Line* TagOf(const ProfileIndex& profile, const Section& section, const char* name) noexcept {
+    const Line* tag = profile.FindTag(section, TrimBlanks(name));
+    if (!tag)
+        platform::SetLastError(ERROR_FILE_NOT_FOUND);
+    return tag;
+}
+
+ulong Answer(ProfileRun& run, const ProfileIndex& profile, char* buffer, ulong size) {
+    platform::SetLastError(ERROR_SUCCESS);
+    ulong result = 0;
+    if (!run.CurrentSection())
+        result = ListSections(profile, buffer, size);
+    else if (!run.CurrentLine())
+        result = ListTags(profile, *run.CurrentSection(), buffer, size);
+    else
+        result = CopyText(WithoutQuotes(profile.Text(run.CurrentLine()->value)), buffer, size);
+    const bool cut = result + 2 >= size; // to the caller, who asks again with a larger buffer
+    run.Answered(profile, cut);
+    return result;
+}
+
 ulong NothingThere(const char* defaultText, bool isList, char* buffer, ulong size) noexcept {
     if (!defaultText && isList)
         return ListWriter(buffer, size).Finish();
@@ -141,21 +163,20 @@ ulong platform::GetPrivateProfileStringA(const char* section, const char* tag, c
                                          char* buffer, ulong size, const char* file) {
     if (!buffer || size == 0)
         return 0;
-    const bool isList = !section || !tag;
-    const auto profile = OpenProfile(file);
-    if (!profile)
-        return NothingThere(defaultText, isList, buffer, size);
-    if (!section)
-        return ListSections(*profile, buffer, size);
-    const Section* const found = SectionOf(*profile, section);
-    if (!found)
-        return NothingThere(defaultText, isList, buffer, size);
-    if (!tag)
-        return ListTags(*profile, *found, buffer, size);
-    if (const auto value = profile->FindValue(*found, TrimBlanks(tag)))
-        return CopyText(WithoutQuotes(*value), buffer, size);
-    platform::SetLastError(ERROR_FILE_NOT_FOUND);
-    return NothingThere(defaultText, isList, buffer, size);
+    ProfileRun& run = ProfileRun::OfThisThread();
+    std::shared_ptr<const ProfileIndex> profile = run.Continue(file, section, tag);
+    if (!profile) {
+        const bool isList = !section || !tag;
+        profile = OpenProfile(file);
+        if (!profile)
+            return NothingThere(defaultText, isList, buffer, size);
+        const Section* const foundSection = section ? SectionOf(*profile, section) : nullptr;
+        const Line* const foundTag = foundSection && tag ? TagOf(*profile, *foundSection, tag) : nullptr;
+        if ((section && !foundSection) || (!isList && !foundTag))
+            return NothingThere(defaultText, isList, buffer, size);
+        run.Begin(file, profile, foundSection, foundTag);
+    }
+    return Answer(run, *profile, buffer, size);
 }
 
 ulong platform::GetPrivateProfileSectionA(const char* section, char* buffer, ulong size, const char* file) {

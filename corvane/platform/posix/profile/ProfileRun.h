@@ -1,0 +1,55 @@
+// Reads that follow each other in the order of the file, as a load makes them.
+#pragma once
+
+#include <corvane/platform/posix/profile/ProfileIndex.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace corvane::posix {
+
+/// Remembers the last read of one thread. A read that asks promptly, within a few milliseconds, for what
+/// comes next in the file is answered from the same picture of it: it needs neither a look at the file nor a
+/// search, and a load sees the file as it was when it began. Every other read looks at the file first.
+class ProfileRun {
+public:
+    using Profile = std::shared_ptr<const ProfileIndex>;
+    using Section = ProfileIndex::Section;
+    using Line = ProfileIndex::Line;
+
+    static ProfileRun& OfThisThread();
+
+    /// Goes on to what is asked for, the list of a section's tags or with a tag its value, if that comes
+    /// next, or again after an answer that was cut. Null otherwise, and the run stands as it was.
+    Profile Continue(const char* file, const char* section, const char* tag);
+
+    /// Begins at a place of a profile that is valid now: the list of sections, of a section's tags, or a tag.
+    void Begin(const char* file, const Profile& profile, const Section* section, const Line* line);
+
+    /// Null at the list of sections.
+    const Section* CurrentSection() const noexcept { return m_section; }
+    /// Null at a list.
+    const Line* CurrentLine() const noexcept { return m_line; }
+
+    /// Tells how the answer went. Behind the file's last tag, the run is over and the profile is let go.
+    void Answered(const ProfileIndex& profile, bool cut);
+
+private:
+    bool IsPrompt() noexcept;
+    bool StepToList(const ProfileIndex& profile, const char* section) noexcept;
+    bool StepToTag(const ProfileIndex& profile, const char* section, const char* tag) noexcept;
+    const Line* NextTag(const ProfileIndex& profile) const noexcept;
+    const Section* NextSection(const ProfileIndex& profile) const noexcept;
+
+    std::weak_ptr<const ProfileIndex> m_profile;
+    std::string m_file;
+    const Section* m_section = nullptr;
+    const Line* m_line = nullptr;
+    bool m_cut = false;
+    std::int64_t m_tick = 0; // of the last read, by the coarse clock, in nanoseconds
+    std::int64_t m_time = 0; // of one of the last few reads, by the exact clock
+    unsigned m_readsSinceTime = 0;
+};
+
+} // namespace corvane::posix
