@@ -1,8 +1,8 @@
 // Deleting by key: the source first, the cache behind it.
 #include <corvane/manager/ConfigManager.h>
-#include <corvane/manager/KeyParts.h>
 #include <corvane/manager/Log.h>
 #include <corvane/manager/ReservedSection.h>
+#include <corvane/sources/KeyParts.h>
 
 using corvane::Fail;
 using corvane::KeyParts;

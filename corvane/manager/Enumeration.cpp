@@ -1,6 +1,6 @@
 // Listing what the cache holds.
 #include <corvane/manager/ConfigManager.h>
-#include <corvane/manager/KeyParts.h>
+#include <corvane/sources/KeyParts.h>
 
 #include <algorithm>
 

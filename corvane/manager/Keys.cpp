@@ -1,6 +1,6 @@
 // Joining keys, and giving them the letter case of the cache.
 #include <corvane/manager/ConfigManager.h>
-#include <corvane/manager/KeyParts.h>
+#include <corvane/sources/KeyParts.h>
 
 using corvane::wchar;
 using corvane::wstring;

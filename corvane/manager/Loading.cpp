@@ -23,13 +23,15 @@ bool SameConfiguration(IConfigSource& source, const wchar* name) {
     return platform::_wcsicmp(name, source.GetConfigName()) == 0;
 }
 
-// A tag whose value is empty or cannot be read is left out.
-void ReadTags(IConfigSource& source, const ConfigManager& manager, const wstring& section,
-              const std::vector<wstring>& tags, ConfigManager::TagMap& tagMap) {
+// A tag whose value is empty or cannot be read is left out. `sectionKey` is the section and a colon.
+void ReadTags(IConfigSource& source, const wstring& sectionKey, const std::vector<wstring>& tags,
+              ConfigManager::TagMap& tagMap) {
     ConfigManager::ConfigValue entry;
+    wstring key;
     for (const wstring& tag : tags) {
+        key.assign(sectionKey).append(tag);
         entry.value.clear();
-        const std::int32_t result = source.ReadValue(manager.BuildKey(section, tag), entry.value);
+        const std::int32_t result = source.ReadValue(key, entry.value);
         const bool failed = result == FAILURE_GENERAL && entry.value.empty();
         if (result > 0 && !failed)
             tagMap.Insert({tag, entry.value, entry.cacheOnly});
@@ -75,7 +77,7 @@ int ConfigManager::Initialize(const wchar* name, int reloadPolicy) {
         if (!newSource->EnumerateTags(section, tags))
             continue;
         TagMap tagMap;
-        ReadTags(*newSource, *this, section, tags, tagMap);
+        ReadTags(*newSource, BuildKey(section, nullptr), tags, tagMap);
         newCache.Insert(section, std::move(tagMap));
     }
     RestoreCacheOnlyValues(preserved, newCache);

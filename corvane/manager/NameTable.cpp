@@ -14,9 +14,12 @@ constexpr std::size_t mostText = 0xFFFFFFFF;
 } // namespace
 
 std::uint32_t NameTable::Find(wstring_view name) const noexcept {
+    return Find(name, HashIgnoringCase(name));
+}
+
+std::uint32_t NameTable::Find(wstring_view name, std::uint32_t hash) const noexcept {
     if (m_slots.empty())
         return none;
-    const std::uint32_t hash = HashIgnoringCase(name);
     const std::size_t mask = m_slots.size() - 1;
     for (std::size_t at = hash & mask; m_slots[at] != none; at = (at + 1) & mask) {
         const std::uint32_t index = m_slots[at];
@@ -26,15 +29,19 @@ std::uint32_t NameTable::Find(wstring_view name) const noexcept {
     return none;
 }
 
-void NameTable::Add(wstring_view name) {
+std::pair<std::uint32_t, bool> NameTable::Add(wstring_view name) {
+    const std::uint32_t hash = HashIgnoringCase(name);
+    if (const std::uint32_t index = Find(name, hash); index != none)
+        return {index, false};
     if (name.size() > mostText - m_text.size() || m_entries.size() >= none / 2)
         throw std::length_error("too many names");
     Grow();
-    const std::size_t begin = m_text.size();
+    const auto begin = static_cast<std::uint32_t>(m_text.size());
+    const auto index = static_cast<std::uint32_t>(m_entries.size());
     m_text.append(name);
-    const std::uint32_t hash = HashIgnoringCase(name);
-    SlotFor(hash) = static_cast<std::uint32_t>(m_entries.size());
-    m_entries.push_back({static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(name.size()), hash});
+    FreeSlotFor(hash) = index;
+    m_entries.push_back({begin, static_cast<std::uint32_t>(name.size()), hash});
+    return {index, true};
 }
 
 void NameTable::Remove(std::uint32_t index) noexcept {
@@ -58,7 +65,7 @@ const std::vector<std::uint32_t>& NameTable::Order() const {
     return m_order;
 }
 
-std::uint32_t& NameTable::SlotFor(std::uint32_t hash) noexcept {
+std::uint32_t& NameTable::FreeSlotFor(std::uint32_t hash) noexcept {
     const std::size_t mask = m_slots.size() - 1;
     std::size_t at = hash & mask;
     while (m_slots[at] != none)
@@ -79,7 +86,7 @@ void NameTable::Grow() {
 void NameTable::Relink() noexcept {
     std::fill(m_slots.begin(), m_slots.end(), none);
     for (std::uint32_t index = 0; index < m_entries.size(); ++index)
-        SlotFor(m_entries[index].hash) = index;
+        FreeSlotFor(m_entries[index].hash) = index;
 }
 
 } // namespace corvane

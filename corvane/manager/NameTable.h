@@ -4,6 +4,7 @@
 #include <corvane/foundations/WideString.h>
 
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 namespace corvane {
@@ -26,8 +27,9 @@ public:
     /// The index of the name in any letter case, or `none`.
     std::uint32_t Find(wstring_view name) const noexcept;
 
-    /// Adds a name that is not there yet. Its index is the size of the table before.
-    void Add(wstring_view name);
+    /// Adds a name if it is not there yet. Gives its index, and whether it was added; a new one has the size
+    /// of the table before as its index.
+    std::pair<std::uint32_t, bool> Add(wstring_view name);
 
     /// Removes a name; the indices behind it move up by one. Cannot fail.
     void Remove(std::uint32_t index) noexcept;
@@ -42,7 +44,8 @@ private:
         std::uint32_t hash;
     };
 
-    std::uint32_t& SlotFor(std::uint32_t hash) noexcept;
+    std::uint32_t Find(wstring_view name, std::uint32_t hash) const noexcept;
+    std::uint32_t& FreeSlotFor(std::uint32_t hash) noexcept;
     void Grow();
     void Relink() noexcept;
 

@@ -1,7 +1,7 @@
 // Reading by key, from the cache alone.
 #include <corvane/manager/ConfigManager.h>
-#include <corvane/manager/KeyParts.h>
 #include <corvane/manager/Log.h>
+#include <corvane/sources/KeyParts.h>
 
 using corvane::Fail;
 using corvane::KeyParts;

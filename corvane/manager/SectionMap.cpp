@@ -1,19 +1,15 @@
 #include <corvane/manager/SectionMap.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace corvane {
 
 void SectionMap::Insert(wstring_view name, TagMap tags) {
-    if (Contains(name))
-        return;
-    m_tags.push_back(std::move(tags));
-    try {
-        m_names.Add(name);
-    } catch (...) {
-        m_tags.pop_back();
-        throw;
-    }
+    if (m_tags.size() == m_tags.capacity())
+        m_tags.reserve(std::max<std::size_t>(m_tags.size() * 2, 4));
+    if (m_names.Add(name).second)
+        m_tags.push_back(std::move(tags));
 }
 
 void SectionMap::Erase(std::uint32_t index) noexcept {

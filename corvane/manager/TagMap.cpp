@@ -11,19 +11,17 @@ TagMap::Tag TagMap::At(std::uint32_t index) const noexcept {
 }
 
 void TagMap::Insert(const Tag& tag) {
-    if (Contains(tag.name))
-        return;
     if (m_values.size() == m_values.capacity())
         m_values.reserve(std::max<std::size_t>(m_values.size() * 2, 4));
-    const std::size_t before = m_text.size();
-    const Value value = Append(tag);
+    const auto [index, added] = m_names.Add(tag.name);
+    if (!added)
+        return;
     try {
-        m_names.Add(tag.name);
+        m_values.push_back(Append(tag));
     } catch (...) {
-        m_text.resize(before);
+        m_names.Remove(index);
         throw;
     }
-    m_values.push_back(value);
 }
 
 void TagMap::Assign(const Tag& tag) {
@@ -31,18 +29,18 @@ void TagMap::Assign(const Tag& tag) {
     if (index == none)
         return Insert(tag);
     Value& old = m_values[index];
-    if (tag.value.size() <= old.length) {
-        std::copy(tag.value.begin(), tag.value.end(), m_text.begin() + old.begin);
-        m_unused += old.length - tag.value.size();
-        old.length = static_cast<std::uint32_t>(tag.value.size());
-        old.cacheOnly = tag.cacheOnly;
+    if (tag.value.size() > old.length) {
+        if (m_unused > m_text.size() / 2)
+            Compact();
+        const Value value = Append(tag);
+        m_unused += old.length;
+        old = value;
         return;
     }
-    if (m_unused > m_text.size() / 2)
-        Compact();
-    const Value value = Append(tag);
-    m_unused += old.length;
-    old = value;
+    std::copy(tag.value.begin(), tag.value.end(), m_text.begin() + old.begin);
+    m_unused += old.length - tag.value.size();
+    old.length = static_cast<std::uint32_t>(tag.value.size());
+    old.cacheOnly = tag.cacheOnly;
 }
 
 bool TagMap::Erase(wstring_view name) noexcept {

@@ -1,7 +1,7 @@
 // Writing by key: all refusals first, the source next, the cache last.
 #include <corvane/manager/ConfigManager.h>
-#include <corvane/manager/KeyParts.h>
 #include <corvane/manager/Log.h>
+#include <corvane/sources/KeyParts.h>
 
 using corvane::Fail;
 using corvane::KeyParts;

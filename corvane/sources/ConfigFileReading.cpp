@@ -2,8 +2,10 @@
 #include <corvane/foundations/FailureReport.h>
 #include <corvane/platform/Platform.h>
 #include <corvane/sources/ConfigFile.h>
+#include <corvane/sources/KeyParts.h>
 #include <corvane/sources/NarrowString.h>
 
+#include <cstring>
 #include <limits>
 #include <new>
 
@@ -11,26 +13,29 @@ using corvane::wstring;
 
 namespace {
 
-// The bytes that a read operation fills. How long a text is shows only when it fits, so the buffer doubles
-// until it does. A NUL always stands behind it.
+// The bytes that a read operation fills, zero-filled. How long a text is shows only when it fits, so the
+// buffer doubles until it does. A NUL always stands behind it.
 class ReadBuffer {
 public:
-    ReadBuffer() : m_bytes(initialSize + 1) {}
+    ReadBuffer() noexcept { std::memset(m_first, 0, static_cast<std::size_t>(m_size) + 1); }
 
-    char* Data() noexcept { return m_bytes.data(); }
-    std::int32_t Size() const noexcept { return static_cast<std::int32_t>(m_bytes.size() - 1); }
+    char* Data() noexcept { return m_larger.empty() ? m_first : m_larger.data(); }
+    std::int32_t Size() const noexcept { return m_size; }
 
     void Double() {
-        if (Size() > std::numeric_limits<std::int32_t>::max() / 2)
+        if (m_size > std::numeric_limits<std::int32_t>::max() / 2)
             throw std::bad_alloc();
-        const std::size_t size = (m_bytes.size() - 1) * 2;
-        m_bytes = std::vector<char>(); // before the new one, which is as large as all before it together
-        m_bytes.resize(size + 1);
+        m_size *= 2;
+        m_larger = std::vector<char>(); // before the next, which is larger than all before it together
+        m_larger.resize(static_cast<std::size_t>(m_size) + 1);
     }
 
 private:
-    static constexpr std::size_t initialSize = 1024;
-    std::vector<char> m_bytes;
+    static constexpr std::int32_t initialSize = 1024;
+
+    std::int32_t m_size = initialSize;
+    char m_first[initialSize + 1];
+    std::vector<char> m_larger;
 };
 
 std::int32_t Fail(const char* function, std::int32_t line, const corvane::wchar* message = nullptr) {
@@ -43,9 +48,8 @@ std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
     static constexpr const char* function = "ConfigFile::ReadValue";
     if (!IsReady() || key.empty())
         return Fail(function, __LINE__);
-    wstring section;
-    wstring tag;
-    if (!ParseKey(key, section, tag))
+    corvane::KeyParts parts;
+    if (!parts.Parse(*this, key))
         return Fail(function, __LINE__);
 
     ReadBuffer buffer;
@@ -53,7 +57,7 @@ std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
     NarrowString narrowSection;
     NarrowString narrowTag;
     NarrowString narrowFile;
-    if (!narrowSection.ConvertName(section) || !narrowTag.ConvertName(tag) ||
+    if (!narrowSection.ConvertName(parts.section) || !narrowTag.ConvertName(parts.tag) ||
         !narrowFile.Convert(m_fileName.c_str()))
         return Fail(function, __LINE__);
 
@@ -72,7 +76,7 @@ std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
             buffer.Double();
             continue;
         }
-        if (section.empty() || tag.empty())
+        if (parts.section.empty() || parts.tag.empty())
             ++count; // a name list: its final NUL belongs to it
         Utf8ToWide(buffer.Data(), count, value);
         return count;
@@ -121,9 +125,9 @@ void ConfigFile::Utf8ToWide(const char* text, std::int32_t length, wstring& resu
     const int units = platform::MultiByteToWideChar(CP_UTF8, 0, text, length, nullptr, 0);
     if (units == 0)
         return;
-    wstring converted(static_cast<std::size_t>(units), corvane::wchar());
-    if (platform::MultiByteToWideChar(CP_UTF8, 0, text, length, converted.data(), units) != 0)
-        result = std::move(converted);
+    result.resize(static_cast<std::size_t>(units));
+    if (platform::MultiByteToWideChar(CP_UTF8, 0, text, length, result.data(), units) == 0)
+        result.clear();
 }
 
 bool ConfigFile::SplitNameList(const wstring& list, std::vector<wstring>& names) {
