@@ -11,6 +11,8 @@ template <>
 ApplicationConfigManager* volatile Singleton<ApplicationConfigManager>::s_instance = nullptr;
 
 ApplicationConfigManager::ApplicationConfigManager() = default;
+ApplicationConfigManager::ApplicationConfigManager(const ApplicationConfigManager&) = default;
+ApplicationConfigManager& ApplicationConfigManager::operator=(const ApplicationConfigManager&) = default;
 ApplicationConfigManager::~ApplicationConfigManager() = default;
 
 template <>

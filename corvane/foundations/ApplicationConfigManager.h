@@ -20,8 +20,8 @@ CORVANE_API void Singleton<ApplicationConfigManager>::Delete();
 class CORVANE_API ApplicationConfigManager : public Singleton<ApplicationConfigManager>,
                                              public ConfigManager {
 public:
-    ApplicationConfigManager(const ApplicationConfigManager&) = default;
-    ApplicationConfigManager& operator=(const ApplicationConfigManager&) = default;
+    ApplicationConfigManager(const ApplicationConfigManager&);
+    ApplicationConfigManager& operator=(const ApplicationConfigManager&);
 
 protected:
     friend class Singleton<ApplicationConfigManager>;

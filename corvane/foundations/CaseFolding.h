@@ -32,6 +32,12 @@ inline bool SameIgnoringCase(wstring_view a, wstring_view b) noexcept {
     return a == b || CompareIgnoringCase(a, b) == 0;
 }
 
+/// The order of the cache: that of the platform's `_wcsicmp`, up to the first NUL.
+struct CaseInsensitiveLess {
+    using is_transparent = void;
+    bool operator()(wstring_view a, wstring_view b) const noexcept { return CompareIgnoringCase(a, b) < 0; }
+};
+
 /// A number that is the same for all texts that SameIgnoringCase holds equal, in every locale.
 std::uint32_t HashIgnoringCase(wstring_view text) noexcept;
 

@@ -9,8 +9,15 @@ using corvane::wstring;
 ConfigManager::ConfigManager() : m_cacheOnlySections{corvane::reservedSection} {}
 
 ConfigManager::ConfigManager(const ConfigManager&) = default;
-ConfigManager& ConfigManager::operator=(const ConfigManager&) = default;
 ConfigManager::~ConfigManager() = default;
+
+ConfigManager& ConfigManager::operator=(const ConfigManager& other) {
+    ConfigManager copy(other);
+    m_cache.Swap(copy.m_cache);
+    m_source.swap(copy.m_source);
+    m_cacheOnlySections.swap(copy.m_cacheOnlySections);
+    return *this;
+}
 
 const wchar* ConfigManager::GetConfigName() const {
     const ThreadLockGuard guard(m_lock);

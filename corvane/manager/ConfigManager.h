@@ -31,20 +31,15 @@ public:
         bool cacheOnly = false; ///< the value lives in the cache alone and the source does not hold it
     };
 
-    /// The order of the cache: that of the platform's `_wcsicmp`, up to the first NUL.
-    struct CaseInsensitiveLess {
-        using is_transparent = void;
-        bool operator()(corvane::wstring_view a, corvane::wstring_view b) const noexcept {
-            return corvane::CompareIgnoringCase(a, b) < 0;
-        }
-    };
+    using CaseInsensitiveLess = corvane::CaseInsensitiveLess;
 
     using TagMap = corvane::TagMap;
     using SectionMap = corvane::SectionMap;
 
     /// An empty manager without a source.
     ConfigManager();
-    /// A copy has a cache of its own and shares the source, which goes with its last owner.
+    /// A copy has a cache of its own and shares the source, which goes with its last owner. What one of them
+    /// writes the other sees after a forced load only: to the shared source it is no change.
     ConfigManager(const ConfigManager&);
     ConfigManager& operator=(const ConfigManager&);
     ~ConfigManager();

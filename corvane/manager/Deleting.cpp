@@ -20,12 +20,16 @@ int ConfigManager::DeleteValue(const wstring& key) {
         return 0;
     if (parts.section.empty() || parts.section == corvane::reservedSection)
         return 0;
-    const std::uint32_t section = m_cache.Find(parts.section);
-    if (section == SectionMap::none)
+    if (!m_cache.Contains(parts.section))
         return Fail(function, __LINE__);
-    if (!m_source->DeleteValue(key))
+    // A log line of the source may lead to a load by the program: the source stays until it is done, and the
+    // section is looked up behind it.
+    if (const auto source = m_source; !source->DeleteValue(key))
         return 0;
 
+    const std::uint32_t section = m_cache.Find(parts.section);
+    if (section == SectionMap::none)
+        return 0;
     TagMap& tags = m_cache.Tags(section);
     const bool wholeSection = parts.tag.empty();
     const bool removed = wholeSection || tags.Erase(parts.tag);

@@ -60,10 +60,13 @@ const std::vector<std::uint32_t>& NameTable::Order() const {
     std::vector<std::uint32_t> order(m_entries.size());
     std::iota(order.begin(), order.end(), 0U);
     std::sort(order.begin(), order.end(),
-              [this](std::uint32_t a, std::uint32_t b) { return CompareIgnoringCase(Name(a), Name(b)) < 0; });
+              [this](std::uint32_t a, std::uint32_t b) { return CaseInsensitiveLess()(Name(a), Name(b)); });
     m_order.swap(order);
     return m_order;
 }
+
+NameTable::NameTable(const NameTable& other)
+    : m_entries(other.m_entries), m_text(other.m_text), m_slots(other.m_slots) {}
 
 std::uint32_t& NameTable::FreeSlotFor(std::uint32_t hash) noexcept {
     const std::size_t mask = m_slots.size() - 1;

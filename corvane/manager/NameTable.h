@@ -17,6 +17,14 @@ class CORVANE_API NameTable {
 public:
     static constexpr std::uint32_t none = 0xFFFFFFFF;
 
+    NameTable() = default;
+    /// The copy works its order out for itself: the other's may be coming up on another thread.
+    NameTable(const NameTable& other);
+    NameTable(NameTable&&) noexcept = default;
+    NameTable& operator=(const NameTable&) = delete;
+    NameTable& operator=(NameTable&&) noexcept = default;
+    ~NameTable() = default;
+
     std::size_t Size() const noexcept { return m_entries.size(); }
 
     /// Lasts until the next change of the table.

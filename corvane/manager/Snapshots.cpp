@@ -11,17 +11,19 @@ int ConfigManager::CreateSnapshot(wstring& snapshotName) {
     const ThreadLockGuard guard(m_lock);
     if (!m_source)
         return Fail("ConfigManager::CreateSnapshot", __LINE__);
-    return m_source->CreateSnapshot(snapshotName);
+    const auto source = m_source; // stays, even if one of its log lines leads to a load by the program
+    return source->CreateSnapshot(snapshotName);
 }
 
 int ConfigManager::RestoreSnapshot(const wstring& snapshotName) {
     static constexpr const char* function = "ConfigManager::RestoreSnapshot";
     const ThreadLockGuard guard(m_lock);
-    if (!m_source)
+    const auto source = m_source;
+    if (!source)
         return Fail(function, __LINE__);
     Log().logProgress(CORVANE_TEXT("Restoring snapshot file '%s' to active config '%s'"),
                       snapshotName.c_str(), GetConfigName());
-    if (const std::int32_t code = m_source->RestoreSnapshot(snapshotName))
+    if (const std::int32_t code = source->RestoreSnapshot(snapshotName))
         return failure_report(code, CORVANE_TEXT("failed to restore config snapshot"), configChannel,
                               function, __LINE__);
     Log().logProgress(CORVANE_TEXT("Snapshot restored, updating configuration from '%s'"), GetConfigName());

@@ -30,8 +30,6 @@ void TagMap::Assign(const Tag& tag) {
         return Insert(tag);
     Value& old = m_values[index];
     if (tag.value.size() > old.length) {
-        if (m_unused > m_text.size() / 2)
-            Compact();
         const Value value = Append(tag);
         m_unused += old.length;
         old = value;
@@ -55,6 +53,8 @@ bool TagMap::Erase(wstring_view name) noexcept {
 
 TagMap::Value TagMap::Append(const Tag& tag) {
     constexpr std::size_t most = 0xFFFFFFFF;
+    if (m_unused > m_text.size() / 2)
+        Compact();
     if (tag.value.size() > most - m_text.size())
         throw std::length_error("too much text in one section");
     const auto begin = static_cast<std::uint32_t>(m_text.size());

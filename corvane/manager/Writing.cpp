@@ -34,7 +34,8 @@ int ConfigManager::_SetValue(const wstring& key, const wstring& value, bool cach
 
     const bool writeThrough = !cacheOnly && m_cacheOnlySections.count(parts.section) == 0;
     if (writeThrough) {
-        const std::int32_t written = m_source->WriteValue(storedKey, value);
+        const auto source = m_source; // stays, even if one of its log lines leads to a load by the program
+        const std::int32_t written = source->WriteValue(storedKey, value);
         if (written == 0 || written == FAILURE_GENERAL)
             return refuse(__LINE__);
     } else {

@@ -1,5 +1,8 @@
 #include "support/ConfigFixture.h"
 
+#include <atomic>
+#include <thread>
+
 namespace {
 
 class Loading : public ConfigFixture {};
@@ -140,6 +143,33 @@ TEST_F(Loading, TakesALongLineAndManyTags) {
     EXPECT_EQ(Get("Many:tag4999"), "value 4999");
     std::vector<corvane::wstring> tags;
     EXPECT_EQ(manager.EnumerateTags(CORVANE_TEXT("Many:"), tags), 5000U);
+}
+
+TEST_F(Loading, ShowsOnePictureOfAFileThatIsReplacedMeanwhile) {
+    const auto text = [](int version) {
+        std::string content;
+        for (int tag = 0; tag < 2000; ++tag)
+            content += (tag % 100 ? "" : "[s" + std::to_string(tag) + "]\n") + std::string("t") +
+                       std::to_string(tag) + "=" + std::to_string(version) + "\n";
+        return content;
+    };
+    Start(text(0));
+    std::atomic<bool> done{false};
+    std::thread writer([&] {
+        for (int version = 1; !done; ++version) {
+            WriteFile(folder.Path() / "next", text(version));
+            std::error_code ignored; // Windows replaces no file that is open
+            fs::rename(folder.Path() / "next", file, ignored);
+        }
+    });
+    int mixed = 0;
+    for (int loads = 0; loads < 40; ++loads) {
+        ASSERT_EQ(Load(-1), 0);
+        mixed += Get("s0:t0") != Get("s1900:t1999");
+    }
+    done = true;
+    writer.join();
+    EXPECT_EQ(mixed, 0);
 }
 
 TEST_F(Loading, IsUndoneByClear) {

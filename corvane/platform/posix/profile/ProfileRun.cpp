@@ -1,15 +1,16 @@
 #include <corvane/platform/posix/profile/ProfileCache.h>
 #include <corvane/platform/posix/profile/ProfileRun.h>
 
-#include <cstring>
 #include <ctime>
+#include <utility>
 
 namespace corvane::posix {
 namespace {
 
-std::int64_t Now(clockid_t clock) noexcept {
+// Moves every few milliseconds, and costs a quarter of what the exact clock does.
+std::int64_t Now() noexcept {
     timespec time{};
-    ::clock_gettime(clock, &time);
+    ::clock_gettime(CLOCK_MONOTONIC_COARSE, &time);
     return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
 }
 
@@ -20,21 +21,11 @@ ProfileRun& ProfileRun::OfThisThread() {
     return run;
 }
 
-// The coarse clock costs a quarter of the exact one and moves every few milliseconds. The exact one decides
-// where it has moved, and is read now and then to have something to compare with.
+// The pause leaves room for a load that has to wait for the processor.
 bool ProfileRun::IsPrompt() noexcept {
-    constexpr std::int64_t longestPause = 2'000'000;
-    constexpr unsigned readsBetween = 16;
-    const std::int64_t tick = Now(CLOCK_MONOTONIC_COARSE);
-    const bool sameTick = tick == m_tick;
-    if (sameTick && ++m_readsSinceTime < readsBetween)
-        return true;
-    const std::int64_t time = Now(CLOCK_MONOTONIC);
-    const bool prompt = sameTick || time - m_time <= longestPause;
-    m_tick = tick;
-    m_time = time;
-    m_readsSinceTime = 0;
-    return prompt;
+    constexpr std::int64_t longestPause = 20'000'000;
+    const std::int64_t now = Now();
+    return now - std::exchange(m_time, now) <= longestPause;
 }
 
 ProfileRun::Profile ProfileRun::Continue(const char* file, const char* section, const char* tag) {
@@ -47,14 +38,13 @@ ProfileRun::Profile ProfileRun::Continue(const char* file, const char* section, 
     return follows ? profile : nullptr;
 }
 
-void ProfileRun::Begin(const char* file, const Profile& profile, const Section* section, const Line* line) {
+void ProfileRun::Begin(const char* file, const Profile& profile) {
     m_file = file;
     m_profile = profile;
-    m_section = section;
-    m_line = line;
-    m_tick = Now(CLOCK_MONOTONIC_COARSE);
-    m_time = Now(CLOCK_MONOTONIC);
-    m_readsSinceTime = 0;
+    m_place = nullptr;
+    m_section = nullptr;
+    m_line = nullptr;
+    m_time = Now();
 }
 
 void ProfileRun::Answered(const ProfileIndex& profile, bool cut) {
@@ -65,26 +55,32 @@ void ProfileRun::Answered(const ProfileIndex& profile, bool cut) {
     ProfileCache::Instance().Forget(m_file.c_str());
 }
 
+// A section or tag that has the name of one before it gives what that one holds.
 bool ProfileRun::StepToList(const ProfileIndex& profile, const char* section) noexcept {
     const bool again = m_cut && m_section && !m_line;
     if (!again && m_section && NextTag(profile))
         return false;
-    const Section* const next = again ? m_section : NextSection(profile);
-    if (!next || next->IsShadowed() || profile.Text(next->name) != section)
+    const Section* const next = again ? m_place : NextSection(profile);
+    if (!next || profile.Text(next->name) != section)
         return false;
-    m_section = next;
+    m_place = next;
+    m_section = next->IsShadowed() ? profile.FindSection(section) : next;
     m_line = nullptr;
     return true;
 }
 
 bool ProfileRun::StepToTag(const ProfileIndex& profile, const char* section, const char* tag) noexcept {
-    if (!m_section || profile.Text(m_section->name) != section)
+    if (!m_place || profile.Text(m_place->name) != section)
         return false;
     const Line* const next = m_cut && m_line ? m_line : NextTag(profile);
-    if (!next || next->IsShadowed() || profile.Text(next->name) != tag)
+    if (!next || profile.Text(next->name) != tag)
         return false;
     m_line = next;
     return true;
+}
+
+const ProfileRun::Line* ProfileRun::CurrentLine(const ProfileIndex& profile) const noexcept {
+    return m_line && m_line->IsShadowed() ? profile.FindTag(*m_section, profile.Text(m_line->name)) : m_line;
 }
 
 const ProfileRun::Line* ProfileRun::NextTag(const ProfileIndex& profile) const noexcept {
@@ -96,7 +92,7 @@ const ProfileRun::Line* ProfileRun::NextTag(const ProfileIndex& profile) const n
 
 const ProfileRun::Section* ProfileRun::NextSection(const ProfileIndex& profile) const noexcept {
     const auto& sections = profile.Sections();
-    const Section* section = m_section ? m_section + 1 : sections.data();
+    const Section* section = m_place ? m_place + 1 : sections.data();
     while (section != sections.data() + sections.size() && section->name.size == 0)
         ++section;
     return section != sections.data() + sections.size() ? section : nullptr;

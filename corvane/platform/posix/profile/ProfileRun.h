@@ -9,9 +9,11 @@
 
 namespace corvane::posix {
 
-/// Remembers the last read of one thread. A read that asks promptly, within a few milliseconds, for what
-/// comes next in the file is answered from the same picture of it: it needs neither a look at the file nor a
-/// search, and a load sees the file as it was when it began. Every other read looks at the file first.
+/// Follows one thread's reads from the list of sections on, through each section's list of tags and each tag,
+/// in the order of the file. A read that asks within a few milliseconds for what comes next is answered from
+/// the picture that the run began with: it needs neither a look at the file nor a search, and a load sees the
+/// file as it was when it began, whoever writes meanwhile. Any other read ends the run and looks at the file
+/// itself.
 class ProfileRun {
 public:
     using Profile = std::shared_ptr<const ProfileIndex>;
@@ -24,13 +26,16 @@ public:
     /// next, or again after an answer that was cut. Null otherwise, and the run stands as it was.
     Profile Continue(const char* file, const char* section, const char* tag);
 
-    /// Begins at a place of a profile that is valid now: the list of sections, of a section's tags, or a tag.
-    void Begin(const char* file, const Profile& profile, const Section* section, const Line* line);
+    /// Begins at the list of sections of a profile that is valid now.
+    void Begin(const char* file, const Profile& profile);
+
+    /// Nothing follows any more.
+    void End() noexcept { m_profile.reset(); }
 
     /// Null at the list of sections.
     const Section* CurrentSection() const noexcept { return m_section; }
     /// Null at a list.
-    const Line* CurrentLine() const noexcept { return m_line; }
+    const Line* CurrentLine(const ProfileIndex& profile) const noexcept;
 
     /// Tells how the answer went. Behind the file's last tag, the run is over and the profile is let go.
     void Answered(const ProfileIndex& profile, bool cut);
@@ -44,12 +49,11 @@ private:
 
     std::weak_ptr<const ProfileIndex> m_profile;
     std::string m_file;
-    const Section* m_section = nullptr;
+    const Section* m_place = nullptr;   // in the list of sections
+    const Section* m_section = nullptr; // the first of that name
     const Line* m_line = nullptr;
     bool m_cut = false;
-    std::int64_t m_tick = 0; // of the last read, by the coarse clock, in nanoseconds
-    std::int64_t m_time = 0; // of one of the last few reads, by the exact clock
-    unsigned m_readsSinceTime = 0;
+    std::int64_t m_time = 0; // of the last read, in nanoseconds
 };
 
 } // namespace corvane::posix

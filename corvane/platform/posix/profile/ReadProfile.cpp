@@ -128,22 +128,16 @@ const Section* SectionOf(const ProfileIndex& profile, const char* name) noexcept
     return section;
 }
 
-const Line* TagOf(const ProfileIndex& profile, const Section& section, const char* name) noexcept {
-    const Line* tag = profile.FindTag(section, TrimBlanks(name));
-    if (!tag)
-        platform::SetLastError(ERROR_FILE_NOT_FOUND);
-    return tag;
-}
-
+// What a run has come to.
 ulong Answer(ProfileRun& run, const ProfileIndex& profile, char* buffer, ulong size) {
     platform::SetLastError(ERROR_SUCCESS);
     ulong result = 0;
     if (!run.CurrentSection())
         result = ListSections(profile, buffer, size);
-    else if (!run.CurrentLine())
-        result = ListTags(profile, *run.CurrentSection(), buffer, size);
+    else if (const Line* const line = run.CurrentLine(profile))
+        result = CopyText(WithoutQuotes(profile.Text(line->value)), buffer, size);
     else
-        result = CopyText(WithoutQuotes(profile.Text(run.CurrentLine()->value)), buffer, size);
+        result = ListTags(profile, *run.CurrentSection(), buffer, size);
     const bool cut = result + 2 >= size; // to the caller, who asks again with a larger buffer
     run.Answered(profile, cut);
     return result;
@@ -164,19 +158,26 @@ ulong platform::GetPrivateProfileStringA(const char* section, const char* tag, c
     if (!buffer || size == 0)
         return 0;
     ProfileRun& run = ProfileRun::OfThisThread();
-    std::shared_ptr<const ProfileIndex> profile = run.Continue(file, section, tag);
-    if (!profile) {
-        const bool isList = !section || !tag;
-        profile = OpenProfile(file);
-        if (!profile)
-            return NothingThere(defaultText, isList, buffer, size);
-        const Section* const foundSection = section ? SectionOf(*profile, section) : nullptr;
-        const Line* const foundTag = foundSection && tag ? TagOf(*profile, *foundSection, tag) : nullptr;
-        if ((section && !foundSection) || (!isList && !foundTag))
-            return NothingThere(defaultText, isList, buffer, size);
-        run.Begin(file, profile, foundSection, foundTag);
+    if (const auto profile = run.Continue(file, section, tag))
+        return Answer(run, *profile, buffer, size);
+    run.End();
+    const bool isList = !section || !tag;
+    const auto profile = OpenProfile(file);
+    if (!profile)
+        return NothingThere(defaultText, isList, buffer, size);
+    if (!section) {
+        run.Begin(file, profile);
+        return Answer(run, *profile, buffer, size);
     }
-    return Answer(run, *profile, buffer, size);
+    const Section* const found = SectionOf(*profile, section);
+    if (!found)
+        return NothingThere(defaultText, isList, buffer, size);
+    if (!tag)
+        return ListTags(*profile, *found, buffer, size);
+    if (const Line* const line = profile->FindTag(*found, TrimBlanks(tag)))
+        return CopyText(WithoutQuotes(profile->Text(line->value)), buffer, size);
+    platform::SetLastError(ERROR_FILE_NOT_FOUND);
+    return NothingThere(defaultText, isList, buffer, size);
 }
 
 ulong platform::GetPrivateProfileSectionA(const char* section, char* buffer, ulong size, const char* file) {
