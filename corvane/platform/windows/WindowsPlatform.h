@@ -38,6 +38,22 @@ using ::GetPrivateProfileStringA;
 using ::MultiByteToWideChar;
 using ::WritePrivateProfileStringW; // the library only deletes with it, which needs no refusal
 
+using ::FARPROC;
+using ::GetModuleHandleW;
+using ::GetProcAddress;
+using ::HKEY;
+using ::HMODULE;
+using ::LSTATUS;
+using ::RegCloseKey;
+using ::RegCreateKeyExW;
+using ::RegDeleteKeyExW; // for its type alone: it is looked up when first called
+using ::RegDeleteKeyW;
+using ::RegEnumKeyExW;
+using ::RegEnumValueW;
+using ::RegOpenKeyExW;
+using ::RegQueryInfoKeyW;
+using ::RegSetValueExW;
+
 template <class T>
 T* ReadPointerAcquire(T* const volatile* pointer) noexcept {
 #ifdef __GNUC__ // whose headers lack the operation
@@ -51,6 +67,9 @@ template <class T>
 T* InterlockedExchangePointer(T* volatile* pointer, std::common_type_t<T*> value) noexcept {
     return static_cast<T*>(::InterlockedExchangePointer(reinterpret_cast<void* volatile*>(pointer), value));
 }
+
+/// The lower-case form of a code unit outside ASCII, whatever the process's locale is.
+wchar LowerInvariant(wchar unit) noexcept;
 
 /// The library's own formatter, so that a log line reads the same on every platform.
 int _vsnwprintf(wchar* buffer, std::size_t count, const wchar* format, std::va_list arguments) noexcept;
