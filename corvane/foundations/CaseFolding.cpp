@@ -11,7 +11,8 @@ wchar FoldOutsideAscii(wchar unit) noexcept {
     if (unit >= 0xD800 && unit <= 0xDFFF)
         return unit;
     const std::wint_t lower = std::towlower(static_cast<std::wint_t>(unit));
-    return lower <= 0xFFFF ? static_cast<wchar>(lower) : unit;
+    const auto folded = static_cast<wchar>(lower);
+    return folded == lower ? folded : unit;
 }
 
 namespace {

@@ -1,4 +1,5 @@
 #include "support/ConfigFixture.h"
+#include "support/Differences.h"
 
 #include <atomic>
 #include <thread>
@@ -65,6 +66,8 @@ TEST_F(Loading, FailsWithoutATraceInTheManager) {
     ASSERT_EQ(Set("_$CACHE$_:Token", "kept", true), 0);
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
+        if (differences::filesInUtf16AreRead && row.name == std::string("UTF-16"))
+            continue;
         const fs::path other = folder.Path() / "other.cfg";
         fs::remove(other);
         if (row.content != "-")
@@ -197,7 +200,7 @@ TEST_F(Loading, IsSharedByCopies) {
     corvane::wstring value;
     EXPECT_EQ(second.GetValue(CORVANE_TEXT("Mail:Port"), value), 0);
     EXPECT_EQ(second.SetValue(CORVANE_TEXT("Mail:Port"), CORVANE_TEXT("7")), 0);
-    EXPECT_NE(ReadFile(file).find("Port=7\n"), std::string::npos);
+    EXPECT_NE(differences::InLf(ReadFile(file)).find("Port=7\n"), std::string::npos);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "support/ConfigFixture.h"
+#include "support/Differences.h"
 
 namespace {
 
@@ -113,10 +114,13 @@ TEST_F(Writing, DeletesFromFileAndCache) {
         const char* sections;
         const char* file;
     };
-    const std::string same = text;
+    constexpr bool first = differences::deletionsTakeTheFirstDouble;
     const Row rows[] = {
-        {"MAIL:port", 0, false, "Bare,Mail,Net", "[Mail]\nHost=h\n[Net]\nMTU=1\n[Bare]\n[mail]\n"},
-        {"mail:", 0, false, "Bare,Net", "[Net]\nMTU=1\n[Bare]\n"},
+        {"MAIL:port", 0, false, "Bare,Mail,Net",
+         first ? "[Mail]\nHost=h\nPORT=2\n[Net]\nMTU=1\n[Bare]\n[mail]\nPort=3\n"
+               : "[Mail]\nHost=h\n[Net]\nMTU=1\n[Bare]\n[mail]\n"},
+        {"mail:", 0, false, "Bare,Net",
+         first ? "[Net]\nMTU=1\n[Bare]\n[mail]\nPort=3\n" : "[Net]\nMTU=1\n[Bare]\n"},
         {"Net:mtu", 0, false, "Bare,Mail", "[Mail]\nPort=1\nHost=h\nPORT=2\n[Net]\n[Bare]\n[mail]\nPort=3\n"},
         {"Mail:Nope", FAILURE_GENERAL, true, "Bare,Mail,Net", text.c_str()},
         {"Bare:Nope", FAILURE_GENERAL, true, "Mail,Net", text.c_str()},
@@ -134,7 +138,7 @@ TEST_F(Writing, DeletesFromFileAndCache) {
         EXPECT_EQ(Delete(row.key), row.result);
         EXPECT_EQ(log.Take(), row.reported ? Lines{report} : Lines{});
         EXPECT_EQ(List(), row.sections);
-        EXPECT_EQ(ReadFile(file), row.file);
+        EXPECT_EQ(differences::InLf(ReadFile(file)), row.file);
         EXPECT_FALSE(manager.SourceWasModified());
     }
     manager.Clear();
@@ -152,6 +156,39 @@ TEST_F(Writing, DeletingEndsACacheOnlySection) {
     EXPECT_EQ(List(), "_$CACHE$_,Mail,Net");
     EXPECT_EQ(Set("Temp:a", "2"), 0); // an ordinary section again
     EXPECT_NE(ReadFile(file).find("[Temp]\r\na=2"), std::string::npos);
+}
+
+TEST_F(Writing, ReachesPathsAndNamesOutsideAscii) {
+    file = folder.Path() / fs::u8path("gr\u00f6\u00dfe \u20ac.cfg");
+    Start("[Stra\u00dfe]\nH\u00f6he=1\n\u20ac=2\n");
+    EXPECT_EQ(Set("Stra\u00dfe:H\u00f6he", "3"), 0);
+    EXPECT_EQ(Set("Stra\u00dfe:L\u00e4nge", "4"), 0);
+    EXPECT_EQ(Delete("Stra\u00dfe:\u20ac"), 0);
+    EXPECT_EQ(differences::InLf(ReadFile(file)), "[Stra\u00dfe]\nH\u00f6he=3\nL\u00e4nge=4\n");
+    EXPECT_EQ(Delete("Stra\u00dfe:"), 0);
+    EXPECT_EQ(ReadFile(file), "");
+}
+
+TEST_F(Writing, OfALongTextHoldsOrIsRefused) {
+    constexpr std::size_t longest = 32'766;
+    const std::string small = "[Mail]\nPort=1\n";
+    const std::string same(longest, 'x');
+    struct Row {
+        std::string key;
+        std::string value;
+        bool refused;
+    };
+    const Row rows[] = {{"Mail:Port", same, false},
+                        {"Mail:Port", same + "x", differences::longTextsAreRefused},
+                        {"Mail:Port", std::string(70'000, 'x'), differences::longTextsAreRefused},
+                        {"Mail:" + same + "x", "v", differences::longTextsAreRefused},
+                        {same + "x:Port", "v", differences::longTextsAreRefused}};
+    for (const Row& row : rows) {
+        Start(small);
+        EXPECT_EQ(Set(row.key, row.value), row.refused ? FAILURE_GENERAL : 0);
+        ASSERT_EQ(Load(-1), 0);
+        EXPECT_EQ(Get(row.refused ? "Mail:Port" : row.key), row.refused ? "1" : row.value);
+    }
 }
 
 } // namespace

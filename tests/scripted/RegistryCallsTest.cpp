@@ -1,13 +1,13 @@
 // The platform calls of the registry functions, one by one: a recording platform stands under the library.
-#include "posix/TestFolder.h"
-
 #include <corvane/foundations/CaseFolding.h>
-#include <corvane/platform/posix/PosixPlatform.h>
+#include <corvane/platform/Platform.h>
 #include <corvane/registry/registry.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <gtest/gtest.h>
+#include <iostream>
 #include <sstream>
 #include <vector>
 
@@ -29,8 +29,10 @@ struct Script {
 Script script;
 int openedKey;
 
-const std::vector<std::pair<wstring, ulong>> values = {
-    {u"a", REG_DWORD}, {u"b", REG_SZ}, {u"b", REG_DWORD}, {u"c", REG_DWORD}};
+const std::vector<std::pair<wstring, ulong>> values = {{CORVANE_TEXT("a"), REG_DWORD},
+                                                       {CORVANE_TEXT("b"), REG_SZ},
+                                                       {CORVANE_TEXT("b"), REG_DWORD},
+                                                       {CORVANE_TEXT("c"), REG_DWORD}};
 
 std::string Name(HKEY key) {
     if (key == reinterpret_cast<HKEY>(&openedKey))
@@ -62,66 +64,70 @@ protected:
 
 TEST_F(ScriptedRegistry, AReadWalksToTheValueAndNoFurther) {
     int found = 0;
-    EXPECT_EQ(registry_readNumber(nullptr, u"HKEY_L\\x", u"B", 7, &found, 0x100), 2U);
+    EXPECT_EQ(registry_readNumber(nullptr, CORVANE_TEXT("HKEY_L\\x"), CORVANE_TEXT("B"), 7, &found, 0x100),
+              2U);
     EXPECT_EQ(TakeCalls(), "open machine x 20119;query;value 0 9;value 1 9;value 2 9;close opened;");
     script.failingIndex = 2;
-    EXPECT_EQ(registry_readNumber(&m_given, u"", u"b", 7, &found), 7U);
+    EXPECT_EQ(registry_readNumber(&m_given, CORVANE_TEXT(""), CORVANE_TEXT("b"), 7, &found), 7U);
     EXPECT_EQ(TakeCalls(),
               "open given null 20019;query;value 0 9;value 1 9;value 2 9;value 3 9;close opened;");
-    EXPECT_EQ(registry_readString(&m_given, nullptr, u"b", nullptr, nullptr, 0), 1U);
+    EXPECT_EQ(registry_readString(&m_given, nullptr, CORVANE_TEXT("b"), nullptr, nullptr, 0), 1U);
     EXPECT_EQ(TakeCalls(), "open given null 20019;query;value 0 9;value 1 9;close opened;");
     script.openStatus = 5;
-    EXPECT_EQ(registry_readNumber(nullptr, u"\\x", u"b", 7, &found), 7U);
+    EXPECT_EQ(registry_readNumber(nullptr, CORVANE_TEXT("\\x"), CORVANE_TEXT("b"), 7, &found), 7U);
     EXPECT_EQ(TakeCalls(), "open user x 20019;");
     script.openStatus = 0;
     script.givesHandle = false;
-    EXPECT_EQ(registry_readNumber(nullptr, u"\\x", u"b", 7, &found), 7U);
+    EXPECT_EQ(registry_readNumber(nullptr, CORVANE_TEXT("\\x"), CORVANE_TEXT("b"), 7, &found), 7U);
     EXPECT_EQ(TakeCalls(), "open user x 20019;");
-    EXPECT_EQ(registry_readString(nullptr, u"\\x", nullptr, u"abc", nullptr, 0), 3U);
+    EXPECT_EQ(registry_readString(nullptr, CORVANE_TEXT("\\x"), nullptr, CORVANE_TEXT("abc"), nullptr, 0),
+              3U);
     EXPECT_EQ(TakeCalls(), "");
 }
 
 TEST_F(ScriptedRegistry, TheUsersPlaceIsReadWithoutTheCallersFlags) {
     script.openStatus = 2;
     ulong value = 0;
-    EXPECT_FALSE(registry_readUserNumericValue(u"x", u"b", &value, 0x200));
+    EXPECT_FALSE(registry_readUserNumericValue(CORVANE_TEXT("x"), CORVANE_TEXT("b"), &value, 0x200));
     EXPECT_EQ(TakeCalls(), "open machine x 20219;open user x 20019;");
 }
 
 TEST_F(ScriptedRegistry, AWriteCreatesSetsAndCloses) {
-    EXPECT_EQ(registry_writeString(nullptr, u"\\x", u"n", u"abc"), 0);
+    EXPECT_EQ(registry_writeString(nullptr, CORVANE_TEXT("\\x"), CORVANE_TEXT("n"), CORVANE_TEXT("abc")), 0);
     EXPECT_EQ(TakeCalls(), "create user x f003f;set opened n 1 8;close opened;");
-    EXPECT_EQ(registry_writeString(nullptr, u"HKEY_L\\", u"n", u""), 0);
+    EXPECT_EQ(registry_writeString(nullptr, CORVANE_TEXT("HKEY_L\\"), CORVANE_TEXT("n"), CORVANE_TEXT("")),
+              0);
     EXPECT_EQ(TakeCalls(), "set machine n 1 2;");
     script.setStatus = 5;
-    EXPECT_EQ(registry_writeNumber(&m_given, u"x", nullptr, 1), 5);
+    EXPECT_EQ(registry_writeNumber(&m_given, CORVANE_TEXT("x"), nullptr, 1), 5);
     EXPECT_EQ(TakeCalls(), "create given x f003f;set opened null 4 4;close opened;");
     script.createStatus = 1018;
-    EXPECT_EQ(registry_writeNumber(&m_given, u"x", u"n", 1), 1018);
+    EXPECT_EQ(registry_writeNumber(&m_given, CORVANE_TEXT("x"), CORVANE_TEXT("n"), 1), 1018);
     EXPECT_EQ(TakeCalls(), "create given x f003f;");
     script.createStatus = 0;
     script.givesHandle = false;
-    EXPECT_EQ(registry_writeNumber(&m_given, u"x", u"n", 1), -1);
+    EXPECT_EQ(registry_writeNumber(&m_given, CORVANE_TEXT("x"), CORVANE_TEXT("n"), 1), -1);
     EXPECT_EQ(TakeCalls(), "create given x f003f;");
 }
 
 // In a process of its own, which has looked nothing up yet; stands before the test that does.
 TEST_F(ScriptedRegistry, AMissingDeleteOperationIsNotLookedForAgain) {
-    EXPECT_EQ(corvane::test::Wait(corvane::test::Fork([this] {
-                  script.hasModule = false;
-                  registry_deleteKey(&m_given, u"x");
-                  registry_deleteKey(&m_given, u"y");
-                  return TakeCalls() == "module Advapi32.dll;delete x;close given;delete y;close given;" ? 0
-                                                                                                         : 1;
-              })),
-              0);
+    const auto deleteTwice = [this] {
+        script.hasModule = false;
+        registry_deleteKey(&m_given, CORVANE_TEXT("x"));
+        registry_deleteKey(&m_given, CORVANE_TEXT("y"));
+        std::cerr << TakeCalls();
+        std::_Exit(0);
+    };
+    EXPECT_EXIT(deleteTwice(), testing::ExitedWithCode(0),
+                "^module Advapi32.dll;delete x;close given;delete y;close given;$");
 }
 
 TEST_F(ScriptedRegistry, TheDeleteOperationIsLookedUpOnce) {
     script.deleteStatus = 5;
-    EXPECT_EQ(registry_deleteKey(&m_given, u"x"), 5);
+    EXPECT_EQ(registry_deleteKey(&m_given, CORVANE_TEXT("x")), 5);
     EXPECT_EQ(TakeCalls(), "module Advapi32.dll;address RegDeleteKeyExW;deleteEx given x 0;close given;");
-    EXPECT_EQ(registry_deleteKey(nullptr, u"HKEY_L\\"), 5);
+    EXPECT_EQ(registry_deleteKey(nullptr, CORVANE_TEXT("HKEY_L\\")), 5);
     EXPECT_EQ(TakeCalls(), "deleteEx machine  0;close machine;");
     EXPECT_EQ(registry_deleteKey(&m_given, nullptr), 32768);
     EXPECT_EQ(TakeCalls(), "");
@@ -129,8 +135,8 @@ TEST_F(ScriptedRegistry, TheDeleteOperationIsLookedUpOnce) {
 
 TEST_F(ScriptedRegistry, AnEnumerationSkipsWhatIsGone) {
     script.failingIndex = 1;
-    wchar* const names = registry_loadSubSectionNames(nullptr, u"\\x", ';', 0x100);
-    EXPECT_EQ(wstring_view(names, 7), wstring_view(u"k0;k2\0\0", 7));
+    wchar* const names = registry_loadSubSectionNames(nullptr, CORVANE_TEXT("\\x"), ';', 0x100);
+    EXPECT_EQ(wstring_view(names, 7), wstring_view(CORVANE_TEXT("k0;k2\0\0"), 7));
     std::free(names);
     EXPECT_EQ(TakeCalls(),
               "open user x 20119;query;subkey 0 3;subkey 1 3;subkey 2 3;subkey 3 3;close opened;");
@@ -179,7 +185,7 @@ LSTATUS platform::RegEnumValueW(HKEY, ulong index, wchar* name, ulong* nameLengt
     std::copy_n(valueName.c_str(), valueName.size() + 1, name);
     *type = valueType;
     *size = valueType == REG_SZ ? 2 : 4;
-    std::memcpy(data, valueType == REG_SZ ? static_cast<const void*>(u"b") : &index, *size);
+    std::memcpy(data, valueType == REG_SZ ? static_cast<const void*>(CORVANE_TEXT("b")) : &index, *size);
     return 0;
 }
 

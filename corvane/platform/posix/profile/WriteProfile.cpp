@@ -1,3 +1,4 @@
+#include <corvane/platform/ProfileRules.h>
 #include <corvane/platform/posix/Errors.h>
 #include <corvane/platform/posix/PosixPlatform.h>
 #include <corvane/platform/posix/files/FileUpdate.h>
@@ -16,22 +17,6 @@ using namespace posix;
 namespace {
 
 using OptionalText = std::optional<std::string_view>; // nothing for a null
-
-bool HasLineBreak(std::string_view text) noexcept {
-    return text.find_first_of("\r\n") != std::string_view::npos;
-}
-
-// What could be written and would then be read as something else, or not at all.
-void RefuseUnreadable(const OptionalText& section, const OptionalText& tag, std::string_view value) {
-    if (!section || section->empty())
-        throw std::invalid_argument("a profile value cannot be written without a section");
-    if (!tag || tag->empty())
-        throw std::invalid_argument("a profile value cannot be written without a tag");
-    if (HasLineBreak(*section) || HasLineBreak(*tag) || HasLineBreak(value))
-        throw std::invalid_argument("a line break cannot stand in a profile section, tag or value");
-    if (tag->find('=') != std::string_view::npos || tag->front() == ';' || tag->front() == '[')
-        throw std::invalid_argument("a profile tag cannot begin with ';' or '[', nor have '=' in it");
-}
 
 ulong Write(std::string_view section, std::string_view tag, std::string_view value, const std::string& file) {
     FileUpdate update;
@@ -66,7 +51,7 @@ int platform::WritePrivateProfileStringA(const char* section, const char* tag, c
                                          const char* file) {
     ProfileRun::OfThisThread().End(); // what this thread reads from now on is the file as it is then
     if (value)
-        RefuseUnreadable(Name(section), Name(tag), value);
+        RefuseUnreadable(section, tag, value);
     ulong error = ERROR_SUCCESS;
     if (!section)
         error = ERROR_FILE_NOT_FOUND;

@@ -1,0 +1,11 @@
+#include <corvane/platform/windows/WindowsPlatform.h>
+
+namespace corvane {
+
+// What cannot be mapped gives the same for every code unit: slower to find, never wrong.
+wchar platform::LowerInvariant(wchar unit) noexcept {
+    wchar lower = 0;
+    return ::LCMapStringW(LOCALE_INVARIANT, LCMAP_LOWERCASE, &unit, 1, &lower, 1) == 1 ? lower : 0xFFFD;
+}
+
+} // namespace corvane
