@@ -13,7 +13,7 @@ namespace corvane {
 /// the first that was added. Names are kept in one text and keep their letter case. An operation that throws,
 /// for lack of memory or of index numbers (std::length_error), has changed nothing. Not for use by two
 /// threads at once, Order included.
-class CORVANE_API NameTable {
+class NameTable {
 public:
     static constexpr std::uint32_t none = 0xFFFFFFFF;
 

@@ -7,7 +7,7 @@ namespace corvane {
 
 /// Section names with their tags, found without regard to letter case and listed in the order of the cache.
 /// An operation that throws, for lack of memory, has changed nothing.
-class CORVANE_API SectionMap {
+class SectionMap {
 public:
     static constexpr std::uint32_t none = NameTable::none;
 

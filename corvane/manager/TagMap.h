@@ -8,7 +8,7 @@ namespace corvane {
 /// Tag names with their values, found without regard to letter case and listed in the order of the cache.
 /// Names and values are kept in two texts of the whole section. An operation that throws, for lack of memory
 /// or of room for more text than 4 G units (std::length_error), has changed nothing.
-class CORVANE_API TagMap {
+class TagMap {
 public:
     /// One tag. The texts last until the next change of the map.
     struct Tag {
