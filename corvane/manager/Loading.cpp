@@ -28,6 +28,7 @@ void ReadTags(IConfigSource& source, const wstring& sectionKey, const std::vecto
               ConfigManager::TagMap& tagMap) {
     ConfigManager::ConfigValue entry;
     wstring key;
+    tagMap.Reserve(tags.size());
     for (const wstring& tag : tags) {
         key.assign(sectionKey).append(tag);
         entry.value.clear();
@@ -36,6 +37,7 @@ void ReadTags(IConfigSource& source, const wstring& sectionKey, const std::vecto
         if (result > 0 && !failed)
             tagMap.Insert({tag, entry.value, entry.cacheOnly});
     }
+    tagMap.Shrink();
 }
 
 } // namespace

@@ -80,9 +80,21 @@ std::uint32_t& NameTable::FreeSlotFor(std::uint32_t hash) noexcept {
 void NameTable::Grow() {
     if (m_entries.size() == m_entries.capacity())
         m_entries.reserve(std::max<std::size_t>(m_entries.size() * 2, 4));
-    if ((m_entries.size() + 1) * 3 <= m_slots.size() * 2)
-        return;
-    std::vector<std::uint32_t>(std::max(m_slots.size() * 2, leastSlots), none).swap(m_slots);
+    if ((m_entries.size() + 1) * 3 > m_slots.size() * 2)
+        SetSlots(std::max(m_slots.size() * 2, leastSlots));
+}
+
+void NameTable::Reserve(std::size_t names) {
+    m_entries.reserve(names);
+    std::size_t slots = leastSlots;
+    while (names * 3 > slots * 2)
+        slots *= 2;
+    if (slots > m_slots.size())
+        SetSlots(slots);
+}
+
+void NameTable::SetSlots(std::size_t count) {
+    std::vector<std::uint32_t>(count, none).swap(m_slots);
     Relink();
 }
 

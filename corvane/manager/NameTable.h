@@ -35,6 +35,12 @@ public:
     /// The index of the name in any letter case, or `none`.
     std::uint32_t Find(wstring_view name) const noexcept;
 
+    /// Makes room for that many names at once.
+    void Reserve(std::size_t names);
+
+    /// Gives back the room for text that no name needs.
+    void Shrink() { m_text.shrink_to_fit(); }
+
     /// Adds a name if it is not there yet. Gives its index, and whether it was added; a new one has the size
     /// of the table before as its index.
     std::pair<std::uint32_t, bool> Add(wstring_view name);
@@ -55,6 +61,7 @@ private:
     std::uint32_t Find(wstring_view name, std::uint32_t hash) const noexcept;
     std::uint32_t& FreeSlotFor(std::uint32_t hash) noexcept;
     void Grow();
+    void SetSlots(std::size_t count);
     void Relink() noexcept;
 
     std::vector<Entry> m_entries;

@@ -10,6 +10,16 @@ TagMap::Tag TagMap::At(std::uint32_t index) const noexcept {
     return {m_names.Name(index), wstring_view(m_text).substr(value.begin, value.length), value.cacheOnly};
 }
 
+void TagMap::Reserve(std::size_t tags) {
+    m_values.reserve(tags);
+    m_names.Reserve(tags);
+}
+
+void TagMap::Shrink() {
+    m_text.shrink_to_fit();
+    m_names.Shrink();
+}
+
 void TagMap::Insert(const Tag& tag) {
     if (m_values.size() == m_values.capacity())
         m_values.reserve(std::max<std::size_t>(m_values.size() * 2, 4));

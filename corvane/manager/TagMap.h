@@ -28,6 +28,12 @@ public:
     bool Contains(wstring_view name) const noexcept { return Find(name) != none; }
     Tag At(std::uint32_t index) const noexcept;
 
+    /// Makes room for that many tags at once.
+    void Reserve(std::size_t tags);
+
+    /// Gives back the room that no tag needs.
+    void Shrink();
+
     /// Adds a tag; the first of two equal names stands.
     void Insert(const Tag& tag);
 

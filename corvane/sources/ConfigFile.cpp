@@ -7,6 +7,7 @@ ConfigFile::ConfigFile(const corvane::wchar* fileName) {
     if (!fileName || !*fileName || platform::_waccess(fileName, readAndWrite) != 0)
         return;
     m_fileName = fileName;
+    m_narrowFileName.Convert(fileName);
     ConfigFile::UpdateModifyTime();
 }
 

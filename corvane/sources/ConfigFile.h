@@ -2,6 +2,7 @@
 #pragma once
 
 #include <corvane/sources/IConfigSource.h>
+#include <corvane/sources/NarrowString.h>
 
 /// Reads and writes one file through the platform's private-profile operations, one call each. It keeps the
 /// path and nothing of the content. The file must exist, readable and writable, when the object is made.
@@ -35,5 +36,6 @@ private:
                                                     const corvane::wchar* file) const;
 
     corvane::wstring m_fileName;
+    NarrowString m_narrowFileName; // for the narrow operations; null if it could not be made
     std::uint32_t m_writeRetries = 30;
 };

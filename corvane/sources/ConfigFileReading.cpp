@@ -56,9 +56,8 @@ std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
     value.clear();
     NarrowString narrowSection;
     NarrowString narrowTag;
-    NarrowString narrowFile;
     if (!narrowSection.ConvertName(parts.section) || !narrowTag.ConvertName(parts.tag) ||
-        !narrowFile.Convert(m_fileName.c_str()))
+        !m_narrowFileName.Get())
         return Fail(function, __LINE__);
 
     for (;;) {
@@ -66,7 +65,7 @@ std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
         try {
             count = static_cast<std::int32_t>(platform::GetPrivateProfileStringA(
                 narrowSection.Get(), narrowTag.Get(), nullptr, buffer.Data(),
-                static_cast<corvane::ulong>(buffer.Size()), narrowFile.Get()));
+                static_cast<corvane::ulong>(buffer.Size()), m_narrowFileName.Get()));
         } catch (...) {
             return Fail(function, __LINE__);
         }
@@ -91,10 +90,9 @@ std::int32_t ConfigFile::ReadSection(const wstring& section, wstring& text) {
     ReadBuffer buffer;
     text.clear();
     NarrowString narrowSection;
-    NarrowString narrowFile;
     if (!narrowSection.Convert(section.c_str()))
         return Fail(function, __LINE__, section.c_str());
-    if (!narrowFile.Convert(m_fileName.c_str()))
+    if (!m_narrowFileName.Get())
         return Fail(function, __LINE__, m_fileName.c_str());
 
     for (;;) {
@@ -102,7 +100,7 @@ std::int32_t ConfigFile::ReadSection(const wstring& section, wstring& text) {
         try {
             count = static_cast<std::int32_t>(platform::GetPrivateProfileSectionA(
                 narrowSection.Get(), buffer.Data(), static_cast<corvane::ulong>(buffer.Size()),
-                narrowFile.Get()));
+                m_narrowFileName.Get()));
         } catch (...) {
             return Fail(function, __LINE__);
         }

@@ -65,16 +65,14 @@ std::int32_t ConfigFile::WriteValue(const wstring& key, const wstring& value) {
     NarrowString narrowSection;
     NarrowString narrowTag;
     NarrowString narrowValue;
-    NarrowString narrowFile;
     if (!narrowSection.ConvertName(section) || !narrowTag.ConvertName(tag) ||
-        !narrowValue.Convert(string_skipWhiteSpaceW(value.c_str())) ||
-        !narrowFile.Convert(m_fileName.c_str()))
+        !narrowValue.Convert(string_skipWhiteSpaceW(value.c_str())) || !m_narrowFileName.Get())
         return fail(section.c_str(), __LINE__);
 
     std::int32_t written = 0;
     try {
         written = WritePrivateProfileStringWithRetry(narrowSection.Get(), narrowTag.Get(), narrowValue.Get(),
-                                                     narrowFile.Get());
+                                                     m_narrowFileName.Get());
         if (written == 0)
             failure_report(LastError(), CORVANE_TEXT("WritePrivateProfileStringA"), configChannel,
                            "ConfigFile::WriteValue", __LINE__);

@@ -120,6 +120,28 @@ TEST(Text, CrossesBetweenTheEncodings) {
     EXPECT_EQ(ToUtf8(ToWide(std::string("a\0b", 3))), std::string("a\0b", 3));
 }
 
+TEST(Text, HashesAsItCompares) {
+    const corvane::wstring names[] = {CORVANE_TEXT(""),
+                                      CORVANE_TEXT("a"),
+                                      CORVANE_TEXT("Port"),
+                                      CORVANE_TEXT("Port\u00c4"),
+                                      CORVANE_TEXT("ABCDEFGHIJKLMNOPQRSTUVWXYZ@[`{_0189"),
+                                      CORVANE_TEXT("\u0416\u212A\u0130 \U0001F600")};
+    for (const corvane::wstring& name : names) {
+        corvane::wstring other = name;
+        for (auto& unit : other)
+            unit =
+                unit >= 'a' && unit <= 'z' ? static_cast<corvane::wchar>(unit - 32) : corvane::FoldCase(unit);
+        for (const corvane::wstring& tail :
+             {corvane::wstring(), corvane::wstring(1, 0), corvane::wstring(5, 0) + name}) {
+            EXPECT_TRUE(corvane::SameIgnoringCase(name, other + tail));
+            EXPECT_EQ(corvane::HashIgnoringCase(name), corvane::HashIgnoringCase(other + tail))
+                << ToUtf8(name);
+        }
+        EXPECT_NE(corvane::HashIgnoringCase(name), corvane::HashIgnoringCase(name + CORVANE_TEXT("x")));
+    }
+}
+
 TEST(Text, IsTrimmedOfWhiteSpace) {
     EXPECT_EQ(ToUtf8(string_skipWhiteSpaceW(CORVANE_TEXT(" \t\r\n\v\fa "))), "a ");
     EXPECT_EQ(ToUtf8(string_skipWhiteSpaceW(CORVANE_TEXT("  "))), "");

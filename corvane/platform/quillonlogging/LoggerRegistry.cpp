@@ -1,3 +1,4 @@
+#include <corvane/foundations/FailureReport.h>
 #include <corvane/platform/WideFormat.h>
 #include <corvane/platform/quillonlogging/LogOutput.h>
 
@@ -78,7 +79,7 @@ private:
 
 // The library's own channel is there without an allocation: a logger is never missing.
 Logger& LibraryLogger() noexcept {
-    static Logger logger(CORVANE_TEXT("corvane.config"));
+    static Logger logger(configChannel);
     return logger;
 }
 
@@ -102,9 +103,10 @@ Logger& OtherLogger(wstring_view name) {
 } // namespace
 
 ILogger* LoggerRegistry::getLogger(const wchar* name) {
-    const wstring_view channel = name;
     Logger& own = LibraryLogger();
-    return channel == own.Channel() ? &own : &OtherLogger(channel);
+    if (name == own.Channel().data() || name == own.Channel())
+        return &own;
+    return &OtherLogger(name);
 }
 
 } // namespace Quillon::NativeLogging
