@@ -28,11 +28,16 @@ bool ProfileRun::IsPrompt() noexcept {
     return now - std::exchange(m_time, now) <= longestPause;
 }
 
+bool ProfileRun::IsCurrent(const Profile& profile) const {
+    Profile current;
+    return ProfileCache::Instance().Load(m_file.c_str(), current) == 0 && current == profile;
+}
+
 ProfileRun::Profile ProfileRun::Continue(const char* file, const char* section, const char* tag) {
     if (!file || !section || m_file != file)
         return nullptr;
     Profile profile = m_profile.lock();
-    if (!profile || !IsPrompt())
+    if (!profile || !(IsPrompt() || IsCurrent(profile)))
         return nullptr;
     const bool follows = tag ? StepToTag(*profile, section, tag) : StepToList(*profile, section);
     return follows ? profile : nullptr;

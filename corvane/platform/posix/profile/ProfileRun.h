@@ -12,8 +12,8 @@ namespace corvane::posix {
 /// Follows one thread's reads from the list of sections on, through each section's list of tags and each tag,
 /// in the order of the file. A read that asks within a few milliseconds for what comes next is answered from
 /// the picture that the run began with: it needs neither a look at the file nor a search, and a load sees the
-/// file as it was when it began, whoever writes meanwhile. Any other read ends the run and looks at the file
-/// itself.
+/// file as it was when it began, whoever writes meanwhile. After a longer pause the run goes on if
+/// the file is still the same. Any other read ends the run and looks at the file itself.
 class ProfileRun {
 public:
     using Profile = std::shared_ptr<const ProfileIndex>;
@@ -42,6 +42,7 @@ public:
 
 private:
     bool IsPrompt() noexcept;
+    bool IsCurrent(const Profile& profile) const;
     bool StepToList(const ProfileIndex& profile, const char* section) noexcept;
     bool StepToTag(const ProfileIndex& profile, const char* section, const char* tag) noexcept;
     const Line* NextTag(const ProfileIndex& profile) const noexcept;
