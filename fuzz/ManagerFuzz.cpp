@@ -48,7 +48,7 @@ public:
         const std::string name = Stored(cache, section);
         const bool through = !onlyCache && !cacheOnly.count(name);
         if (through) {
-            files[loaded][name][tag].text = value;
+            files[loaded][name][Stored(cache[name], tag)].text = value;
             modified = false;
         } else {
             cacheOnly.insert(name);
@@ -127,9 +127,10 @@ public:
     }
 
 private:
-    static std::string Stored(const Sections& sections, const std::string& name) {
-        const auto found = sections.find(name);
-        return found == sections.end() ? name : found->first;
+    template <class Map>
+    static std::string Stored(const Map& names, const std::string& name) {
+        const auto found = names.find(name);
+        return found == names.end() ? name : found->first;
     }
 };
 
