@@ -92,14 +92,15 @@ public:
                     fresh[section][tag].text = AsRead(value.text);
             }
         }
-        const bool reservedAlone = file != loaded && cache.count(reserved);
+        const auto alone = file == loaded ? cache.end() : cache.find(reserved);
         for (const auto& [section, tags] : cache) {
-            const bool isReserved = section == reserved;
-            if (isReserved && !fresh.count(section))
+            if (alone != cache.end() && section != alone->first)
+                continue;
+            if (section == reserved && !fresh.count(section))
                 fresh[section] = tags;
-            else if (!isReserved && !reservedAlone && fresh.count(section))
+            else if (section != reserved && fresh.count(section))
                 for (const auto& [tag, value] : tags) {
-                    if (value.cacheOnly)
+                    if (value.cacheOnly || alone != cache.end())
                         fresh[section].emplace(tag, value);
                 }
         }
