@@ -30,6 +30,7 @@ struct Operation {
     bool isInPlace = false;                  ///< a fault that stays may tear the file
     bool mayBeDoneInPart = false;            ///< the file may be new although the operation failed behind it
     bool isLogged = true;
+    bool needsNames = false;      ///< where no file can be made without one
     bool leavesToTheNext = false; ///< a part of its clearing up, out of sight
 };
 
@@ -117,7 +118,8 @@ protected:
         return tree;
     }
 
-    Report Run(const Operation& operation, const faults::Plan& plan) {
+    Report Run(const Operation& operation, faults::Plan plan) {
+        plan.needsNames = operation.needsNames;
         *m_report = Report();
         Wait(Fork([&] { return Child(operation, plan); }));
         ++m_runs;
@@ -169,6 +171,7 @@ private:
         {"write", Set},
         {"write of a file that is gone", Set, true},
         {"write in place", Set, false, true},
+        {"write by way of a temporary name", Set, false, false, false, true, true},
         {"deletion",
          [](auto& manager) {
              const bool isThere = manager.Exists(u"s:b");
@@ -190,7 +193,7 @@ private:
              const int status = registry_deleteKey(nullptr, u"\\Key");
              return status == 0 || status == 2; // gone already
          },
-         false, false, false, false, true},
+         false, false, false, false, false, true},
     };
 };
 

@@ -82,7 +82,6 @@ Outcome End() noexcept {
 COUNTED_WITH_REST(open, (const char* path, int flags, ...), flags, mode_t, path, flags)
 COUNTED_WITH_REST(openat, (int folder, const char* path, int flags, ...), flags, mode_t, folder, path, flags)
 COUNTED_WITH_REST(fcntl, (int file, int command, ...), command, void*, file, command)
-COUNTED(int, access, (const char* path, int mode), (path, mode))
 COUNTED(int, chmod, (const char* path, mode_t mode), (path, mode))
 COUNTED(int, faccessat, (int folder, const char* path, int mode, int flags), (folder, path, mode, flags))
 COUNTED(int, fallocate, (int file, int mode, off_t at, off_t size), (file, mode, at, size))
@@ -112,6 +111,12 @@ COUNTED(ssize_t, getrandom, (void* bytes, std::size_t size, unsigned flags), (by
 COUNTED(ssize_t, pread, (int file, void* bytes, std::size_t size, off_t at), (file, bytes, size, at))
 COUNTED(ssize_t, readlinkat, (int folder, const char* path, char* link, std::size_t size),
         (folder, path, link, size))
+
+// Asked before a file is made without a name.
+extern "C" int access(const char* path, int mode) noexcept {
+    static const auto original = ORIGINAL(access);
+    return faults::Strikes(false) || (faults::active && faults::plan.needsNames) ? -1 : original(path, mode);
+}
 
 extern "C" ssize_t pwrite(int file, const void* bytes, std::size_t size, off_t at) {
     static const auto original = ORIGINAL(pwrite);

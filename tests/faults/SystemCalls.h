@@ -14,7 +14,8 @@ enum class Kind {
 struct Plan {
     Kind kind = Kind::Fail;
     int error = 0;
-    long n = 0; ///< counted from 1; 0 for no fault
+    long n = 0;              ///< counted from 1; 0 for no fault
+    bool needsNames = false; ///< no file can be made without a name
 };
 
 struct Outcome {
