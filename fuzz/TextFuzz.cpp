@@ -117,9 +117,13 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Input input(data, size);
     const std::size_t room = input.Below(256);
     const auto number = static_cast<std::int32_t>((input.Below(256) << 24) + input.Below(256));
-    const std::string narrow = input.Until('|').c_str();
-    const wstring wide = corvane::ToWide(input.Until('|').c_str());
-    const wstring literal = corvane::ToWide(input.Until('|').c_str());
+    const auto text = [&input] {
+        const std::string whole = input.Until('|');
+        return whole.substr(0, whole.find('\0'));
+    };
+    const std::string narrow = text();
+    const wstring wide = corvane::ToWide(text());
+    const wstring literal = corvane::ToWide(text());
     CheckText(std::string(input.Rest()));
 
     const wstring format = Literal(literal) + u"%s" + Literal(wide) + u"%S%d" + u"%lu" + u"%x%s" + literal;
