@@ -1,4 +1,4 @@
-// Several processes at one file, and processes that die at it.
+// Several processes at one file.
 #include <corvane/platform/posix/Errors.h>
 #include <corvane/platform/posix/PosixPlatform.h>
 #include <corvane/platform/posix/files/FileHandle.h>
@@ -11,9 +11,7 @@
 #include <fcntl.h>
 #include <iostream>
 #include <posix/TestFolder.h>
-#include <random>
 #include <sys/file.h>
-#include <sys/mman.h>
 #include <vector>
 
 namespace corvane {
@@ -71,46 +69,6 @@ TEST_F(WriteProcesses, LoseNoTagOfEachOther) {
         }
     }
     EXPECT_EQ(EntryCount(), 1U);
-}
-
-// Counts a tag up for ever; every number that was acknowledged stands in `acknowledged` before the next
-// begins.
-[[noreturn]] void CountUp(const std::string& file, volatile long* acknowledged) {
-    for (;;) {
-        if (Write("n", std::to_string(*acknowledged + 1), file))
-            *acknowledged = *acknowledged + 1;
-    }
-}
-
-TEST_F(WriteProcesses, AreKilledAndLeaveTheFileWhole) {
-    constexpr int kills = 200;
-    const std::string padding = Padding();
-    const std::string file = Make("f", padding + "[s]\nn=0\n");
-    void* const shared =
-        ::mmap(nullptr, sizeof(long), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-    ASSERT_NE(shared, MAP_FAILED);
-    auto* const acknowledged = static_cast<volatile long*>(shared);
-    std::minstd_rand random(1);
-    for (int i = 0; i < kills; ++i) {
-        const pid_t child = Fork([&]() -> int { CountUp(file, acknowledged); });
-        for (const long before = *acknowledged; *acknowledged == before;)
-            ::usleep(100);
-        ::usleep(static_cast<unsigned>(random() % 5000));
-        ::kill(child, SIGKILL);
-        Wait(child);
-        const auto holding = [&](long number) { return padding + "[s]\nn=" + std::to_string(number) + "\n"; };
-        const std::string text = Bytes(file);
-        ASSERT_TRUE(text == holding(*acknowledged) || text == holding(*acknowledged + 1)) << text;
-        if (text == holding(*acknowledged + 1))
-            *acknowledged = *acknowledged + 1;
-    }
-    std::cout << *acknowledged << " writes, " << kills << " kills, " << EntryCount() - 1
-              << " files left over\n";
-    ::munmap(shared, sizeof(long));
-    for (const auto& entry : std::filesystem::directory_iterator(Path("."))) {
-        const std::string name = entry.path().filename().string();
-        EXPECT_TRUE(name == "f" || (name.front() == '.' && entry.path().extension() == ".tmp")) << name;
-    }
 }
 
 TEST_F(WriteProcesses, ShowReadersTheOldOrTheNew) {

@@ -313,28 +313,6 @@ TEST_F(RegistryStore, LosesNothingOfTwoProcessesAndTwoThreads) {
     EXPECT_EQ(values, static_cast<ulong>(4 * count));
 }
 
-TEST_F(RegistryStore, StaysWholeWhenAWriterIsKilled) {
-    for (int round = 0; round < 12; ++round) {
-        const pid_t child = Fork([] {
-            for (ulong i = 0;; ++i) {
-                registry_writeString(nullptr, u"\\App\\Inner", u"text",
-                                     wstring(5000, wchar('a' + i % 20)).c_str());
-                registry_deleteKey(nullptr, u"\\App\\Inner");
-            }
-            return 0;
-        });
-        std::this_thread::sleep_for(std::chrono::milliseconds(20 + 3 * round));
-        ::kill(child, SIGKILL);
-        EXPECT_EQ(Wait(child), -1);
-        const ulong length = registry_readString(nullptr, u"\\App\\Inner", u"text", nullptr, nullptr, 0);
-        EXPECT_TRUE(length == 0 || length == 5000) << length;
-        ASSERT_EQ(registry_writeNumber(nullptr, u"\\App\\Inner", u"after", 1), 0) << "the lock is free";
-        ASSERT_EQ(registry_deleteKey(nullptr, u"\\App\\Inner"), 0);
-    }
-    ASSERT_EQ(registry_deleteKey(nullptr, u"\\App"), 0);
-    EXPECT_TRUE(fs::is_empty(User())) << "something was left behind";
-}
-
 TEST_F(RegistryStore, NeverBringsBackHalfAKey) {
     const pid_t child = Fork([] {
         for (;;)

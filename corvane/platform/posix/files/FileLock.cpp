@@ -32,6 +32,10 @@ ulong LockForChange(int descriptor, BoundedWait& wait) noexcept {
     return ERROR_SUCCESS;
 }
 
+bool LockAtOnce(int descriptor) noexcept {
+    return ::flock(descriptor, LOCK_EX | LOCK_NB) == 0;
+}
+
 void Unlock(int descriptor) noexcept {
     ::flock(descriptor, LOCK_UN);
 }

@@ -10,6 +10,10 @@ namespace corvane::posix {
 /// Locks the open file against other writers until it is unlocked or closed. ERROR_SHARING_VIOLATION when
 /// `wait` runs out first.
 ulong LockForChange(int descriptor, BoundedWait& wait) noexcept;
+
+/// The same without a wait: whether this one has the lock, from now or from before.
+bool LockAtOnce(int descriptor) noexcept;
+
 void Unlock(int descriptor) noexcept;
 
 /// The lock on a file's content, held for a scope. Readers share it, a writer in place holds it alone. A file

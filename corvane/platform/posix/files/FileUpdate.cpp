@@ -30,7 +30,9 @@ bool ServesInPlace(int error) noexcept {
 
 FileUpdate::~FileUpdate() {
     struct stat status {};
-    if (m_created && IsStillTheFile() && ::fstat(m_file.Get(), &status) == 0 && status.st_size == 0)
+    // Begin may have failed before it had the lock, and without that the file may be another writer's by now.
+    if (m_created && LockAtOnce(m_file.Get()) && IsStillTheFile() && ::fstat(m_file.Get(), &status) == 0 &&
+        status.st_size == 0)
         ::unlinkat(m_target.folder.Get(), m_target.name.c_str(), 0);
     // Closing alone would leave the lock to a child that was forked meanwhile.
     if (m_file)
@@ -52,28 +54,25 @@ ulong FileUpdate::Begin(const std::string& path, Missing missing) {
 
 FileUpdate::Outcome FileUpdate::TryBegin(const std::string& path, Missing missing, BoundedWait& wait,
                                          ulong& error) {
-    bool created = false;
+    m_created = false;
     if ((error = FindTarget(path, m_target)))
         return Outcome::Refused;
-    if (const int reason = Open(missing, created)) {
+    if (const int reason = Open(missing)) {
         error = ErrorFromErrno(reason);
         // Made, removed or turned into a link by someone else between two looks at it.
         return reason == EEXIST || reason == ELOOP ? Outcome::Changed : Outcome::Refused;
     }
     if ((error = LockForChange(m_file.Get(), wait)))
         return Outcome::Refused;
-    if (!IsStillTheFile())
-        return Outcome::Changed;
-    m_created = created;
-    return Outcome::Locked;
+    return IsStillTheFile() ? Outcome::Locked : Outcome::Changed;
 }
 
-int FileUpdate::Open(Missing missing, bool& created) noexcept {
+int FileUpdate::Open(Missing missing) noexcept {
     const int folder = m_target.folder.Get();
     m_file = FileHandle(::openat(folder, m_target.name.c_str(), openFlags));
     if (!m_file && errno == ENOENT && missing == Missing::Create) {
         m_file = FileHandle(::openat(folder, m_target.name.c_str(), openFlags | O_CREAT | O_EXCL, 0666));
-        created = static_cast<bool>(m_file);
+        m_created = static_cast<bool>(m_file);
     }
     struct stat status {};
     if (!m_file || ::fstat(m_file.Get(), &status) != 0)

@@ -47,7 +47,7 @@ private:
     enum class Outcome { Locked, Refused, Changed };
 
     Outcome TryBegin(const std::string& path, Missing missing, BoundedWait& wait, ulong& error);
-    int Open(Missing missing, bool& created) noexcept;
+    int Open(Missing missing) noexcept;
     bool IsStillTheFile() const noexcept;
     ulong Done() noexcept;
     ulong Write(std::string_view content, const struct stat* source);

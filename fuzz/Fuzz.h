@@ -1,0 +1,99 @@
+// What the fuzz targets share. An input that breaks a rule ends the process.
+#pragma once
+
+#include <corvane/config.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <posix/TemporaryFolder.h>
+#include <string>
+#include <vector>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+namespace fuzz {
+
+using corvane::wstring;
+
+/// The input, taken from the front. What is not there any more is zero or empty.
+class Input {
+public:
+    Input(const std::uint8_t* data, std::size_t size) : m_rest(reinterpret_cast<const char*>(data), size) {}
+
+    bool Empty() const { return m_rest.empty(); }
+    std::string_view Rest() const { return m_rest; }
+    std::size_t Below(std::size_t limit) {
+        return static_cast<unsigned char>(Take(1).append(1, '\0')[0]) % limit;
+    }
+    std::string Until(char end) {
+        std::string text = Take(m_rest.find(end));
+        Take(1);
+        return text;
+    }
+
+private:
+    std::string Take(std::size_t count) {
+        std::string text(m_rest.substr(0, count));
+        m_rest.remove_prefix(text.size());
+        return text;
+    }
+
+    std::string_view m_rest;
+};
+
+inline void Require(bool holds, const char* rule) {
+    if (holds)
+        return;
+    std::fprintf(stderr, "broken: %s\n", rule);
+    std::abort();
+}
+
+inline const corvane::test::TemporaryFolder& Folder() {
+    static const corvane::test::TemporaryFolder folder;
+    static const bool quiet = [] {
+        Quillon::NativeLogging::LoggerRegistry::setSink(
+            [](const auto& line) { Require(!line.text.empty(), "a line has a text"); });
+        return true;
+    }();
+    static_cast<void>(quiet);
+    return folder;
+}
+
+inline std::string Bytes(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// One tag of a manager's cache, or with an empty tag a section.
+struct Entry {
+    wstring section;
+    wstring tag;
+    wstring value;
+
+    bool operator==(const Entry& other) const {
+        return section == other.section && tag == other.tag && value == other.value;
+    }
+};
+
+/// All that a manager lists and answers, in its order. Sections with a colon, which no key reaches, go
+/// without tags.
+inline std::vector<Entry> StateOf(ConfigManager& manager) {
+    std::vector<Entry> state;
+    std::vector<wstring> sections;
+    manager.EnumerateSubKeys(sections);
+    for (const wstring& section : sections) {
+        state.push_back({section, {}, {}});
+        std::vector<wstring> tags;
+        if (section.find(u':') == wstring::npos)
+            manager.EnumerateTags(manager.BuildKey(section, wstring()), tags);
+        for (const wstring& tag : tags) {
+            wstring value;
+            const wstring key = manager.BuildKey(section, tag);
+            Require(manager.Exists(key) && manager.GetValue(key, value) == 0, "what is listed can be read");
+            state.push_back({section, tag, value});
+        }
+    }
+    return state;
+}
+
+} // namespace fuzz

@@ -1,0 +1,228 @@
+// Random operations on a manager over two files, beside a simple model of the cache and of the files: each
+// byte of the input chooses something.
+#include "Fuzz.h"
+
+#include <chrono>
+#include <map>
+#include <set>
+
+using namespace fuzz;
+
+namespace {
+
+struct Value {
+    std::string text;
+    bool cacheOnly = false;
+};
+struct IgnoringCase {
+    bool operator()(const std::string& a, const std::string& b) const {
+        return corvane::CompareIgnoringCase(corvane::ToWide(a), corvane::ToWide(b)) < 0;
+    }
+};
+using Tags = std::map<std::string, Value, IgnoringCase>;
+using Sections = std::map<std::string, Tags, IgnoringCase>;
+
+const std::string reserved = "_$CACHE$_";
+const char* const sectionNames[] = {"Mail", "MAIL", "Extra", "Gone", "_$CACHE$_", "_$Cache$_", ""};
+const char* const tagNames[] = {"Port", "PORT", "Host", "x", ""};
+const char* const values[] = {"1", "two words", " blank ", "\"quoted\"", "", "' q'"};
+
+std::string AsRead(std::string text) {
+    text.erase(text.find_last_not_of(' ') + 1).erase(0, text.find_first_not_of(' '));
+    const bool quoted = text.size() > 1 && text.front() == text.back() && (text[0] == '"' || text[0] == '\'');
+    return quoted ? text.substr(1, text.size() - 2) : text;
+}
+
+/// What the manager and its files have to be, by the rules.
+class Model {
+public:
+    Sections cache;
+    std::set<std::string> cacheOnly{reserved};
+    Sections files[2];
+    int loaded = -1;
+    bool modified = false; ///< by another program, since the load
+
+    bool Set(const std::string& section, const std::string& tag, const std::string& value, bool onlyCache) {
+        if (loaded < 0 || (onlyCache && cache.count(section)) || section.empty() || tag.empty())
+            return false;
+        const std::string name = Stored(cache, section);
+        const bool through = !onlyCache && !cacheOnly.count(name);
+        if (through) {
+            files[loaded][name][Stored(cache[name], tag)].text = value;
+            modified = false;
+        } else {
+            cacheOnly.insert(name);
+        }
+        cache[name][tag] = {value, !through};
+        return true;
+    }
+
+    bool Delete(const std::string& section, const std::string& tag) {
+        if (loaded < 0)
+            return false;
+        const std::string name = Stored(cache, section);
+        if (name.empty() || name == reserved)
+            return true;
+        if (!cache.count(name))
+            return false;
+        modified = false;
+        if (tag.empty())
+            files[loaded].erase(name);
+        else if (files[loaded].count(name))
+            files[loaded][name].erase(tag);
+        const bool removed = tag.empty() || cache[name].erase(tag) > 0;
+        if (tag.empty() || cache[name].empty()) {
+            cache.erase(name);
+            cacheOnly.erase(name);
+        }
+        return removed;
+    }
+
+    bool Load(int file, bool force) {
+        if (file == loaded && !force && !modified)
+            return true;
+        if (files[file].empty() ||
+            Stored(files[file], reserved) == (files[file].count(reserved) ? reserved : ""))
+            return false;
+        Sections fresh;
+        for (const auto& [section, tags] : files[file]) {
+            fresh[section];
+            for (const auto& [tag, value] : tags) {
+                if (!AsRead(value.text).empty())
+                    fresh[section][tag].text = AsRead(value.text);
+            }
+        }
+        const auto alone = file == loaded ? cache.end() : cache.find(reserved);
+        for (const auto& [section, tags] : cache) {
+            if (alone != cache.end() && section != alone->first)
+                continue;
+            if (section == reserved && !fresh.count(section))
+                fresh[section] = tags;
+            else if (section != reserved && fresh.count(section))
+                for (const auto& [tag, value] : tags) {
+                    if (value.cacheOnly || alone != cache.end())
+                        fresh[section].emplace(tag, value);
+                }
+        }
+        cache = std::move(fresh);
+        loaded = file;
+        modified = false;
+        return true;
+    }
+
+    void Clear() {
+        cache.clear();
+        cacheOnly = {reserved};
+        loaded = -1;
+    }
+
+    std::vector<Entry> State() const {
+        std::vector<Entry> state;
+        for (const auto& [section, tags] : cache) {
+            state.push_back({corvane::ToWide(section), {}, {}});
+            for (const auto& [tag, value] : tags)
+                state.push_back(
+                    {corvane::ToWide(section), corvane::ToWide(tag), corvane::ToWide(value.text)});
+        }
+        return state;
+    }
+
+private:
+    template <class Map>
+    static std::string Stored(const Map& names, const std::string& name) {
+        const auto found = names.find(name);
+        return found == names.end() ? name : found->first;
+    }
+};
+
+std::string TextOf(const Sections& file) {
+    std::string text;
+    for (const auto& [section, tags] : file) {
+        text += "[" + section + "]\n";
+        for (const auto& [tag, value] : tags)
+            text.append(tag).append("=").append(value.text).append("\n");
+    }
+    return text;
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    Input input(data, size);
+    Model model;
+    ConfigManager manager;
+    std::string paths[2];
+    std::vector<std::pair<wstring, Sections>> snapshots;
+    auto future = std::chrono::seconds(10);
+    const auto putFile = [&](std::size_t file, const Sections& content) {
+        model.files[file] = content;
+        paths[file] = Folder().Write("settings" + std::to_string(file), TextOf(content));
+        std::filesystem::last_write_time(paths[file],
+                                         std::filesystem::file_time_type::clock::now() + (future *= 2));
+        model.modified = model.modified || static_cast<int>(file) == model.loaded;
+    };
+    putFile(0, {{"Mail", {{"Port", {"25"}}}}});
+    putFile(1, {{"Other", {}}, {"Extra", {{"x", {"y"}}}}});
+
+    for (int steps = 0; steps < 20 && !input.Empty(); ++steps) {
+        const std::size_t kind = input.Below(10);
+        const std::string section = sectionNames[input.Below(std::size(sectionNames))];
+        const std::string tag = tagNames[input.Below(std::size(tagNames))];
+        const wstring key = corvane::ToWide(section + ":" + tag);
+        const std::size_t file = input.Below(2);
+        bool wanted = true;
+        int result = 0;
+        if (kind < 3) {
+            const std::string value = values[input.Below(std::size(values))];
+            wanted = model.Set(section, tag, value, kind == 2);
+            result = manager.SetValue(key, corvane::ToWide(value), kind == 2);
+        } else if (kind < 5) {
+            wanted = model.Delete(section, kind == 3 ? tag : "");
+            result = manager.DeleteValue(kind == 3 ? key : corvane::ToWide(section + ":"));
+        } else if (kind < 7) {
+            wanted = model.Load(static_cast<int>(file), kind == 5);
+            result = manager.Update(corvane::ToWide(paths[file]).c_str(), kind == 5 ? -1 : 0);
+        } else if (kind == 7) { // another program's change
+            Sections content = model.files[file];
+            if (section.empty())
+                content.clear();
+            else if (tag.empty())
+                content.erase(section);
+            else
+                content[section][tag].text = "outside";
+            putFile(file, content);
+        } else if (kind == 8 && !section.empty() && snapshots.size() < 4) {
+            wstring name;
+            wanted = model.loaded >= 0;
+            result = manager.CreateSnapshot(name);
+            if (wanted)
+                snapshots.emplace_back(name, model.files[model.loaded]);
+        } else if (kind == 8) {
+            manager = ConfigManager(manager); // a copy is all that the original was
+        } else if (!snapshots.empty() && model.loaded >= 0) {
+            const auto& [name, content] = snapshots[file % snapshots.size()];
+            model.files[model.loaded] = content;
+            wanted = model.Load(model.loaded, true);
+            result = manager.RestoreSnapshot(name);
+            if (!wanted) // whether that shows depends on the second in which it happened
+                putFile(static_cast<std::size_t>(model.loaded), content);
+        } else if (tag.empty()) {
+            model.Clear();
+            manager.Clear();
+        }
+        Require((result == 0) == wanted, "the result is that of the rules");
+        Require(StateOf(manager) == model.State(), "the cache is that of the rules");
+    }
+
+    for (const auto& [name, content] : snapshots)
+        std::filesystem::remove(corvane::ToUtf8(name));
+    for (int file = 0; file < 2; ++file) {
+        manager.Clear();
+        model.Clear();
+        const bool loads = model.Load(file, true);
+        Require((manager.Update(corvane::ToWide(paths[file]).c_str(), -1) == 0) == loads &&
+                    StateOf(manager) == model.State(),
+                "the file is that of the rules");
+    }
+    return 0;
+}

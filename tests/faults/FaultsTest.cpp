@@ -1,0 +1,257 @@
+// Every system call of every operation made to fail, and the process stopped at every one.
+#include "SystemCalls.h"
+
+#include <corvane/config.h>
+#include <corvane/platform/posix/RegistryFolders.h>
+#include <corvane/registry/registry.h>
+#include <corvane/sources/IConfigSource.h>
+
+#include <cerrno>
+#include <cstring>
+#include <iostream>
+#include <map>
+#include <posix/TestFolder.h>
+#include <sys/mman.h>
+
+namespace corvane::test {
+namespace {
+
+namespace fs = std::filesystem;
+using faults::Kind;
+
+constexpr const char* content = "; comment\n[s]\na=old\nb=2\n";
+
+using Tree = std::map<std::string, std::string>;
+
+struct Operation {
+    const char* name;
+    std::function<bool(ConfigManager&)> run; ///< whether all was reported as done
+    bool fileIsGone = false;                 ///< since it was loaded
+    bool isInPlace = false;                  ///< a fault that stays may tear the file
+    bool mayBeDoneInPart = false;            ///< the file may be new although the operation failed behind it
+    bool isLogged = true;
+    bool needsNames = false;      ///< where no file can be made without one
+    bool leavesToTheNext = false; ///< a part of its clearing up, out of sight
+};
+
+/// What the process that ran an operation tells.
+struct Report {
+    faults::Outcome outcome;
+    bool finished = false;
+    bool done = false;
+    bool isOld = false; ///< the files, behind the operation
+    bool isNew = false;
+    int leftovers = 0;
+    bool keptDescriptors = false;
+    bool doneAgain = false;
+    std::size_t logLength = 0;
+};
+
+bool Set(ConfigManager& manager) {
+    const bool done = manager.SetValue(u"s:a", u"new") == 0;
+    wstring value;
+    const wstring expected = done ? u"new" : u"old";
+    return manager.GetValue(u"s:a", value) == 0 && value == expected
+               ? done
+               : throw std::logic_error("cache and result differ");
+}
+
+int NumberIn(const wchar* key) {
+    return registry_writeNumber(nullptr, key, u"number", 2);
+}
+
+class Faults : public TestFolder {
+protected:
+    Faults() {
+        void* const memory =
+            ::mmap(nullptr, sizeof(Report), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+        m_report = new (memory) Report;
+    }
+    ~Faults() override {
+        SetRegistryFolders("", "");
+        ::munmap(m_report, sizeof(Report));
+    }
+
+    const std::vector<Operation>& Operations() const { return m_operations; }
+
+    static std::string Describe(const Operation& operation, const faults::Plan& plan) {
+        return std::string(operation.name) + ", call " + std::to_string(plan.n) + ", kind " +
+               std::to_string(static_cast<int>(plan.kind)) + ", " + std::strerror(plan.error);
+    }
+
+    /// Sees what the files are before and behind the operation.
+    void LearnOutcome(const Operation& operation) {
+        Prepare(operation);
+        if (operation.fileIsGone)
+            fs::remove(Path("t/f"));
+        m_old = Look();
+        ASSERT_TRUE(Run(operation, {}).done) << operation.name;
+        m_new = Look();
+        ASSERT_NE(m_old, m_new);
+    }
+
+    void Prepare(const Operation& operation) {
+        fs::remove_all(Path("t"));
+        fs::create_directories(Path("t/r/HKEY_CURRENT_USER/Key"));
+        SetRegistryFolders(Path("t/r"), Path("t/r"));
+        Make("t/r/HKEY_CURRENT_USER/Key/.values", "\"number\"=dword:1\n");
+        Make("t/f", content, 0600);
+        Make("t/snapshot", "[s]\na=restored\n");
+        if (operation.isInPlace)
+            fs::create_hard_link(Path("t/f"), Path("t/hard"));
+    }
+
+    /// All files and what they hold. Counts the leftovers apart.
+    Tree Look() {
+        Tree tree;
+        m_leftovers = 0;
+        for (auto at = fs::recursive_directory_iterator(Path("t")); at != fs::end(at); ++at) {
+            const std::string name = at->path().filename();
+            const bool isLeftover =
+                name == ".deleted" || (name.front() == '.' && at->path().extension() == ".tmp");
+            m_leftovers += isLeftover ? 1 : 0;
+            if (isLeftover)
+                at.disable_recursion_pending();
+            else if (at->is_regular_file() && !(m_emptyIsNothing && at->file_size() == 0))
+                tree[at->path()] = Bytes(at->path());
+        }
+        return tree;
+    }
+
+    Report Run(const Operation& operation, faults::Plan plan) {
+        plan.needsNames = operation.needsNames;
+        *m_report = Report();
+        Wait(Fork([&] { return Child(operation, plan); }));
+        ++m_runs;
+        return *m_report;
+    }
+
+    Tree m_old;
+    Tree m_new;
+    bool m_emptyIsNothing = false; ///< a file that was made, and then nobody could remove it
+    int m_leftovers = 0;
+    long m_runs = 0;
+
+private:
+    static std::size_t Descriptors() {
+        const fs::directory_iterator entries("/proc/self/fd");
+        return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+    }
+
+    int Child(const Operation& operation, const faults::Plan& plan) {
+        Quillon::NativeLogging::LoggerRegistry::setThreshold(Quillon::NativeLogging::Severity::report);
+        Quillon::NativeLogging::LoggerRegistry::setSink(
+            [this](const auto& line) { m_report->logLength += line.text.size(); });
+        if (operation.fileIsGone)
+            Make("t/f", content);
+        ConfigManager manager;
+        if (manager.Update(ToWide(Path("t/f")).c_str(), 0) != 0)
+            return 1;
+        manager.GetConfigSource()->SetWriteRetries(0);
+        if (operation.fileIsGone)
+            fs::remove(Path("t/f"));
+        const std::size_t before = Descriptors();
+        faults::Begin(plan);
+        m_report->done = operation.run(manager);
+        m_report->outcome = faults::End();
+        m_report->keptDescriptors = Descriptors() == before;
+        const std::size_t logged = m_report->logLength;
+        const Tree tree = Look();
+        m_report->isOld = tree == m_old;
+        m_report->isNew = tree == m_new;
+        m_report->leftovers = m_leftovers;
+        m_report->doneAgain = plan.n == 0 || operation.run(manager);
+        m_report->logLength = logged;
+        m_report->finished = true;
+        return 0;
+    }
+
+    Report* m_report = nullptr;
+    const std::vector<Operation> m_operations = {
+        {"write", Set},
+        {"write of a file that is gone", Set, true},
+        {"write in place", Set, false, true},
+        {"write by way of a temporary name", Set, false, false, false, true, true},
+        {"deletion",
+         [](auto& manager) {
+             const bool isThere = manager.Exists(u"s:b");
+             return (manager.DeleteValue(u"s:b") == 0) == isThere && !manager.Exists(u"s:b");
+         }},
+        {"snapshot",
+         [](auto& manager) {
+             wstring name;
+             return manager.CreateSnapshot(name) == 0;
+         }},
+        {"restore",
+         [this](auto& manager) { return manager.RestoreSnapshot(ToWide(Path("t/snapshot"))) == 0; }, false,
+         false, true},
+        {"registry write", [](auto&) { return NumberIn(u"\\Key") == 0; }, false, false, false, false},
+        {"registry write of a new key", [](auto&) { return NumberIn(u"\\New\\Inner") == 0; }, false, false,
+         false, false},
+        {"registry deletion",
+         [](auto&) {
+             const int status = registry_deleteKey(nullptr, u"\\Key");
+             return status == 0 || status == 2; // gone already
+         },
+         false, false, false, false, false, true},
+    };
+};
+
+TEST_F(Faults, OfAnySystemCallLeaveOldOrNew) {
+    const faults::Plan plans[] = {
+        {Kind::Fail, EIO},      {Kind::Fail, ENOSPC},   {Kind::Fail, EACCES},
+        {Kind::Fail, EINTR},    {Kind::Fail, EAGAIN},   {Kind::FailOn, EIO},
+        {Kind::FailOn, ENOSPC}, {Kind::FailOn, EACCES}, {Kind::Short},
+    };
+    for (const Operation& operation : Operations()) {
+        LearnOutcome(operation);
+        for (faults::Plan plan : plans) {
+            if (operation.isInPlace && plan.kind == Kind::FailOn)
+                continue;
+            for (bool struck = true; struck;) {
+                ++plan.n;
+                SCOPED_TRACE(Describe(operation, plan));
+                Prepare(operation);
+                m_emptyIsNothing = plan.kind == Kind::FailOn;
+                const Report report = Run(operation, plan);
+                struck = report.outcome.struck;
+                ASSERT_TRUE(report.finished);
+                EXPECT_TRUE(report.done ? report.isNew
+                                        : report.isOld || (operation.mayBeDoneInPart && report.isNew));
+                EXPECT_TRUE(report.done || (struck && plan.kind != Kind::Short));
+                EXPECT_TRUE(report.done || report.logLength > 0 || !operation.isLogged)
+                    << "a failure is logged";
+                EXPECT_TRUE(report.leftovers == 0 || report.outcome.cleanUpFailed ||
+                            operation.leavesToTheNext);
+                EXPECT_TRUE(report.keptDescriptors);
+                EXPECT_TRUE(report.doneAgain) << "the next one works at once";
+            }
+            EXPECT_GT(plan.n, 10);
+        }
+    }
+    std::cout << m_runs << " runs\n";
+}
+
+TEST_F(Faults, ThatStopTheProcessLeaveOldOrNew) {
+    m_emptyIsNothing = true;
+    for (const Operation& operation : Operations()) {
+        if (operation.isInPlace)
+            continue;
+        LearnOutcome(operation);
+        for (faults::Plan plan{Kind::Kill, 0, 1};; ++plan.n) {
+            SCOPED_TRACE(Describe(operation, plan));
+            Prepare(operation);
+            if (Run(operation, plan).finished)
+                break;
+            const Tree tree = Look();
+            EXPECT_TRUE(tree == m_old || tree == m_new);
+            EXPECT_TRUE(Run(operation, {}).done) << "the next one works at once";
+            const Tree after = Look(); // with one more snapshot, maybe
+            EXPECT_TRUE(std::includes(after.begin(), after.end(), m_new.begin(), m_new.end()));
+        }
+    }
+    std::cout << m_runs << " runs\n";
+}
+
+} // namespace
+} // namespace corvane::test

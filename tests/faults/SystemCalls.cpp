@@ -1,0 +1,156 @@
+// These definitions stand in front of the C library's. A sleep takes no time here and moves the clock
+// instead, so that all waiting is over at once.
+#include "SystemCalls.h"
+
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstdarg>
+#include <cstdio>
+#include <ctime>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/random.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+namespace faults {
+namespace {
+
+constexpr long second = 1'000'000'000;
+
+bool active = false;
+Plan plan;
+Outcome outcome;
+std::atomic<long> slept{0}; // nanoseconds
+
+bool IsTheOne() noexcept {
+    return active && ++outcome.calls == plan.n;
+}
+
+/// Whether this call has to fail.
+bool Strikes(bool isRemoval) noexcept {
+    const bool now = IsTheOne();
+    outcome.struck = outcome.struck || now;
+    if (now && plan.kind == Kind::Kill)
+        ::raise(SIGKILL);
+    const bool fails =
+        (now && plan.kind == Kind::Fail) || (active && outcome.struck && plan.kind == Kind::FailOn);
+    outcome.cleanUpFailed = outcome.cleanUpFailed || (fails && isRemoval);
+    if (fails)
+        errno = plan.error;
+    return fails;
+}
+
+} // namespace
+
+void Begin(const Plan& next) noexcept {
+    plan = next;
+    outcome = Outcome();
+    active = true;
+}
+
+Outcome End() noexcept {
+    active = false;
+    return outcome;
+}
+
+} // namespace faults
+
+// The C library's own function of that name.
+#define ORIGINAL(name) reinterpret_cast<decltype(&::name)>(::dlsym(RTLD_NEXT, #name))
+
+#define COUNTED(Result, name, parameters, arguments)                                                         \
+    extern "C" Result name parameters noexcept(noexcept(::name arguments)) {                                 \
+        static const auto original = ORIGINAL(name);                                                         \
+        return faults::Strikes(#name[0] == 'u' && #name[1] == 'n') ? -1 : original arguments;                \
+    }
+
+// open, openat and fcntl have one more argument for some calls; it may always be passed on.
+#define COUNTED_WITH_REST(name, parameters, last, Rest, ...)                                                 \
+    extern "C" int name parameters {                                                                         \
+        static const auto original = ORIGINAL(name);                                                         \
+        std::va_list list;                                                                                   \
+        va_start(list, last);                                                                                \
+        const auto rest = va_arg(list, Rest);                                                                \
+        va_end(list);                                                                                        \
+        return faults::Strikes(false) ? -1 : original(__VA_ARGS__, rest);                                    \
+    }
+
+COUNTED_WITH_REST(open, (const char* path, int flags, ...), flags, mode_t, path, flags)
+COUNTED_WITH_REST(openat, (int folder, const char* path, int flags, ...), flags, mode_t, folder, path, flags)
+COUNTED_WITH_REST(fcntl, (int file, int command, ...), command, void*, file, command)
+COUNTED(int, chmod, (const char* path, mode_t mode), (path, mode))
+COUNTED(int, faccessat, (int folder, const char* path, int mode, int flags), (folder, path, mode, flags))
+COUNTED(int, fallocate, (int file, int mode, off_t at, off_t size), (file, mode, at, size))
+COUNTED(int, fchmod, (int file, mode_t mode), (file, mode))
+COUNTED(int, fchown, (int file, uid_t user, gid_t group), (file, user, group))
+COUNTED(int, flock, (int file, int operation), (file, operation))
+COUNTED(int, fstat, (int file, struct stat* status), (file, status))
+COUNTED(int, fstatat, (int folder, const char* path, struct stat* status, int flags),
+        (folder, path, status, flags))
+COUNTED(int, ftruncate, (int file, off_t size), (file, size))
+COUNTED(int, futimens, (int file, const timespec* times), (file, times))
+COUNTED(int, linkat, (int from, const char* path, int to, const char* name, int flags),
+        (from, path, to, name, flags))
+COUNTED(int, mkdir, (const char* path, mode_t mode), (path, mode))
+COUNTED(int, mkdirat, (int folder, const char* path, mode_t mode), (folder, path, mode))
+COUNTED(int, renameat, (int from, const char* path, int to, const char* name), (from, path, to, name))
+COUNTED(int, renameat2, (int from, const char* path, int to, const char* name, unsigned flags),
+        (from, path, to, name, flags))
+COUNTED(int, stat, (const char* path, struct stat* status), (path, status))
+COUNTED(int, unlinkat, (int folder, const char* path, int flags), (folder, path, flags))
+COUNTED(int, utimensat, (int folder, const char* path, const timespec* times, int flags),
+        (folder, path, times, flags))
+COUNTED(ssize_t, fgetxattr, (int file, const char* name, void* value, std::size_t size),
+        (file, name, value, size))
+COUNTED(ssize_t, flistxattr, (int file, char* list, std::size_t size), (file, list, size))
+COUNTED(ssize_t, getrandom, (void* bytes, std::size_t size, unsigned flags), (bytes, size, flags))
+COUNTED(ssize_t, pread, (int file, void* bytes, std::size_t size, off_t at), (file, bytes, size, at))
+COUNTED(ssize_t, readlinkat, (int folder, const char* path, char* link, std::size_t size),
+        (folder, path, link, size))
+
+// Asked before a file is made without a name.
+extern "C" int access(const char* path, int mode) noexcept {
+    static const auto original = ORIGINAL(access);
+    return faults::Strikes(false) || (faults::active && faults::plan.needsNames) ? -1 : original(path, mode);
+}
+
+extern "C" ssize_t pwrite(int file, const void* bytes, std::size_t size, off_t at) {
+    static const auto original = ORIGINAL(pwrite);
+    const long before = faults::outcome.calls;
+    if (faults::Strikes(false))
+        return -1;
+    const bool isShort = faults::plan.kind == faults::Kind::Short && before + 1 == faults::plan.n;
+    return original(file, bytes, isShort ? (size + 1) / 2 : size, at);
+}
+
+// What goes through is not carried out: it takes long, and nothing here would show it.
+extern "C" int fsync(int) {
+    return faults::Strikes(false) ? -1 : 0;
+}
+
+extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept {
+    static const auto original = ORIGINAL(clock_gettime);
+    const int result = original(clock, time);
+    if (clock == CLOCK_MONOTONIC) {
+        const long nanoseconds = time->tv_nsec + faults::slept % faults::second;
+        time->tv_sec += faults::slept / faults::second + nanoseconds / faults::second;
+        time->tv_nsec = nanoseconds % faults::second;
+    }
+    return result;
+}
+
+extern "C" int nanosleep(const timespec* time, timespec*) {
+    faults::slept += time->tv_sec * faults::second + time->tv_nsec;
+    return 0;
+}
+
+extern "C" int clock_nanosleep(clockid_t clock, int, const timespec* until, timespec*) {
+    timespec now{};
+    ::clock_gettime(clock, &now);
+    faults::slept += (until->tv_sec - now.tv_sec) * faults::second + until->tv_nsec - now.tv_nsec;
+    return 0;
+}
