@@ -5,8 +5,8 @@
 
 namespace corvane {
 
-// Whatever one locale holds equal this one does too. Without it all code units give the same, but for the two whose
-// lower case is ASCII: slower, never wrong.
+// Whatever one locale holds equal this one does too. Without it all code units give the same, but for the two
+// whose lower case is ASCII: slower, never wrong.
 wchar platform::LowerInvariant(wchar unit) noexcept {
     static const locale_t unicode = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
     if (!unicode)
