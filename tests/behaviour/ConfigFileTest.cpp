@@ -138,7 +138,7 @@ TEST_F(Source, RefusesToDeleteWithoutAWord) {
     for (const char* key : {"", "nocolon", ":b"})
         EXPECT_FALSE(source->DeleteValue(Wide(key))) << key;
     EXPECT_TRUE(source->DeleteValue(CORVANE_TEXT("a:x\ny=z"))); // nothing of that name can be there
-    EXPECT_EQ(ReadFile(file), "[a]\nb=1\n");
+    EXPECT_EQ(Bytes(file), "[a]\nb=1\n");
     EXPECT_EQ(log.Take(), Lines{});
 }
 

@@ -187,7 +187,7 @@ TEST_F(Loading, IsUndoneByClear) {
     EXPECT_EQ(Get("Mail:Port"), "<none>");
     ASSERT_EQ(Load(), 0);
     EXPECT_EQ(Set("_$CACHE$_:a", "b"), 0); // still kept away from the file
-    EXPECT_EQ(ReadFile(file), sample);
+    EXPECT_EQ(Bytes(file), sample);
 }
 
 TEST_F(Loading, IsSharedByCopies) {
@@ -202,7 +202,7 @@ TEST_F(Loading, IsSharedByCopies) {
     corvane::wstring value;
     EXPECT_EQ(second.GetValue(CORVANE_TEXT("Mail:Port"), value), 0);
     EXPECT_EQ(second.SetValue(CORVANE_TEXT("Mail:Port"), CORVANE_TEXT("7")), 0);
-    EXPECT_NE(differences::InLf(ReadFile(file)).find("Port=7\n"), std::string::npos);
+    EXPECT_NE(differences::InLf(Bytes(file)).find("Port=7\n"), std::string::npos);
 }
 
 } // namespace

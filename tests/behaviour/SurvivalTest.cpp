@@ -83,7 +83,7 @@ TEST_F(Survival, OfTheFileInASnapshot) {
         EXPECT_EQ(List("Mail:"), "Port");
         EXPECT_EQ(Get("Mail:Port"), "25");
         EXPECT_EQ(Get("_$CACHE$_:t"), "kept");
-        EXPECT_EQ(ReadFile(file), "; kept\n[Mail]\nPort=25\n");
+        EXPECT_EQ(Bytes(file), "; kept\n[Mail]\nPort=25\n");
         ASSERT_EQ(Set("Mail:Port", "27"), 0);
     }
 }
@@ -117,7 +117,7 @@ TEST_F(Survival, OfAFailedRestore) {
     ASSERT_EQ(lines.size(), 6U);
     EXPECT_EQ(lines[2], "failed to get sections from new config source");
     EXPECT_EQ(lines[5], "Error 32768 \"failed to update active configuration\"" + manages);
-    EXPECT_EQ(ReadFile(file), "no section\n"); // no way back is taken
+    EXPECT_EQ(Bytes(file), "no section\n"); // no way back is taken
 
     fs::remove(file);
     EXPECT_EQ(restore(),

@@ -22,7 +22,7 @@ TEST_F(Writing, GoesThroughToFileAndCache) {
     EXPECT_EQ(List("Mail:"), "Blank,Host,Port");
     EXPECT_FALSE(manager.SourceWasModified());
     EXPECT_EQ(log.Take(), Lines{});
-    const std::string written = ReadFile(file);
+    const std::string written = Bytes(file);
     EXPECT_EQ(Load(), 0); // no change behind the manager's back
     EXPECT_EQ(Get("Mail:Blank"), "  x ");
     EXPECT_EQ(Load(-1), 0);
@@ -76,7 +76,7 @@ TEST_F(Writing, IsRefusedBeforeAnythingChanges) {
         EXPECT_EQ(Set(row.key, row.value, row.cacheOnly), FAILURE_GENERAL);
         EXPECT_EQ(log.Take(), row.bySource ? (Lines{thrown, Refusal(row.key)}) : Lines{Refusal(row.key)});
     }
-    EXPECT_EQ(ReadFile(file), commented);
+    EXPECT_EQ(Bytes(file), commented);
     EXPECT_EQ(List(), "Mail,Net");
     EXPECT_EQ(List("Mail:"), "Port");
     EXPECT_EQ(Get("Mail:Port"), "25");
@@ -93,15 +93,15 @@ TEST_F(Writing, ToTheCacheAlone) {
     EXPECT_EQ(List("Temp:"), "a,b");
     EXPECT_EQ(Get("Temp:a"), "3");
     EXPECT_EQ(Get("_$CACHE$_:T"), "4");
-    EXPECT_EQ(ReadFile(file), commented);
+    EXPECT_EQ(Bytes(file), commented);
 
     EXPECT_EQ(Load(-1), 0); // the section goes, its mark stays, in its exact letter case
     EXPECT_EQ(Get("Temp:a"), "<none>");
     EXPECT_EQ(Set("Temp:a", "6"), 0);
-    EXPECT_EQ(ReadFile(file), commented);
+    EXPECT_EQ(Bytes(file), commented);
     EXPECT_EQ(Load(-1), 0);
     EXPECT_EQ(Set("TEMP:a", "7"), 0);
-    EXPECT_NE(ReadFile(file).find("[TEMP]"), std::string::npos);
+    EXPECT_NE(Bytes(file).find("[TEMP]"), std::string::npos);
 }
 
 TEST_F(Writing, DeletesFromFileAndCache) {
@@ -138,7 +138,7 @@ TEST_F(Writing, DeletesFromFileAndCache) {
         EXPECT_EQ(Delete(row.key), row.result);
         EXPECT_EQ(log.Take(), row.reported ? Lines{report} : Lines{});
         EXPECT_EQ(List(), row.sections);
-        EXPECT_EQ(differences::InLf(ReadFile(file)), row.file);
+        EXPECT_EQ(differences::InLf(Bytes(file)), row.file);
         EXPECT_FALSE(manager.SourceWasModified());
     }
     manager.Clear();
@@ -155,7 +155,7 @@ TEST_F(Writing, DeletingEndsACacheOnlySection) {
     EXPECT_EQ(Get("_$CACHE$_:a"), "1");
     EXPECT_EQ(List(), "_$CACHE$_,Mail,Net");
     EXPECT_EQ(Set("Temp:a", "2"), 0); // an ordinary section again
-    EXPECT_NE(ReadFile(file).find("[Temp]\r\na=2"), std::string::npos);
+    EXPECT_NE(Bytes(file).find("[Temp]\r\na=2"), std::string::npos);
 }
 
 TEST_F(Writing, ReachesPathsAndNamesOutsideAscii) {
@@ -164,9 +164,9 @@ TEST_F(Writing, ReachesPathsAndNamesOutsideAscii) {
     EXPECT_EQ(Set("Stra\u00dfe:H\u00f6he", "3"), 0);
     EXPECT_EQ(Set("Stra\u00dfe:L\u00e4nge", "4"), 0);
     EXPECT_EQ(Delete("Stra\u00dfe:\u20ac"), 0);
-    EXPECT_EQ(differences::InLf(ReadFile(file)), "[Stra\u00dfe]\nH\u00f6he=3\nL\u00e4nge=4\n");
+    EXPECT_EQ(differences::InLf(Bytes(file)), "[Stra\u00dfe]\nH\u00f6he=3\nL\u00e4nge=4\n");
     EXPECT_EQ(Delete("Stra\u00dfe:"), 0);
-    EXPECT_EQ(ReadFile(file), "");
+    EXPECT_EQ(Bytes(file), "");
 }
 
 TEST_F(Writing, OfALongTextHoldsOrIsRefused) {
