@@ -166,20 +166,5 @@ TEST_F(ReadProfile, DoesNotTrustTheTimesOfAFreshFile) {
     EXPECT_TRUE(noticed);
 }
 
-TEST_F(ReadProfile, RefusesWhatIsNoReadableFile) {
-    Make("file", "[a]\n");
-    fs::resize_file(Make("huge", ""), (std::uintmax_t{1} << 30) + 1);
-    fs::create_symlink("/dev/zero", Path("device"));
-    ASSERT_EQ(::mkfifo(Path("pipe").c_str(), 0600), 0);
-    using Row = std::pair<const char*, ulong>;
-    for (const auto& [name, error] :
-         {Row("device", ERROR_ACCESS_DENIED), Row("pipe", ERROR_ACCESS_DENIED), Row("", ERROR_ACCESS_DENIED),
-          Row("none", ERROR_FILE_NOT_FOUND), Row("huge", ERROR_FILE_TOO_LARGE),
-          Row("none/f", ERROR_PATH_NOT_FOUND), Row("file/x", ERROR_PATH_NOT_FOUND)}) {
-        EXPECT_EQ(Read(nullptr, nullptr, Path(name)), "") << name;
-        EXPECT_EQ(GetLastError(), error) << name;
-    }
-}
-
 } // namespace
 } // namespace corvane

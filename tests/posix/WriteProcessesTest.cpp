@@ -2,12 +2,10 @@
 #include <corvane/platform/posix/Errors.h>
 #include <corvane/platform/posix/PosixPlatform.h>
 
-#include <chrono>
 #include <csignal>
 #include <fcntl.h>
 #include <posix/TestFolder.h>
 #include <sys/file.h>
-#include <sys/time.h>
 #include <vector>
 
 namespace corvane {
@@ -97,16 +95,6 @@ TEST_F(WriteProcesses, AreRefusedWhileAStoppedOneHoldsTheFile) {
     EXPECT_TRUE(Write("a", "1", file)) << "a process that died leaves nothing locked";
     ::close(ready[0]);
     ::close(ready[1]);
-}
-
-TEST(Sleep, OutlastsSignals) {
-    std::signal(SIGALRM, [](int) {});
-    const itimerval soon{{0, 3000}, {0, 3000}};
-    const auto begin = std::chrono::steady_clock::now();
-    ::setitimer(ITIMER_REAL, &soon, nullptr);
-    platform::Sleep(40);
-    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(40));
-    std::signal(SIGALRM, SIG_IGN);
 }
 
 } // namespace

@@ -22,27 +22,30 @@ protected:
     }
 };
 
-TEST_F(WriteProfile, DeletesQuietlyWhatIsNotThere) {
-    const std::string file = Make("f", "[]\n[s]\na=0\n");
-    for (const char* tag : {"b", "", "x=y", "\n", ";"})
-        EXPECT_EQ(Write(tag, nullptr, file), ERROR_SUCCESS);
-    EXPECT_EQ(Write("a", nullptr, Path("none")), ERROR_SUCCESS);
-    EXPECT_EQ(Write(nullptr, nullptr, Make("utf16", "\xFF\xFE")), ERROR_SUCCESS);
-    EXPECT_EQ(Bytes(file), "[]\n[s]\na=0\n");
-    EXPECT_EQ(EntryCount(), 2U);
-}
-
-TEST_F(WriteProfile, SaysWhyItIsRefused) {
+TEST_F(WriteProfile, SaysWhyItIsRefusedAsAReadDoes) {
     ASSERT_EQ(::mkfifo(Path("pipe").c_str(), 0600), 0);
     fs::create_symlink("loop", Path("loop"));
-    Make("file", "");
-    using Row = std::pair<std::string, ulong>;
-    for (const auto& [name, error] :
-         {Row("none/f", ERROR_PATH_NOT_FOUND), Row("file/f", ERROR_PATH_NOT_FOUND),
-          Row(".", ERROR_ACCESS_DENIED), Row("pipe", ERROR_ACCESS_DENIED), Row("loop", ERROR_ACCESS_DENIED),
-          Row(std::string(256, 'x'), ERROR_FILENAME_EXCED_RANGE), Row(std::string(255, 'x'), ERROR_SUCCESS)})
-        EXPECT_EQ(Write("a", "1", Path(name)), error) << name;
-    EXPECT_EQ(Write("a", "1", ""), ERROR_PATH_NOT_FOUND);
+    fs::create_symlink("/dev/zero", Path("device"));
+    fs::resize_file(Make("huge", ""), (std::uintmax_t{1} << 30) + 1);
+    const std::string longest(255, 'x');
+    const struct {
+        std::string name;
+        ulong write, read;
+    } rows[] = {{"none/f", ERROR_PATH_NOT_FOUND, ERROR_PATH_NOT_FOUND},
+                {"huge/f", ERROR_PATH_NOT_FOUND, ERROR_PATH_NOT_FOUND},
+                {".", ERROR_ACCESS_DENIED, ERROR_ACCESS_DENIED},
+                {"pipe", ERROR_ACCESS_DENIED, ERROR_ACCESS_DENIED},
+                {"device", ERROR_ACCESS_DENIED, ERROR_ACCESS_DENIED},
+                {"loop", ERROR_ACCESS_DENIED, ERROR_ACCESS_DENIED},
+                {"huge", ERROR_FILE_TOO_LARGE, ERROR_FILE_TOO_LARGE},
+                {longest + "x", ERROR_FILENAME_EXCED_RANGE, ERROR_FILENAME_EXCED_RANGE},
+                {longest, ERROR_SUCCESS, ERROR_SUCCESS}};
+    char buffer[8];
+    for (const auto& row : rows) {
+        EXPECT_EQ(Write("a", "1", Path(row.name)), row.write) << row.name;
+        GetPrivateProfileStringA(nullptr, nullptr, nullptr, buffer, 8, Path(row.name).c_str());
+        EXPECT_EQ(GetLastError(), row.read) << row.name;
+    }
 }
 
 TEST_F(WriteProfile, KeepsModeOwnerAndAttributes) {
