@@ -81,4 +81,17 @@ inline std::vector<Entry> StateOf(ConfigManager& manager) {
     return state;
 }
 
+inline std::string Trimmed(std::string text) {
+    text.erase(text.find_last_not_of(" \t") + 1);
+    return text.erase(0, std::min(text.find_first_not_of(" \t"), text.size()));
+}
+
+/// What a written value is read back as.
+inline std::string AsRead(std::string value) {
+    value = Trimmed(value.erase(0, std::min(value.find_first_not_of(" \t\r\n\v\f"), value.size())));
+    const bool quoted =
+        value.size() > 1 && value.front() == value.back() && (value[0] == '"' || value[0] == '\'');
+    return quoted ? value.substr(1, value.size() - 2) : value;
+}
+
 } // namespace fuzz

@@ -27,12 +27,6 @@ const char* const sectionNames[] = {"Mail", "MAIL", "Extra", "Gone", "_$CACHE$_"
 const char* const tagNames[] = {"Port", "PORT", "Host", "x", ""};
 const char* const values[] = {"1", "two words", " blank ", "\"quoted\"", "", "' q'"};
 
-std::string AsRead(std::string text) {
-    text.erase(text.find_last_not_of(' ') + 1).erase(0, text.find_first_not_of(' '));
-    const bool quoted = text.size() > 1 && text.front() == text.back() && (text[0] == '"' || text[0] == '\'');
-    return quoted ? text.substr(1, text.size() - 2) : text;
-}
-
 /// What the manager and its files have to be, by the rules.
 class Model {
 public:
@@ -87,10 +81,9 @@ public:
         Sections fresh;
         for (const auto& [section, tags] : files[file]) {
             fresh[section];
-            for (const auto& [tag, value] : tags) {
+            for (const auto& [tag, value] : tags)
                 if (!AsRead(value.text).empty())
                     fresh[section][tag].text = AsRead(value.text);
-            }
         }
         const auto alone = file == loaded ? cache.end() : cache.find(reserved);
         for (const auto& [section, tags] : cache) {

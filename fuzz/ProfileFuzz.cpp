@@ -11,19 +11,6 @@ using namespace fuzz;
 
 namespace {
 
-std::string Trimmed(std::string text) {
-    text.erase(text.find_last_not_of(" \t") + 1);
-    return text.erase(0, std::min(text.find_first_not_of(" \t"), text.size()));
-}
-
-/// What a written value is read back as.
-std::string AsRead(std::string value) {
-    value = Trimmed(value.erase(0, std::min(value.find_first_not_of(" \t\r\n\v\f"), value.size())));
-    const bool quoted =
-        value.size() > 1 && value.front() == value.back() && (value[0] == '"' || value[0] == '\'');
-    return quoted ? value.substr(1, value.size() - 2) : value;
-}
-
 /// One piece of a line changes, or new ones come at the end of one.
 void CheckWritten(const std::string& before, const std::string& after) {
     const std::size_t room = std::min(before.size(), after.size());

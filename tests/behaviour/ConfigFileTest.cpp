@@ -86,18 +86,6 @@ TEST_F(Source, ReadsAndListsTextsOfAnyLength) {
     EXPECT_TRUE(names.empty());
 }
 
-TEST_F(Source, SplitsKeysAtTheFirstColon) {
-    const auto source = Open("[a]\n");
-    corvane::wstring section = CORVANE_TEXT("s");
-    corvane::wstring tag = CORVANE_TEXT("t");
-    EXPECT_FALSE(source->ParseKey({}, section, tag));
-    EXPECT_EQ(section + tag, CORVANE_TEXT("st"));
-    EXPECT_FALSE(source->ParseKey(CORVANE_TEXT("nocolon"), section, tag));
-    EXPECT_EQ(section + tag, corvane::wstring());
-    EXPECT_TRUE(source->ParseKey(CORVANE_TEXT("a:b:c"), section, tag));
-    EXPECT_EQ(section + CORVANE_TEXT("|") + tag, CORVANE_TEXT("a|b:c"));
-}
-
 TEST_F(Source, SeesChangesBehindItsBack) {
     const auto source = Open("[a]\nb=1\n");
     EXPECT_FALSE(source->WasModified());

@@ -126,17 +126,14 @@ TEST_F(Registry, PassesOverOtherTypesAndShortData) {
 
 TEST_F(Registry, PrefersTheMachinesNumber) {
     ulong value = 99;
-    const auto read = [&value](const Wide& path) {
-        return registry_readUserNumericValue(path, Wide("N"), &value);
-    };
-    EXPECT_FALSE(read("App"));
+    EXPECT_FALSE(registry_readUserNumericValue(Wide("App"), Wide("N"), &value));
     EXPECT_EQ(value, 99U);
-    ASSERT_EQ(WriteNumber("HKEY_CURRENT_USER\\App", 1), 0);
-    EXPECT_TRUE(read("\\App"));
-    EXPECT_EQ(value, 1U);
-    ASSERT_EQ(WriteNumber("HKEY_LOCAL_MACHINE\\App", 0xFFFFFFFF), 0);
-    EXPECT_TRUE(read("App"));
-    EXPECT_EQ(value, 0xFFFFFFFF);
+    for (const auto& [path, number] :
+         {std::pair("HKEY_CURRENT_USER\\App", 1U), {"HKEY_LOCAL_MACHINE\\App", ~0U}}) {
+        ASSERT_EQ(WriteNumber(path, number), 0);
+        EXPECT_TRUE(registry_readUserNumericValue(Wide("\\App"), Wide("N"), &value));
+        EXPECT_EQ(value, number);
+    }
 }
 
 TEST_F(Registry, WritesAtARootAndThroughAHandle) {
@@ -160,22 +157,13 @@ TEST_F(Registry, WritesAtARootAndThroughAHandle) {
 
 TEST_F(Registry, DeletesOneKeyAndClosesTheHandleThatItDeletesUnder) {
     ASSERT_EQ(WriteNumber("\\App\\Inner", 1), 0);
-    static const struct {
-        const char* path;
-        int status;
-    } rows[] = {{nullptr, 32768},
-                {"", 32768},
-                {"Nowhere\\App", 32768},
-                {"HKEY_CURRENT_USER", 32768},
-                {"HKEY_CURRENT_USER\\", differences::anEmptySubkeyIsTheKey ? 5 : 87},
-                {"\\App", 5},
-                {"\\APP\\inner", 0},
-                {"\\App\\Inner", 2},
-                {"\\App", 0},
-                {"\\App", 2},
-                {"\\None\\None", 2}};
-    for (const auto& row : rows)
-        EXPECT_EQ(registry_deleteKey(nullptr, Wide(row.path)), row.status) << (row.path ? row.path : "null");
+    using Row = std::pair<const char*, int>;
+    for (const auto& [path, status] :
+         {Row(nullptr, 32768), Row("", 32768), Row("Nowhere\\App", 32768), Row("HKEY_CURRENT_USER", 32768),
+          Row("HKEY_CURRENT_USER\\", differences::anEmptySubkeyIsTheKey ? 5 : 87), Row("\\App", 5),
+          Row("\\APP\\inner", 0), Row("\\App\\Inner", 2), Row("\\App", 0), Row("\\App", 2),
+          Row("\\None\\None", 2)})
+        EXPECT_EQ(registry_deleteKey(nullptr, Wide(path)), status) << (path ? path : "null");
     EXPECT_EQ(registry_loadSubSectionNames(HKEY_CURRENT_USER, nullptr, ';'), nullptr);
 
     HKEY key = CreateApp();
