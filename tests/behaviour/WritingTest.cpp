@@ -67,26 +67,6 @@ TEST_F(Writing, IsRefusedBeforeAnythingChanges) {
     EXPECT_EQ(List() + " " + List("Mail:") + " " + Get("Mail:Port"), "Mail,Net Port 25");
 }
 
-TEST_F(Writing, ToTheCacheAlone) {
-    Start(commented);
-    EXPECT_EQ(Set("Temp:a", "1", true), 0);
-    EXPECT_EQ(Set("Temp:b", "2", true), FAILURE_GENERAL); // a request makes a section and adds to none
-    EXPECT_EQ(Set("Temp:b", "2"), 0);
-    EXPECT_EQ(Set("TEMP:A", "3"), 0); // the stored letter case counts
-    EXPECT_EQ(Set("_$CACHE$_:t", "4"), 0);
-    EXPECT_EQ(Set("_$CACHE$_:u", "5", true), FAILURE_GENERAL);
-    EXPECT_EQ(List("Temp:") + Get("Temp:a") + Get("_$CACHE$_:T"), "a,b34");
-    EXPECT_EQ(Bytes(file), commented);
-
-    EXPECT_EQ(Load(-1), 0); // the section goes, its mark stays, in its exact letter case
-    EXPECT_EQ(Get("Temp:a"), "<none>");
-    EXPECT_EQ(Set("Temp:a", "6"), 0);
-    EXPECT_EQ(Bytes(file), commented);
-    EXPECT_EQ(Load(-1), 0);
-    EXPECT_EQ(Set("TEMP:a", "7"), 0);
-    EXPECT_NE(Bytes(file).find("[TEMP]"), std::string::npos);
-}
-
 TEST_F(Writing, DeletesFromFileAndCache) {
     const std::string text = "[Mail]\nPort=1\nHost=h\nPORT=2\n[Net]\nMTU=1\n[Bare]\n[mail]\nPort=3\n";
     const std::string report = "Error 32768 at func: ConfigManager::DeleteValue";
