@@ -21,9 +21,9 @@ ProfileRun& ProfileRun::OfThisThread() {
     return run;
 }
 
-// The pause leaves room for a load that has to wait for the processor.
+// The pause leaves room for a load that has to wait for the processor on a busy machine.
 bool ProfileRun::IsPrompt() noexcept {
-    constexpr std::int64_t longestPause = 20'000'000;
+    constexpr std::int64_t longestPause = 250'000'000;
     const std::int64_t now = Now();
     return now - std::exchange(m_time, now) <= longestPause;
 }

@@ -10,9 +10,9 @@
 namespace corvane::posix {
 
 /// Follows one thread's reads from the list of sections on, through each section's list of tags and each tag,
-/// in the order of the file. A read that asks within a few milliseconds for what comes next is answered from
-/// the picture that the run began with: it needs neither a look at the file nor a search, and a load sees the
-/// file as it was when it began, whoever writes meanwhile. After a longer pause the run goes on if
+/// in the order of the file. A read that asks within a quarter of a second for what comes next is answered
+/// from the picture that the run began with: it needs neither a look at the file nor a search, and a load
+/// sees the file as it was when it began, whoever writes meanwhile. After a longer pause the run goes on if
 /// the file is still the same. Any other read ends the run and looks at the file itself.
 class ProfileRun {
 public:
