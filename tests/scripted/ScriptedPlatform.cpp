@@ -9,6 +9,9 @@
 #include <cstring>
 #include <stdexcept>
 
+// A load here sees whatever the test says at each read.
+class corvane::posix::ProfileRun {};
+
 namespace {
 
 ScriptedPlatform scripted;
@@ -68,6 +71,9 @@ void Reset() {
 }
 
 namespace corvane::platform {
+
+LoadScope::LoadScope() : m_outer(nullptr) {}
+LoadScope::~LoadScope() = default;
 
 ulong GetLastError() noexcept {
     return scripted.lastError;
