@@ -17,11 +17,7 @@ else()
   set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME corvane)
   set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
   set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
-  # The linker's cache by trigger, so that no script of ours runs at an installation.
-  set(soversion ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
-  file(WRITE ${PROJECT_BINARY_DIR}/debian/shlibs "libcorvane ${soversion} corvane (>= ${soversion})\n")
-  set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
-    ${PROJECT_SOURCE_DIR}/cmake/debian/triggers ${PROJECT_BINARY_DIR}/debian/shlibs)
+  set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
   set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME corvane-dev)
   set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
   set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "corvane (= ${PROJECT_VERSION})")

@@ -1,5 +1,5 @@
-# Makes the Debian packages of the build in BUILD below WORK, installs them with dpkg into a root of their own, and
-# runs the installed program against the installed library.
+# Makes the Debian packages of the build in BUILD below WORK, has dpkg unpack them into a root of their own, where no
+# script of theirs could run, and runs the installed program against the installed library.
 set(root ${WORK}/root)
 file(REMOVE_RECURSE ${WORK})
 file(MAKE_DIRECTORY ${root}/var/lib/dpkg/triggers ${root}/var/lib/dpkg/info ${root}/var/lib/dpkg/updates)
@@ -14,9 +14,7 @@ list(LENGTH packages count)
 if(NOT count EQUAL 2)
   message(FATAL_ERROR "expected two packages, there are: ${packages}")
 endif()
-# The root holds none of the packages that corvane stands on.
-run(dpkg --root=${root} --force-not-root --force-bad-path --force-depends --log=${WORK}/dpkg.log
-  -i ${packages})
+run(dpkg --root=${root} --force-not-root --force-bad-path --log=${WORK}/dpkg.log --unpack ${packages})
 
 file(WRITE ${WORK}/settings.cfg "[Mail]\nPort=25\n")
 execute_process(COMMAND ${root}/usr/bin/corvane-config ${WORK}/settings.cfg get mail:port
