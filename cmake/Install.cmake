@@ -14,8 +14,6 @@ set(public_headers
   comfort/ValueText.h
   config.h
   foundations/ApplicationConfigManager.h
-  foundations/CaseFolding.h
-  foundations/Export.h
   foundations/FailureCode.h
   foundations/NativeLogging.h
   foundations/ScopedResource.h
@@ -24,18 +22,22 @@ set(public_headers
   foundations/Version.h
   foundations/WideString.h
   manager/ConfigManager.h
-  manager/NameTable.h
-  manager/SectionMap.h
-  manager/TagMap.h
-  platform/CriticalSection.h
-  platform/${port}/CriticalSection.h
   registry/registry.h
   sources/IConfigSource.h
 )
 if(NOT WIN32)
   list(APPEND public_headers platform/posix/RegistryFolders.h)
 endif()
-foreach(header ${public_headers})
+set(inner_headers # what the public ones stand on; nothing in them is for programs
+  foundations/CaseFolding.h
+  foundations/Export.h
+  manager/NameTable.h
+  manager/SectionMap.h
+  manager/TagMap.h
+  platform/CriticalSection.h
+  platform/${port}/CriticalSection.h
+)
+foreach(header ${public_headers} ${inner_headers})
   get_filename_component(folder ${header} DIRECTORY)
   install(FILES ${PROJECT_SOURCE_DIR}/corvane/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/corvane/${folder}
     COMPONENT development)

@@ -8,8 +8,8 @@ namespace corvane {
 
 /// One tag of a section and its value, in UTF-8.
 struct TagValue {
-    std::string tag;
-    std::string value;
+    std::string tag;   ///< the name, in the letter case of the file
+    std::string value; ///< the text
 };
 
 /// The names of all sections, in the order of the cache.

@@ -16,6 +16,9 @@ namespace corvane {
 
 /// How values of type `T` stand in a file: a `static std::optional<T> FromText(std::string_view)` for a whole
 /// text, and a `static std::string ToText(const T&)`. A program can specialise it for a type of its own.
+/// There are std::string, as it is; bool, `yes`, `true`, `on`, `1` and their opposites; whole numbers in
+/// decimal digits that the type can hold; finite decimal fractions; and std::chrono durations with a unit,
+/// `1500ms`.
 template <class T, class Enable = void>
 struct ValueText;
 

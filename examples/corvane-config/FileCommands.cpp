@@ -16,10 +16,12 @@ ConfigManager& Config() {
 }
 
 void Load(ConfigManager& config, const std::string& path) {
-    if (corvane::Load(config, path))
+    const std::filesystem::path file(corvane::ToWide(path));
+    // Windows looks for a bare name in a folder of its own.
+    if (corvane::Load(config, file.has_parent_path() ? path : "./" + path))
         return;
     std::error_code ignored;
-    if (!std::filesystem::exists(std::filesystem::path(corvane::ToWide(path)), ignored))
+    if (!std::filesystem::exists(file, ignored))
         throw Failure(Refused, "there is no file '" + path +
                                    "'; give the path of one, or make it with a line such as [Section]");
     throw Failure(Refused, "'" + path +
