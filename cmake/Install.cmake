@@ -22,6 +22,7 @@ set(public_headers
   foundations/Version.h
   foundations/WideString.h
   manager/ConfigManager.h
+  platform/RegistryFolders.h
   registry/registry.h
   sources/IConfigSource.h
 )

@@ -3,7 +3,6 @@
 
 #include <corvane/comfort/ValueText.h>
 #include <corvane/config.h>
-#include <corvane/platform/RegistryFolders.h>
 
 #include <cstdlib>
 #include <iostream>

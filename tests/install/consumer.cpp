@@ -8,5 +8,6 @@ int main(int count, char** arguments) {
     ConfigManager config;
     if (count != 2 || !corvane::Load(config, arguments[1]))
         return 1;
-    std::cout << "corvane " << corvane::Version() << ", port " << corvane::Get(config, "Mail:Port", 0) << '\n';
+    std::cout << "corvane " << corvane::Version() << ", port " << corvane::Get(config, "Mail:Port", 0)
+              << '\n';
 }
