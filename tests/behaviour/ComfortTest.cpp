@@ -103,7 +103,7 @@ TEST_F(Comfort, ListsACopy) {
     std::string listed;
     for (const std::string& section : corvane::Sections(manager))
         for (const auto& [tag, value] : corvane::Tags(manager, section)) {
-            listed += section + ":" + tag + "=" + value + " ";
+            listed.append(section).append(":" + tag).append("=" + value).append(" ");
             corvane::Delete(manager, section + ":");
         }
     EXPECT_EQ(listed, "B:b=2 B:ä=1 ");
