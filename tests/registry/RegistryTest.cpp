@@ -95,7 +95,7 @@ TEST_F(Registry, TouchesTheBufferOnlyOnceARootWasFound) {
         registry_readString(nullptr, CORVANE_TEXT("Nowhere"), CORVANE_TEXT("Name"), nullptr, nullptr, 0), 0U);
 }
 
-TEST_F(Registry, PassesOverOtherTypesAndShortData) {
+TEST_F(Registry, PassesOverOtherTypes) {
     HKEY app = nullptr;
     ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, CORVANE_TEXT("App"), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
                               &app, nullptr),
@@ -120,7 +120,7 @@ TEST_F(Registry, PassesOverOtherTypesAndShortData) {
         const wchar* text;
     } rows[] = {
         {CORVANE_TEXT("Binary"), 7, CORVANE_TEXT("-")}, {CORVANE_TEXT("Number"), 42, CORVANE_TEXT("-")},
-        {CORVANE_TEXT("Big"), 42, CORVANE_TEXT("-")},   {CORVANE_TEXT("Short"), 7, CORVANE_TEXT("-")},
+        {CORVANE_TEXT("Big"), 42, CORVANE_TEXT("-")},   {CORVANE_TEXT("Short"), 42, CORVANE_TEXT("-")},
         {CORVANE_TEXT("Text"), 7, CORVANE_TEXT("42")},  {CORVANE_TEXT("Path"), 7, CORVANE_TEXT("%A%")},
         {CORVANE_TEXT("Odd"), 7, CORVANE_TEXT("A")},
     };
