@@ -73,7 +73,9 @@ void Reset() {
 namespace corvane::platform {
 
 LoadScope::LoadScope() : m_outer(nullptr) {}
-LoadScope::~LoadScope() = default;
+LoadScope::~LoadScope() {
+    static_cast<void>(m_outer);
+}
 
 ulong GetLastError() noexcept {
     return scripted.lastError;
