@@ -7,38 +7,59 @@ if(WIN32)
   set(port windows)
 endif()
 set(public_headers
+  comfort.h
+  comfort/Listing.h
+  comfort/SnapshotGuard.h
+  comfort/Values.h
+  comfort/ValueText.h
   config.h
   foundations/ApplicationConfigManager.h
-  foundations/CaseFolding.h
-  foundations/Export.h
   foundations/FailureCode.h
   foundations/NativeLogging.h
   foundations/ScopedResource.h
   foundations/Singleton.h
   foundations/ThreadLock.h
+  foundations/Version.h
   foundations/WideString.h
   manager/ConfigManager.h
-  manager/NameTable.h
-  manager/SectionMap.h
-  manager/TagMap.h
-  platform/CriticalSection.h
-  platform/${port}/CriticalSection.h
+  platform/RegistryFolders.h
   registry/registry.h
   sources/IConfigSource.h
 )
 if(NOT WIN32)
   list(APPEND public_headers platform/posix/RegistryFolders.h)
 endif()
-foreach(header ${public_headers})
+set(inner_headers # what the public ones stand on; nothing in them is for programs
+  foundations/CaseFolding.h
+  foundations/Export.h
+  manager/NameTable.h
+  manager/SectionMap.h
+  manager/TagMap.h
+  platform/CriticalSection.h
+  platform/${port}/CriticalSection.h
+)
+foreach(header ${public_headers} ${inner_headers})
   get_filename_component(folder ${header} DIRECTORY)
-  install(FILES ${PROJECT_SOURCE_DIR}/corvane/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/corvane/${folder})
+  install(FILES ${PROJECT_SOURCE_DIR}/corvane/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/corvane/${folder}
+    COMPONENT development)
 endforeach()
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/corvane)
-install(TARGETS corvane EXPORT corvaneTargets)
-install(EXPORT corvaneTargets NAMESPACE corvane:: DESTINATION ${package_folder})
+install(TARGETS corvane EXPORT corvaneTargets
+  RUNTIME COMPONENT runtime
+  LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
+  ARCHIVE COMPONENT development)
+install(EXPORT corvaneTargets NAMESPACE corvane:: DESTINATION ${package_folder} COMPONENT development)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/corvaneConfigVersion.cmake COMPATIBILITY SameMinorVersion)
-configure_file(${PROJECT_SOURCE_DIR}/cmake/corvane.pc.in ${PROJECT_BINARY_DIR}/corvane.pc @ONLY)
 install(FILES ${PROJECT_SOURCE_DIR}/cmake/corvaneConfig.cmake ${PROJECT_BINARY_DIR}/corvaneConfigVersion.cmake
-  DESTINATION ${package_folder})
-install(FILES ${PROJECT_BINARY_DIR}/corvane.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+  DESTINATION ${package_folder} COMPONENT development)
+
+# The tree may be moved: corvane.pc finds the prefix from its own place.
+set(pc_folder ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+file(RELATIVE_PATH pc_to_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+set(pc_definitions)
+if(NOT BUILD_SHARED_LIBS)
+  set(pc_definitions -DCORVANE_STATIC)
+endif()
+configure_file(${PROJECT_SOURCE_DIR}/cmake/corvane.pc.in ${PROJECT_BINARY_DIR}/corvane.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/corvane.pc DESTINATION ${pc_folder} COMPONENT development)

@@ -3,6 +3,8 @@
 
 #include <corvane/foundations/ApplicationConfigManager.h>
 #include <corvane/foundations/NativeLogging.h>
+#include <corvane/foundations/Version.h>
 #include <corvane/manager/ConfigManager.h>
+#include <corvane/platform/RegistryFolders.h>
 #include <corvane/registry/registry.h>
 #include <corvane/sources/IConfigSource.h>

@@ -1,4 +1,4 @@
-// A value that lives in the cache alone outlives a reload: cache-only FILE
+// A value that lives in the cache alone outlives a reload, and no file sees it: cache-only FILE
 #include <corvane/config.h>
 
 #include <iostream>
@@ -10,8 +10,9 @@ int main(int count, char** arguments) {
     }
     const corvane::wstring file = corvane::ToWide(arguments[1]);
     const corvane::wstring token = CORVANE_TEXT("_$CACHE$_:SessionToken");
+    constexpr bool cacheOnly = true;
     ConfigManager manager;
-    if (manager.Update(file.c_str(), 0) != 0 || manager.SetValue(token, CORVANE_TEXT("4711"), true) != 0)
+    if (manager.Update(file.c_str(), 0) != 0 || manager.SetValue(token, CORVANE_TEXT("4711"), cacheOnly) != 0)
         return 1;
 
     constexpr int always = -1;

@@ -8,7 +8,7 @@ say() { printf '\n== %s\n' "$*"; }
 need() {
   local wanted=$1
   shift
-  if command -v "$wanted" >/dev/null || [ -e "$wanted" ]; then return; fi
+  if command -v "$wanted" >/dev/null || [[ $wanted == /* && -e $wanted ]]; then return; fi
   local root=()
   [ "$(id -u)" -eq 0 ] || root=(sudo)
   if ! command -v apt-get >/dev/null; then

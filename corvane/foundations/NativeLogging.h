@@ -11,16 +11,22 @@ namespace Quillon::NativeLogging {
 /// a 32-bit integer, `%lu` a corvane::ulong. Any thread may call it at any time; no operation throws.
 class CORVANE_API ILogger {
 public:
+    /// Writes a line of any level; the library's reports come this way.
     virtual void logAtLevel(std::int32_t level, const corvane::wchar* format, ...) = 0;
+    /// Writes a text as it is.
     virtual void logProblem(const corvane::wchar* text) = 0;
+    /// Writes what has been done.
     virtual void logProgress(const corvane::wchar* format, ...) = 0;
+    /// Writes a single access.
     virtual void logTrace(const corvane::wchar* format, ...) = 0;
 
+    /// @cond
 protected:
     ILogger() = default;
     ILogger(const ILogger&) = default;
     ILogger& operator=(const ILogger&) = default;
     ~ILogger() = default;
+    /// @endcond
 };
 
 /// The kinds of line, the most urgent first: failure reports, explanations of a failed load, loads and
@@ -29,9 +35,9 @@ enum class Severity { report, problem, progress, trace };
 
 /// One finished line. The texts last as long as the call of the sink.
 struct LogLine {
-    corvane::wstring_view channel;
-    Severity severity;
-    corvane::wstring_view text;
+    corvane::wstring_view channel; ///< the name of the logger
+    Severity severity;             ///< the kind of line
+    corvane::wstring_view text;    ///< the finished text, without a line break
 };
 
 using LogSink = std::function<void(const LogLine&)>;

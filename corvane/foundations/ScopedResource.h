@@ -3,9 +3,10 @@
 
 namespace Quillon {
 
+/// The policy that does nothing.
 template <class Resource>
 struct NoOp {
-    void operator()(Resource) const noexcept {}
+    void operator()(Resource) const noexcept {} ///< nothing
 };
 
 /// Holds a resource for the length of a scope: applies `ObtainPolicy` at construction and `ReleasePolicy` at
@@ -13,6 +14,7 @@ struct NoOp {
 template <class Resource, class ReleasePolicy, class ObtainPolicy>
 class ScopedResource {
 public:
+    /// Obtains `held`.
     explicit ScopedResource(Resource held) : owned(true), resource(held) { ObtainPolicy()(resource); }
     ScopedResource(const ScopedResource&) = delete;
     ScopedResource& operator=(const ScopedResource&) = delete;
@@ -31,6 +33,7 @@ public:
         owned = true;
     }
 
+    /// What the guard holds.
     Resource Get() const { return resource; }
 
 private:

@@ -9,7 +9,9 @@ template <class T>
 class Singleton {
 public:
     Singleton() = default;
+    /// A copy of the derived object is no other singleton: nothing is copied here.
     Singleton(const Singleton&) {}
+    /// Changes nothing.
     Singleton& operator=(const Singleton&) { return *this; } // NOLINT(bugprone-unhandled-self-assignment)
 
     /// The process's one object, made at the first call and again at the first call after Delete; never null.
@@ -23,6 +25,6 @@ public:
 protected:
     virtual ~Singleton() = default;
 
-    static ThreadLock s_lock;
-    static T* volatile s_instance;
+    static ThreadLock s_lock;      ///< kept while the object is made or destroyed
+    static T* volatile s_instance; ///< the object, or null
 };

@@ -13,20 +13,26 @@ public:
     ThreadLock& operator=(const ThreadLock&) = delete;
     virtual ~ThreadLock();
 
+    /// Waits until no other thread holds the lock.
     void Obtain() noexcept;
+    /// Gives back what Obtain took, once.
     void Release() noexcept;
 
 private:
     corvane::platform::CRITICAL_SECTION m_section;
 };
 
+/// A scope guard's policy: obtains a lock.
 template <class Lock>
 struct ThreadLockObtain {
+    /// Waits for the lock.
     void operator()(Lock& lock) const noexcept { lock.Obtain(); }
 };
 
+/// A scope guard's policy: releases a lock.
 template <class Lock>
 struct ThreadLockRelease {
+    /// Gives the lock back.
     void operator()(Lock& lock) const noexcept { lock.Release(); }
 };
 

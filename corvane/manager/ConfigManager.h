@@ -27,13 +27,16 @@ class CORVANE_API ConfigManager {
 public:
     /// One tag of the cache.
     struct ConfigValue {
-        corvane::wstring value;
+        corvane::wstring value; ///< the text as it was loaded or written
         bool cacheOnly = false; ///< the value lives in the cache alone and the source does not hold it
     };
 
+    /// The order in which names are listed, without regard to letter case.
     using CaseInsensitiveLess = corvane::CaseInsensitiveLess;
 
+    /// The tags of one section of the cache.
     using TagMap = corvane::TagMap;
+    /// The sections of the cache.
     using SectionMap = corvane::SectionMap;
 
     /// An empty manager without a source.
@@ -41,13 +44,17 @@ public:
     /// A copy has a cache of its own and shares the source, which goes with its last owner. What one of them
     /// writes the other sees after a forced load only: to the shared source it is no change.
     ConfigManager(const ConfigManager&);
+    /// As the copy; lets go of the cache and source of before.
     ConfigManager& operator=(const ConfigManager&);
     ~ConfigManager();
 
     /// Makes a key: section, a colon, tag. A null part is left out; nothing is examined.
     corvane::wstring BuildKey(const corvane::wchar* section, const corvane::wchar* tag) const;
+    /// @overload
     corvane::wstring BuildKey(const corvane::wstring& section, const corvane::wstring& tag) const;
+    /// @overload
     corvane::wstring BuildKey(const corvane::wchar* section, const corvane::wstring& tag) const;
+    /// @overload
     corvane::wstring BuildKey(const corvane::wstring& section, const corvane::wchar* tag) const;
 
     /// The name of the loaded configuration or null; it lasts until the next successful load or Clear.
@@ -96,6 +103,7 @@ public:
     /// Adds the tag names of the key's section, `Section:`, at the end of `tags`, in the order of the cache.
     /// Returns its size; 0, with `tags` untouched, if there is no such section.
     std::size_t EnumerateTags(const corvane::wstring& key, std::list<corvane::wstring>& tags) const;
+    /// @overload
     std::size_t EnumerateTags(const corvane::wstring& key, std::vector<corvane::wstring>& tags) const;
 
     /// Copies the file under a name of its own and gives that name.

@@ -69,6 +69,7 @@ int ConfigManager::Initialize(const wchar* name, int reloadPolicy) {
     SectionMap preserved;
     PreserveCacheOnlyValues(preserved, m_cache, newName);
 
+    const platform::LoadScope onePicture;
     std::vector<wstring> sections;
     if (!newSource->EnumerateSections(sections))
         return FailLoad(CORVANE_TEXT("failed to get sections from new config source"), __LINE__);

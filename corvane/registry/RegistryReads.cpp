@@ -64,7 +64,7 @@ ulong Store(wstring_view text, wchar* buffer, ulong bufferSize) noexcept {
 
 ulong NumberOf(const FoundValue& value) noexcept {
     std::uint32_t number = 0;
-    std::memcpy(&number, value.data.get(), sizeof number);
+    std::memcpy(&number, value.data.get(), std::min<std::size_t>(value.size, sizeof number));
     if (value.type == REG_DWORD_BIG_ENDIAN)
         number = number << 24 | (number & 0xFF00) << 8 | (number >> 8 & 0xFF00) | number >> 24;
     return number;
@@ -111,10 +111,9 @@ corvane::ulong registry_readNumber(void* key, const wchar* subKey, const wchar* 
         if (const RegistryKey opened = RegistryKey::OpenForReading(KeyAddress::Of(key, subKey), flags))
             value = FindValue(opened, valueName, REG_DWORD, REG_DWORD_BIG_ENDIAN);
     }
-    const bool isNumber = value.data && value.size >= sizeof(std::uint32_t);
     if (found)
-        *found = isNumber ? 1 : 0;
-    return isNumber ? NumberOf(value) : defaultValue;
+        *found = value.data ? 1 : 0;
+    return value.data ? NumberOf(value) : defaultValue;
 }
 
 bool registry_readUserNumericValue(const wchar* path, const wchar* valueName, corvane::ulong* value,

@@ -13,7 +13,9 @@
 class CORVANE_API IConfigSource {
 public:
     IConfigSource();
+    /// A copy has seen the store when the original did.
     IConfigSource(const IConfigSource&);
+    /// As the copy.
     IConfigSource& operator=(const IConfigSource&);
     virtual ~IConfigSource();
 
@@ -65,11 +67,12 @@ public:
 
     /// How many attempts a write to the store may take, one second apart; at least one is made. 30 at first.
     virtual void SetWriteRetries(std::uint32_t count) = 0;
+    /// The present count.
     virtual std::uint32_t GetWriteRetries() = 0;
 
     /// The store's modification time as the source last saw it, in seconds since 1970 UTC; 0 if it never did.
     std::int64_t GetModifyTime() const;
 
 protected:
-    std::int64_t m_modifyTime = 0;
+    std::int64_t m_modifyTime = 0; ///< what GetModifyTime gives
 };

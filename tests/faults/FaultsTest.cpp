@@ -99,7 +99,7 @@ protected:
         for (auto at = fs::recursive_directory_iterator(Path("t")); at != fs::end(at); ++at) {
             const std::string name = at->path().filename();
             const bool isLeftover =
-                name == ".deleted" || (name.front() == '.' && at->path().extension() == ".tmp");
+                name.rfind(".deleted", 0) == 0 || (name.front() == '.' && at->path().extension() == ".tmp");
             m_leftovers += isLeftover ? 1 : 0;
             if (isLeftover)
                 at.disable_recursion_pending();

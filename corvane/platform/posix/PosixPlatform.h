@@ -7,10 +7,15 @@
 
 #include <cstdarg>
 #include <cstddef>
+#include <memory>
 #include <sys/stat.h>
 #include <type_traits>
 
 struct __utimbuf64;
+
+namespace corvane::posix {
+class ProfileRun;
+}
 
 namespace corvane::platform {
 
@@ -56,6 +61,21 @@ int _wutime64(const wchar* path, const __utimbuf64* times) noexcept;
 /// Copies content and permissions. The target appears whole or not at all; with `failIfExists` an existing
 /// target is left alone (ERROR_FILE_EXISTS). Non-zero on success.
 int CopyFileW(const wchar* from, const wchar* to, int failIfExists) noexcept;
+
+/// While it lives, those reads of this thread that go through a file as a load does, from the list of
+/// sections on, are answered from one picture of the file. Other reads look at the file themselves. Scopes
+/// may nest.
+class LoadScope {
+public:
+    LoadScope();
+    LoadScope(const LoadScope&) = delete;
+    LoadScope& operator=(const LoadScope&) = delete;
+    ~LoadScope();
+
+private:
+    std::unique_ptr<posix::ProfileRun> m_run;
+    posix::ProfileRun* m_outer;
+};
 
 /// Reads from a private-profile file: a value, with a null tag the section's tag names, with a null section
 /// all section names. Results and truncation are those of the real operation; 0 with the reason in

@@ -78,4 +78,10 @@ int _vsnwprintf(wchar* buffer, std::size_t count, const wchar* format, std::va_l
 /// the file could never give back, the length of a text included.
 int WritePrivateProfileStringA(const char* section, const char* tag, const char* value, const char* file);
 
+/// Where a load is one picture of its file. The real operations look at the file for each read.
+class LoadScope {
+public:
+    LoadScope() noexcept {} // NOLINT: not trivial, so that the scope counts as used
+};
+
 } // namespace corvane::platform

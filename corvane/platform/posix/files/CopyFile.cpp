@@ -6,7 +6,6 @@
 #include <corvane/platform/posix/files/ReadFile.h>
 #include <corvane/platform/posix/files/TemporaryFile.h>
 #include <corvane/platform/posix/files/WriteFile.h>
-#include <corvane/platform/posix/profile/ProfileRun.h>
 
 #include <cerrno>
 #include <exception>
@@ -106,7 +105,6 @@ ulong Copy(const std::string& from, const std::string& to, bool failIfExists) {
 int platform::CopyFileW(const wchar* from, const wchar* to, int failIfExists) noexcept {
     ulong error = ERROR_NOT_ENOUGH_MEMORY;
     try {
-        ProfileRun::OfThisThread().End(); // what this thread reads from now on is the file as it is then
         error = from && to ? Copy(ToUtf8(from), ToUtf8(to), failIfExists != 0) : ERROR_INVALID_PARAMETER;
     } catch (const std::exception&) {
         // Only memory can be lacking.

@@ -76,6 +76,13 @@ void ProfileCache::Forget(const char* path) {
         displaced.splice(displaced.begin(), m_entries, old);
 }
 
+void ProfileCache::Forget(const char* path, const Profile& profile) {
+    std::list<Entry> displaced;
+    const std::lock_guard guard(m_lock);
+    if (const auto old = Position(path); old != m_entries.end() && old->profile == profile)
+        displaced.splice(displaced.begin(), m_entries, old);
+}
+
 std::list<ProfileCache::Entry>::iterator ProfileCache::Position(const char* path) {
     return std::find_if(m_entries.begin(), m_entries.end(),
                         [path](const Entry& entry) { return entry.path == path; });

@@ -24,8 +24,8 @@ public:
     /// Gives the profile at `path` (UTF-8). Returns ERROR_SUCCESS, or the reason with `profile` untouched.
     ulong Load(const char* path, std::shared_ptr<const ProfileIndex>& profile);
 
-    /// Lets go of what is kept for `path`.
-    void Forget(const char* path);
+    /// Lets go of what is kept for `path`, if it is `profile`.
+    void Forget(const char* path, const std::shared_ptr<const ProfileIndex>& profile);
 
 private:
     using Profile = std::shared_ptr<const ProfileIndex>;
@@ -47,6 +47,7 @@ private:
 
     Found Find(const char* path, const FileStamp& stamp);
     void Keep(Entry entry);
+    void Forget(const char* path);
     std::list<Entry>::iterator Position(const char* path);
 
     std::mutex m_lock;

@@ -46,14 +46,19 @@ void ProfileIndex::TakeLines() {
     m_lines.shrink_to_fit();
 }
 
+// Each chain is in the order of the file, so that the first of two is found that only another locale holds
+// equal.
 void ProfileIndex::LinkSections() {
     m_sectionBuckets.assign(m_sections.size(), none);
-    for (std::size_t i = 0; i < m_sections.size(); ++i) {
-        Section& section = m_sections[i];
-        const std::string_view name = Text(section.name);
-        section.next = FindSection(name) ? shadowed
-                                         : std::exchange(m_sectionBuckets[SectionBucket(name)],
-                                                         static_cast<std::uint32_t>(i));
+    for (std::uint32_t at = 0; at < m_sections.size(); ++at) {
+        const std::string_view name = Text(m_sections[at].name);
+        std::uint32_t* link = &m_sectionBuckets[SectionBucket(name)];
+        while (*link != none && !SameName(Text(m_sections[*link].name), name))
+            link = &m_sections[*link].next;
+        if (*link == none)
+            *link = at;
+        else
+            m_sections[at].next = shadowed;
     }
 }
 
@@ -61,13 +66,22 @@ void ProfileIndex::LinkTags() {
     m_tagBuckets.assign(m_lines.size(), none);
     for (const Section& section : m_sections) {
         for (std::uint32_t at = section.firstLine; at < section.endLine; ++at) {
-            Line& line = m_lines[at];
-            if (line.name.size == 0)
+            if (m_lines[at].name.size == 0)
                 continue;
-            std::uint32_t& bucket = m_tagBuckets[TagBucket(section, Text(line.name))];
-            line.next = FindIn(bucket, section, Text(line.name)) ? shadowed : std::exchange(bucket, at);
+            const std::string_view name = Text(m_lines[at].name);
+            std::uint32_t* link = &m_tagBuckets[TagBucket(section, name)];
+            while (*link != none && !IsTag(*link, section, name))
+                link = &m_lines[*link].next;
+            if (*link == none)
+                *link = at;
+            else
+                m_lines[at].next = shadowed;
         }
     }
+}
+
+bool ProfileIndex::IsTag(std::uint32_t line, const Section& section, std::string_view name) const noexcept {
+    return line >= section.firstLine && line < section.endLine && SameName(Text(m_lines[line].name), name);
 }
 
 const ProfileIndex::Section* ProfileIndex::FindSection(std::string_view name) const noexcept {
@@ -83,14 +97,8 @@ const ProfileIndex::Section* ProfileIndex::FindSection(std::string_view name) co
 const ProfileIndex::Line* ProfileIndex::FindTag(const Section& section, std::string_view tag) const noexcept {
     if (tag.empty() || m_lines.empty())
         return nullptr;
-    return FindIn(m_tagBuckets[TagBucket(section, tag)], section, tag);
-}
-
-const ProfileIndex::Line* ProfileIndex::FindIn(std::uint32_t bucket, const Section& section,
-                                               std::string_view tag) const noexcept {
-    for (std::uint32_t at = bucket; at != none; at = m_lines[at].next) {
-        const bool inSection = at >= section.firstLine && at < section.endLine;
-        if (inSection && SameName(Text(m_lines[at].name), tag))
+    for (std::uint32_t at = m_tagBuckets[TagBucket(section, tag)]; at != none; at = m_lines[at].next) {
+        if (IsTag(at, section, tag))
             return &m_lines[at];
     }
     return nullptr;

@@ -67,7 +67,7 @@ private:
     void TakeLines();
     void LinkSections();
     void LinkTags();
-    const Line* FindIn(std::uint32_t bucket, const Section& section, std::string_view tag) const noexcept;
+    bool IsTag(std::uint32_t line, const Section& section, std::string_view name) const noexcept;
     Span SpanOf(std::string_view piece) const noexcept;
     std::size_t SectionBucket(std::string_view name) const noexcept;
     std::size_t TagBucket(const Section& section, std::string_view tag) const noexcept;

@@ -1,46 +1,21 @@
+#include <corvane/platform/posix/PosixPlatform.h>
 #include <corvane/platform/posix/profile/ProfileCache.h>
 #include <corvane/platform/posix/profile/ProfileRun.h>
 
-#include <ctime>
 #include <utility>
 
 namespace corvane::posix {
-namespace {
 
-// Moves every few milliseconds, and costs a quarter of what the exact clock does.
-std::int64_t Now() noexcept {
-    timespec time{};
-    ::clock_gettime(CLOCK_MONOTONIC_COARSE, &time);
-    return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
-}
-
-} // namespace
-
-ProfileRun& ProfileRun::OfThisThread() {
-    thread_local ProfileRun run;
+ProfileRun*& ProfileRun::OfThisThread() noexcept {
+    thread_local ProfileRun* run = nullptr;
     return run;
 }
 
-// The pause leaves room for a load that has to wait for the processor.
-bool ProfileRun::IsPrompt() noexcept {
-    constexpr std::int64_t longestPause = 20'000'000;
-    const std::int64_t now = Now();
-    return now - std::exchange(m_time, now) <= longestPause;
-}
-
-bool ProfileRun::IsCurrent(const Profile& profile) const {
-    Profile current;
-    return ProfileCache::Instance().Load(m_file.c_str(), current) == 0 && current == profile;
-}
-
 ProfileRun::Profile ProfileRun::Continue(const char* file, const char* section, const char* tag) {
-    if (!file || !section || m_file != file)
+    if (!m_profile || !file || !section || m_file != file)
         return nullptr;
-    Profile profile = m_profile.lock();
-    if (!profile || !(IsPrompt() || IsCurrent(profile)))
-        return nullptr;
-    const bool follows = tag ? StepToTag(*profile, section, tag) : StepToList(*profile, section);
-    return follows ? profile : nullptr;
+    const bool follows = tag ? StepToTag(*m_profile, section, tag) : StepToList(*m_profile, section);
+    return follows ? m_profile : nullptr;
 }
 
 void ProfileRun::Begin(const char* file, const Profile& profile) {
@@ -49,18 +24,19 @@ void ProfileRun::Begin(const char* file, const Profile& profile) {
     m_place = nullptr;
     m_section = nullptr;
     m_line = nullptr;
-    m_time = Now();
+    m_answer = nullptr;
 }
 
 void ProfileRun::Answered(const ProfileIndex& profile, bool cut) {
     m_cut = cut;
     if (cut || (m_section && NextTag(profile)) || NextSection(profile))
         return;
-    m_profile.reset();
-    ProfileCache::Instance().Forget(m_file.c_str());
+    ProfileCache::Instance().Forget(m_file.c_str(), m_profile);
+    End();
 }
 
-// A section or tag that has the name of one before it gives what that one holds.
+// A section or tag that has the name of one before it gives what that one holds. In another locale than the
+// one that the file was parsed in, there may be no such one.
 bool ProfileRun::StepToList(const ProfileIndex& profile, const char* section) noexcept {
     const bool again = m_cut && m_section && !m_line;
     if (!again && m_section && NextTag(profile))
@@ -68,9 +44,13 @@ bool ProfileRun::StepToList(const ProfileIndex& profile, const char* section) no
     const Section* const next = again ? m_place : NextSection(profile);
     if (!next || profile.Text(next->name) != section)
         return false;
+    const Section* const first = next->IsShadowed() ? profile.FindSection(section) : next;
+    if (!first)
+        return false;
     m_place = next;
-    m_section = next->IsShadowed() ? profile.FindSection(section) : next;
+    m_section = first;
     m_line = nullptr;
+    m_answer = nullptr;
     return true;
 }
 
@@ -81,11 +61,8 @@ bool ProfileRun::StepToTag(const ProfileIndex& profile, const char* section, con
     if (!next || profile.Text(next->name) != tag)
         return false;
     m_line = next;
-    return true;
-}
-
-const ProfileRun::Line* ProfileRun::CurrentLine(const ProfileIndex& profile) const noexcept {
-    return m_line && m_line->IsShadowed() ? profile.FindTag(*m_section, profile.Text(m_line->name)) : m_line;
+    m_answer = next->IsShadowed() ? profile.FindTag(*m_section, tag) : next;
+    return m_answer != nullptr;
 }
 
 const ProfileRun::Line* ProfileRun::NextTag(const ProfileIndex& profile) const noexcept {
@@ -104,3 +81,15 @@ const ProfileRun::Section* ProfileRun::NextSection(const ProfileIndex& profile) 
 }
 
 } // namespace corvane::posix
+
+namespace corvane::platform {
+
+LoadScope::LoadScope()
+    : m_run(std::make_unique<posix::ProfileRun>()),
+      m_outer(std::exchange(posix::ProfileRun::OfThisThread(), m_run.get())) {}
+
+LoadScope::~LoadScope() {
+    posix::ProfileRun::OfThisThread() = m_outer;
+}
+
+} // namespace corvane::platform

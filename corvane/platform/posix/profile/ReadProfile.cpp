@@ -134,7 +134,7 @@ ulong Answer(ProfileRun& run, const ProfileIndex& profile, char* buffer, ulong s
     ulong result = 0;
     if (!run.CurrentSection())
         result = ListSections(profile, buffer, size);
-    else if (const Line* const line = run.CurrentLine(profile))
+    else if (const Line* const line = run.CurrentLine())
         result = CopyText(WithoutQuotes(profile.Text(line->value)), buffer, size);
     else
         result = ListTags(profile, *run.CurrentSection(), buffer, size);
@@ -157,18 +157,22 @@ ulong platform::GetPrivateProfileStringA(const char* section, const char* tag, c
                                          char* buffer, ulong size, const char* file) {
     if (!buffer || size == 0)
         return 0;
-    ProfileRun& run = ProfileRun::OfThisThread();
-    if (const auto profile = run.Continue(file, section, tag))
-        return Answer(run, *profile, buffer, size);
-    run.End();
+    ProfileRun* const run = ProfileRun::OfThisThread();
+    if (run) {
+        if (const auto profile = run->Continue(file, section, tag))
+            return Answer(*run, *profile, buffer, size);
+        run->End();
+    }
     const bool isList = !section || !tag;
     const auto profile = OpenProfile(file);
     if (!profile)
         return NothingThere(defaultText, isList, buffer, size);
-    if (!section) {
-        run.Begin(file, profile);
-        return Answer(run, *profile, buffer, size);
+    if (!section && run) {
+        run->Begin(file, profile);
+        return Answer(*run, *profile, buffer, size);
     }
+    if (!section)
+        return ListSections(*profile, buffer, size);
     const Section* const found = SectionOf(*profile, section);
     if (!found)
         return NothingThere(defaultText, isList, buffer, size);

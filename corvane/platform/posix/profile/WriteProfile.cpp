@@ -4,7 +4,6 @@
 #include <corvane/platform/posix/files/FileUpdate.h>
 #include <corvane/platform/posix/profile/EditProfile.h>
 #include <corvane/platform/posix/profile/ProfileLine.h>
-#include <corvane/platform/posix/profile/ProfileRun.h>
 
 #include <optional>
 #include <stdexcept>
@@ -49,7 +48,6 @@ OptionalText Name(const char* text) noexcept {
 
 int platform::WritePrivateProfileStringA(const char* section, const char* tag, const char* value,
                                          const char* file) {
-    ProfileRun::OfThisThread().End(); // what this thread reads from now on is the file as it is then
     if (value)
         RefuseUnreadable(section, tag, value);
     ulong error = ERROR_SUCCESS;

@@ -1,4 +1,3 @@
-#include <corvane/foundations/CaseFolding.h>
 #include <corvane/platform/posix/Errors.h>
 #include <corvane/platform/posix/files/TemporaryFile.h>
 #include <corvane/platform/posix/registry/FolderEntries.h>
@@ -90,7 +89,7 @@ ulong FindParts(const SharedFolder& folder, Parts::const_iterator part, KeyFolde
     NamePart other;
     while (const char* entry = entries.Next()) {
         if (entry == exact || !ParseFolderName(entry, other) || other.isLast != part->isLast ||
-            other.text.size() != part->text.size() || CompareIgnoringCase(other.text, part->text) != 0)
+            other.text.size() != part->text.size() || CompareKeyNames(other.text, part->text) != 0)
             continue;
         if (const ulong error = FindBehind(folder, entry, part, found); error != ERROR_FILE_NOT_FOUND)
             return error;
@@ -180,7 +179,7 @@ ulong ListSubkeys(const KeyFolder& key, std::vector<wstring>& names) {
     if (const ulong error = AppendNames(key.Get(), wstring(), names))
         return error;
     std::sort(names.begin(), names.end(),
-              [](const wstring& a, const wstring& b) { return CompareIgnoringCase(a, b) < 0; });
+              [](const wstring& a, const wstring& b) { return CompareKeyNames(a, b) < 0; });
     return ERROR_SUCCESS;
 }
 

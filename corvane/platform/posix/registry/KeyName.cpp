@@ -1,6 +1,9 @@
+#include <corvane/foundations/CaseFolding.h>
 #include <corvane/foundations/Utf.h>
+#include <corvane/platform/posix/PosixPlatform.h>
 #include <corvane/platform/posix/registry/KeyName.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 
@@ -65,6 +68,18 @@ std::vector<NamePart> PartsOf(wstring_view keyName) {
         keyName.remove_prefix(units);
     }
     return parts;
+}
+
+int CompareKeyNames(wstring_view a, wstring_view b) noexcept {
+    const auto lower = [](wchar unit) {
+        return unit < 0x80 ? FoldCase(unit) : platform::LowerInvariant(unit);
+    };
+    const std::size_t common = std::min(a.size(), b.size());
+    for (std::size_t i = 0; i < common; ++i) {
+        if (const int difference = lower(a[i]) - lower(b[i]))
+            return difference;
+    }
+    return a.size() == b.size() ? 0 : a.size() < b.size() ? -1 : 1;
 }
 
 std::string FolderNameOf(const NamePart& part) {

@@ -20,6 +20,11 @@ struct NamePart {
 
 std::vector<NamePart> PartsOf(wstring_view keyName);
 
+/// Below zero, zero or above zero as `a` sorts before, with or behind `b` by their lower-cased code units. It
+/// does not depend on the locale: the tree is shared with other processes. Holds for the names of keys and
+/// values.
+int CompareKeyNames(wstring_view a, wstring_view b) noexcept;
+
 /// At most 243 bytes, without '/' or NUL, and with no '.' at its front: those names are for our own files.
 std::string FolderNameOf(const NamePart& part);
 

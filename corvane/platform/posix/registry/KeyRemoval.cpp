@@ -16,6 +16,7 @@ namespace {
 // Where a deleted key goes in one step, before its files do. A process that dies between leaves a folder
 // which no key name can reach; the next deletion in that place clears it away.
 constexpr const char* graveyard = ".deleted";
+constexpr int mostGraves = 100;
 constexpr int deepestLeftover = 32;
 
 // Files and folders that begin with '.' are our own, and so is what holds only parts of long names. Anything
@@ -72,10 +73,17 @@ ulong RemoveSubkey(const KeyFolder& key, wstring_view name) {
         return error;
     if (const ulong error = CheckRemovable(subkey))
         return error;
-    RemoveLeftovers(key.Get(), graveyard, 0);
-    if (::renameat(subkey.parent->Get(), subkey.entry.c_str(), key.Get(), graveyard) != 0)
-        return KeyError(errno);
-    RemoveLeftovers(key.Get(), graveyard, 0);
+    for (int number = 0;; ++number) {
+        const std::string grave = graveyard + std::to_string(number);
+        RemoveLeftovers(key.Get(), grave.c_str(), 0);
+        if (::renameat(subkey.parent->Get(), subkey.entry.c_str(), key.Get(), grave.c_str()) == 0) {
+            RemoveLeftovers(key.Get(), grave.c_str(), 0);
+            break;
+        }
+        // What was put there by somebody, or cannot be read, stays, and the next number serves.
+        if ((errno != ENOTEMPTY && errno != EEXIST) || number == mostGraves)
+            return KeyError(errno);
+    }
     FlushFolder(subkey.parent->Get());
     FlushFolder(key.Get());
     return ERROR_SUCCESS;

@@ -1,5 +1,5 @@
-#include <corvane/foundations/CaseFolding.h>
 #include <corvane/platform/posix/PosixRegistry.h>
+#include <corvane/platform/posix/registry/KeyName.h>
 #include <corvane/platform/posix/registry/ValuesText.h>
 
 #include <algorithm>
@@ -227,7 +227,7 @@ void PrintData(const RegistryValue& value, std::string& out) {
 
 RegistryValue* RegistryValues::Find(wstring_view name) noexcept {
     const auto found = std::find_if(values.begin(), values.end(), [&](const RegistryValue& value) {
-        return CompareIgnoringCase(value.name, name) == 0;
+        return CompareKeyNames(value.name, name) == 0;
     });
     return found == values.end() ? nullptr : &*found;
 }

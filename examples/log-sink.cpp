@@ -1,0 +1,30 @@
+// Sends the library's log where the program's own goes: log-sink FILE
+#include <corvane/comfort.h>
+#include <corvane/config.h>
+
+#include <iostream>
+#include <mutex>
+
+using namespace Quillon::NativeLogging;
+
+int main(int count, char** arguments) {
+    if (count != 2)
+        return 1;
+    std::mutex mutex; // lines may come from several threads at once
+    LoggerRegistry::setThreshold(Severity::progress);
+    LoggerRegistry::setSink([&mutex](const LogLine& line) {
+        static constexpr const char* kinds[] = {"ERROR", "ERROR", "INFO", "DEBUG"};
+        const std::lock_guard lock(mutex);
+        const std::string text = corvane::ToUtf8(line.text);
+        std::cout << kinds[static_cast<int>(line.severity)] << ' ' << corvane::ToUtf8(line.channel) << ": "
+                  << text.substr(0, text.find(" line: ")) << '\n';
+    });
+
+    ConfigManager config;
+    const bool loaded = corvane::Load(config, arguments[1]);
+    const bool found = corvane::Exists(config, "Server:Port"); // this one never logs
+    corvane::Get<int>(config, "Server:NotThere");
+    corvane::Set(config, "NoColonHere", 1);
+    LoggerRegistry::setSink({}); // before the mutex goes
+    return loaded && found ? 0 : 1;
+}

@@ -1,0 +1,36 @@
+// Changes settings, all or none, and shows that they are in the file at once: write-through FILE
+#include <corvane/comfort.h>
+
+#include <iostream>
+
+namespace {
+
+bool MoveServer(ConfigManager& config, const std::string& address, int port) {
+    corvane::SnapshotGuard guard(config);
+    if (!guard || !corvane::Set(config, "Server:Address", address) ||
+        !corvane::Set(config, "Server:Port", port))
+        return false; // the guard takes back what was written
+    guard.Keep();
+    return true;
+}
+
+void Show(const char* file) {
+    ConfigManager other; // as another program sees it
+    corvane::Load(other, file);
+    std::cout << corvane::Get(other, "Server:Address", "?") << ':' << corvane::Get(other, "Server:Port", 0)
+              << '\n';
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+    ConfigManager config;
+    if (count != 2 || !corvane::Load(config, arguments[1]))
+        return 1;
+    if (!MoveServer(config, "192.0.2.7", 9443))
+        return 1;
+    Show(arguments[1]);
+    const bool refused = !MoveServer(config, "two\nlines", 1);
+    Show(arguments[1]);
+    return refused ? 0 : 1;
+}
