@@ -5,8 +5,9 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <posix/TemporaryFolder.h>
 #include <string>
+#include <support/TemporaryFolder.h>
+#include <tuple>
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
@@ -14,6 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 namespace fuzz {
 
 using corvane::wstring;
+using corvane::test::Bytes;
 
 /// The input, taken from the front. What is not there any more is zero or empty.
 class Input {
@@ -42,38 +44,21 @@ private:
 };
 
 inline void Require(bool holds, const char* rule) {
-    if (holds)
-        return;
-    std::fprintf(stderr, "broken: %s\n", rule);
-    std::abort();
+    if (!holds) {
+        std::fprintf(stderr, "broken: %s\n", rule);
+        std::abort();
+    }
 }
 
 inline const corvane::test::TemporaryFolder& Folder() {
     static const corvane::test::TemporaryFolder folder;
-    static const bool quiet = [] {
-        Quillon::NativeLogging::LoggerRegistry::setSink(
-            [](const auto& line) { Require(!line.text.empty(), "a line has a text"); });
-        return true;
-    }();
-    static_cast<void>(quiet);
+    Quillon::NativeLogging::LoggerRegistry::setSink(
+        [](const auto& line) { Require(!line.text.empty(), "a line has a text"); });
     return folder;
 }
 
-inline std::string Bytes(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-/// One tag of a manager's cache, or with an empty tag a section.
-struct Entry {
-    wstring section;
-    wstring tag;
-    wstring value;
-
-    bool operator==(const Entry& other) const {
-        return section == other.section && tag == other.tag && value == other.value;
-    }
-};
+/// Section, tag and value of one tag of a manager's cache, or with an empty tag a section.
+using Entry = std::tuple<wstring, wstring, wstring>;
 
 /// All that a manager lists and answers, in its order. Sections with a colon, which no key reaches, go
 /// without tags.
@@ -82,7 +67,7 @@ inline std::vector<Entry> StateOf(ConfigManager& manager) {
     std::vector<wstring> sections;
     manager.EnumerateSubKeys(sections);
     for (const wstring& section : sections) {
-        state.push_back({section, {}, {}});
+        state.emplace_back(section, wstring(), wstring());
         std::vector<wstring> tags;
         if (section.find(u':') == wstring::npos)
             manager.EnumerateTags(manager.BuildKey(section, wstring()), tags);
@@ -90,10 +75,23 @@ inline std::vector<Entry> StateOf(ConfigManager& manager) {
             wstring value;
             const wstring key = manager.BuildKey(section, tag);
             Require(manager.Exists(key) && manager.GetValue(key, value) == 0, "what is listed can be read");
-            state.push_back({section, tag, value});
+            state.emplace_back(section, tag, value);
         }
     }
     return state;
+}
+
+inline std::string Trimmed(std::string text) {
+    text.erase(text.find_last_not_of(" \t") + 1);
+    return text.erase(0, std::min(text.find_first_not_of(" \t"), text.size()));
+}
+
+/// What a written value is read back as.
+inline std::string AsRead(std::string value) {
+    value = Trimmed(value.erase(0, std::min(value.find_first_not_of(" \t\r\n\v\f"), value.size())));
+    const bool quoted =
+        value.size() > 1 && value.front() == value.back() && (value[0] == '"' || value[0] == '\'');
+    return quoted ? value.substr(1, value.size() - 2) : value;
 }
 
 } // namespace fuzz

@@ -27,12 +27,6 @@ const char* const sectionNames[] = {"Mail", "MAIL", "Extra", "Gone", "_$CACHE$_"
 const char* const tagNames[] = {"Port", "PORT", "Host", "x", ""};
 const char* const values[] = {"1", "two words", " blank ", "\"quoted\"", "", "' q'"};
 
-std::string AsRead(std::string text) {
-    text.erase(text.find_last_not_of(' ') + 1).erase(0, text.find_first_not_of(' '));
-    const bool quoted = text.size() > 1 && text.front() == text.back() && (text[0] == '"' || text[0] == '\'');
-    return quoted ? text.substr(1, text.size() - 2) : text;
-}
-
 /// What the manager and its files have to be, by the rules.
 class Model {
 public:
@@ -87,22 +81,20 @@ public:
         Sections fresh;
         for (const auto& [section, tags] : files[file]) {
             fresh[section];
-            for (const auto& [tag, value] : tags) {
+            for (const auto& [tag, value] : tags)
                 if (!AsRead(value.text).empty())
                     fresh[section][tag].text = AsRead(value.text);
-            }
         }
         const auto alone = file == loaded ? cache.end() : cache.find(reserved);
         for (const auto& [section, tags] : cache) {
             if (alone != cache.end() && section != alone->first)
                 continue;
-            if (section == reserved && !fresh.count(section))
-                fresh[section] = tags;
-            else if (section != reserved && fresh.count(section))
-                for (const auto& [tag, value] : tags) {
-                    if (value.cacheOnly || alone != cache.end())
-                        fresh[section].emplace(tag, value);
-                }
+            if (section == reserved ? fresh.count(section) : !fresh.count(section))
+                continue;
+            for (const auto& [tag, value] : tags) {
+                if (section == reserved || value.cacheOnly || alone != cache.end())
+                    fresh[section].emplace(tag, value);
+            }
         }
         cache = std::move(fresh);
         loaded = file;
@@ -110,19 +102,13 @@ public:
         return true;
     }
 
-    void Clear() {
-        cache.clear();
-        cacheOnly = {reserved};
-        loaded = -1;
-    }
-
     std::vector<Entry> State() const {
         std::vector<Entry> state;
         for (const auto& [section, tags] : cache) {
-            state.push_back({corvane::ToWide(section), {}, {}});
+            state.emplace_back(corvane::ToWide(section), wstring(), wstring());
             for (const auto& [tag, value] : tags)
-                state.push_back(
-                    {corvane::ToWide(section), corvane::ToWide(tag), corvane::ToWide(value.text)});
+                state.emplace_back(corvane::ToWide(section), corvane::ToWide(tag),
+                                   corvane::ToWide(value.text));
         }
         return state;
     }
@@ -207,7 +193,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
             if (!wanted) // whether that shows depends on the second in which it happened
                 putFile(static_cast<std::size_t>(model.loaded), content);
         } else if (tag.empty()) {
-            model.Clear();
+            model.cache.clear();
+            model.cacheOnly = {reserved};
+            model.loaded = -1;
             manager.Clear();
         }
         Require((result == 0) == wanted, "the result is that of the rules");
@@ -217,11 +205,12 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     for (const auto& [name, content] : snapshots)
         std::filesystem::remove(corvane::ToUtf8(name));
     for (int file = 0; file < 2; ++file) {
-        manager.Clear();
-        model.Clear();
-        const bool loads = model.Load(file, true);
-        Require((manager.Update(corvane::ToWide(paths[file]).c_str(), -1) == 0) == loads &&
-                    StateOf(manager) == model.State(),
+        ConfigManager reader;
+        Model fresh;
+        fresh.files[file] = model.files[file];
+        const bool loads = fresh.Load(file, true);
+        Require((reader.Update(corvane::ToWide(paths[file]).c_str(), -1) == 0) == loads &&
+                    StateOf(reader) == fresh.State(),
                 "the file is that of the rules");
     }
     return 0;

@@ -1,11 +1,11 @@
 // A test with a folder of its own, and the few looks at files and processes that the tests of writing share.
 #pragma once
 
+#include "support/TemporaryFolder.h"
+
 #include <cstdio>
 #include <functional>
 #include <gtest/gtest.h>
-#include <iterator>
-#include <posix/TemporaryFolder.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -23,18 +23,13 @@ protected:
     }
 
     std::size_t EntryCount(const std::string& folder = ".") const {
-        const std::filesystem::directory_iterator entries(Path(folder));
+        const fs::directory_iterator entries(Path(folder));
         return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
     }
 
 private:
     TemporaryFolder m_folder;
 };
-
-inline std::string Bytes(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 inline struct stat StatusOf(const std::string& path) {
     struct stat status {};

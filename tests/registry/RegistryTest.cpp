@@ -11,221 +11,184 @@ namespace {
 
 using namespace platform;
 
+/// A wide text of a call, or null.
+class Wide {
+public:
+    Wide(const char* text) : m_isNull(!text), m_text(ToWide(text ? text : "")) {}
+    operator const wchar*() const { return m_isNull ? nullptr : m_text.c_str(); }
+
+private:
+    bool m_isNull;
+    wstring m_text;
+};
+
 class Registry : public TemporaryRegistry {
 protected:
-    static wstring ReadText(const wchar* path, const wchar* name, const wchar* fallback = CORVANE_TEXT("-")) {
+    static std::string ReadText(const Wide& path, const Wide& name, const Wide& fallback = "-") {
         wchar buffer[64] = CORVANE_TEXT("before");
         registry_readString(nullptr, path, name, fallback, buffer, 64);
-        return buffer;
+        return ToUtf8(buffer);
+    }
+    static int WriteText(const Wide& path, const Wide& name, const Wide& text) {
+        return registry_writeString(nullptr, path, name, text);
+    }
+    static int WriteNumber(const Wide& path, ulong number, HKEY key = nullptr) {
+        return registry_writeNumber(key, path, Wide("n"), number);
+    }
+    static HKEY CreateApp() {
+        HKEY key = nullptr;
+        EXPECT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, Wide("App"), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+                                  &key, nullptr),
+                  0);
+        return key;
     }
 };
 
 TEST_F(Registry, FindsAKeyByEveryFormOfItsPath) {
-    ASSERT_EQ(registry_writeString(nullptr, CORVANE_TEXT("HKEY_LOCAL_MACHINE\\Software\\App"),
-                                   CORVANE_TEXT("Name"), CORVANE_TEXT("machine")),
-              0);
-    ASSERT_EQ(registry_writeString(nullptr, CORVANE_TEXT("\\Software\\App"), CORVANE_TEXT("Name"),
-                                   CORVANE_TEXT("user")),
-              0);
-    ASSERT_EQ(registry_writeString(nullptr, CORVANE_TEXT("HKEY_USERS"), CORVANE_TEXT("Name"),
-                                   CORVANE_TEXT("users")),
-              0);
-    ASSERT_EQ(registry_writeString(nullptr, CORVANE_TEXT("HKEY_CLASSES_ROOT\\.txt"), CORVANE_TEXT(""),
-                                   CORVANE_TEXT("text")),
-              0);
+    ASSERT_EQ(WriteText("HKEY_LOCAL_MACHINE\\Software\\App", "Name", "machine"), 0);
+    ASSERT_EQ(WriteText("\\Software\\App", "Name", "user"), 0);
+    ASSERT_EQ(WriteText("HKEY_USERS", "Name", "users"), 0);
+    ASSERT_EQ(WriteText("HKEY_CLASSES_ROOT\\.txt", "", "text"), 0);
     static const struct {
-        const wchar* path;
-        const wchar* name;
-        const wchar* expected;
-    } rows[] = {
-        {CORVANE_TEXT("HKEY_LOCAL_MACHINE\\Software\\App"), CORVANE_TEXT("Name"), CORVANE_TEXT("machine")},
-        {CORVANE_TEXT("hkey_local_machine\\SOFTWARE\\aPP"), CORVANE_TEXT("nAME"), CORVANE_TEXT("machine")},
-        {CORVANE_TEXT("HKEY_L\\Software\\App\\"), CORVANE_TEXT("Name"), CORVANE_TEXT("machine")},
-        {CORVANE_TEXT("HKEY_L\\Software\\\\App"), CORVANE_TEXT("Name"), CORVANE_TEXT("machine")},
-        {CORVANE_TEXT("HKEY_CURRENT\\Software\\App"), CORVANE_TEXT("Name"), CORVANE_TEXT("user")},
-        {CORVANE_TEXT("H\\Software\\App"), CORVANE_TEXT("Name"), CORVANE_TEXT("user")},
-        {CORVANE_TEXT("\\Software\\App"), CORVANE_TEXT("Name"), CORVANE_TEXT("user")},
-        {CORVANE_TEXT("HKEY_USERS"), CORVANE_TEXT("Name"), CORVANE_TEXT("users")},
-        {CORVANE_TEXT("HKEY_USERS\\"), CORVANE_TEXT("Name"), CORVANE_TEXT("users")},
-        {CORVANE_TEXT("HKEY_L\\software\\CLASSES\\.txt"), CORVANE_TEXT(""), CORVANE_TEXT("text")},
-        {CORVANE_TEXT("HKEY_LOCAL_MACHINES\\Software\\App"), CORVANE_TEXT("Name"), CORVANE_TEXT("-")},
-        {CORVANE_TEXT("Software\\App"), CORVANE_TEXT("Name"), CORVANE_TEXT("-")},
-        {CORVANE_TEXT("HKEY_LOCAL_MACHINE\\\\Software\\App"), CORVANE_TEXT("Name"), CORVANE_TEXT("-")},
-        {CORVANE_TEXT("HKEY_LOCAL_MACHINE\\Software"), CORVANE_TEXT("Name"), CORVANE_TEXT("-")},
-        {CORVANE_TEXT("HKEY_DYN_DATA"), CORVANE_TEXT("Name"), CORVANE_TEXT("-")},
-        {CORVANE_TEXT(""), CORVANE_TEXT("Name"), CORVANE_TEXT("-")},
-        {nullptr, CORVANE_TEXT("Name"), CORVANE_TEXT("-")},
-        {CORVANE_TEXT("HKEY_LOCAL_MACHINE\\Software\\App"), nullptr, CORVANE_TEXT("-")},
-    };
+        const char *path, *name, *expected;
+    } rows[] = {{"HKEY_LOCAL_MACHINE\\Software\\App", "Name", "machine"},
+                {"hkey_local_machine\\SOFTWARE\\aPP", "nAME", "machine"},
+                {"HKEY_L\\Software\\App\\", "Name", "machine"},
+                {"HKEY_L\\Software\\\\App", "Name", "machine"},
+                {"HKEY_CURRENT\\Software\\App", "Name", "user"},
+                {"H\\Software\\App", "Name", "user"},
+                {"\\Software\\App", "Name", "user"},
+                {"HKEY_USERS", "Name", "users"},
+                {"HKEY_USERS\\", "Name", "users"},
+                {"HKEY_L\\software\\CLASSES\\.txt", "", "text"},
+                {"HKEY_LOCAL_MACHINES\\Software\\App", "Name", "-"},
+                {"Software\\App", "Name", "-"},
+                {"HKEY_LOCAL_MACHINE\\\\Software\\App", "Name", "-"},
+                {"HKEY_LOCAL_MACHINE\\Software", "Name", "-"},
+                {"HKEY_DYN_DATA", "Name", "-"},
+                {"", "Name", "-"},
+                {nullptr, "Name", "-"},
+                {"HKEY_LOCAL_MACHINE\\Software\\App", nullptr, "-"}};
     for (const auto& row : rows)
-        EXPECT_EQ(ReadText(row.path, row.name), row.expected) << (row.path ? ToUtf8(row.path) : "null");
+        EXPECT_EQ(ReadText(row.path, row.name), row.expected) << (row.path ? row.path : "null");
 }
 
 TEST_F(Registry, CutsATextThatDoesNotFit) {
-    ASSERT_EQ(registry_writeString(nullptr, CORVANE_TEXT("\\App"), CORVANE_TEXT("Name"),
-                                   CORVANE_TEXT("twelve chars")),
-              0);
-    for (const wchar* name : {CORVANE_TEXT("Name"), CORVANE_TEXT("Missing")}) {
+    const Wide app = "\\App";
+    const Wide text = "twelve chars";
+    ASSERT_EQ(WriteText("\\App", "Name", "twelve chars"), 0);
+    for (const Wide name : {"Name", "Missing"}) {
         for (const ulong size : {1U, 2U, 11U, 12U, 13U, 20U}) {
-            wchar buffer[20];
-            std::fill(std::begin(buffer), std::end(buffer), CORVANE_TEXT('#'));
-            EXPECT_EQ(registry_readString(nullptr, CORVANE_TEXT("\\App"), name, CORVANE_TEXT("twelve chars"),
-                                          buffer, size),
-                      12U);
-            EXPECT_EQ(wstring_view(buffer),
-                      wstring(CORVANE_TEXT("twelve chars"), std::min(size - 1, ulong{12})));
-            EXPECT_TRUE(size == 20 || buffer[size] == '#') << "beyond the buffer";
+            wstring buffer(21, '#');
+            EXPECT_EQ(registry_readString(nullptr, app, name, text, buffer.data(), size), 12U);
+            EXPECT_EQ(buffer.c_str(), wstring(text, std::min(size - 1, ulong{12})));
+            EXPECT_EQ(buffer[size], CORVANE_TEXT('#')) << "beyond the buffer";
         }
         wchar untouched = '#';
-        EXPECT_EQ(registry_readString(nullptr, CORVANE_TEXT("\\App"), name, CORVANE_TEXT("twelve chars"),
-                                      nullptr, 5),
-                  12U);
-        EXPECT_EQ(registry_readString(nullptr, CORVANE_TEXT("\\App"), name, CORVANE_TEXT("twelve chars"),
-                                      &untouched, 0),
-                  12U);
+        EXPECT_EQ(registry_readString(nullptr, app, name, text, nullptr, 5), 12U);
+        EXPECT_EQ(registry_readString(nullptr, app, name, text, &untouched, 0), 12U);
         EXPECT_EQ(untouched, '#');
     }
-}
-
-TEST_F(Registry, TouchesTheBufferOnlyOnceARootWasFound) {
-    EXPECT_EQ(ReadText(CORVANE_TEXT("\\Missing"), CORVANE_TEXT("Name"), nullptr), CORVANE_TEXT(""));
-    EXPECT_EQ(ReadText(CORVANE_TEXT("Nowhere\\App"), CORVANE_TEXT("Name"), nullptr), CORVANE_TEXT("before"));
-    EXPECT_EQ(ReadText(CORVANE_TEXT("\\Missing"), nullptr, nullptr), CORVANE_TEXT("before"));
-    EXPECT_EQ(
-        registry_readString(nullptr, CORVANE_TEXT("Nowhere"), CORVANE_TEXT("Name"), nullptr, nullptr, 0), 0U);
+    // The buffer is touched only once a root was found.
+    EXPECT_EQ(ReadText("\\Missing", "Name", nullptr), "");
+    EXPECT_EQ(ReadText("Nowhere\\App", "Name", nullptr), "before");
+    EXPECT_EQ(ReadText("\\Missing", nullptr, nullptr), "before");
 }
 
 TEST_F(Registry, PassesOverOtherTypes) {
-    HKEY app = nullptr;
-    ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, CORVANE_TEXT("App"), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
-                              &app, nullptr),
-              0);
-    const auto set = [app](const wchar* name, ulong type, std::string_view data) {
-        EXPECT_EQ(RegSetValueExW(app, name, 0, type, reinterpret_cast<const unsigned char*>(data.data()),
-                                 static_cast<ulong>(data.size())),
-                  0);
-    };
     using namespace std::string_view_literals;
-    set(CORVANE_TEXT("Binary"), REG_BINARY, "A\0"sv);
-    set(CORVANE_TEXT("Number"), REG_DWORD, "\x2a\0\0\0"sv);
-    set(CORVANE_TEXT("Big"), REG_DWORD_BIG_ENDIAN, "\0\0\0\x2a"sv);
-    set(CORVANE_TEXT("Short"), REG_DWORD, "\x2a\0"sv);
-    set(CORVANE_TEXT("Text"), REG_SZ, "4\0002\0\0\0"sv);
-    set(CORVANE_TEXT("Path"), REG_EXPAND_SZ, "%\0A\0%\0"sv);
-    set(CORVANE_TEXT("Odd"), REG_SZ, "A\0B"sv);
-    RegCloseKey(app);
+    HKEY app = CreateApp();
     static const struct {
-        const wchar* name;
-        ulong number;
-        const wchar* text;
-    } rows[] = {
-        {CORVANE_TEXT("Binary"), 7, CORVANE_TEXT("-")}, {CORVANE_TEXT("Number"), 42, CORVANE_TEXT("-")},
-        {CORVANE_TEXT("Big"), 42, CORVANE_TEXT("-")},   {CORVANE_TEXT("Short"), 42, CORVANE_TEXT("-")},
-        {CORVANE_TEXT("Text"), 7, CORVANE_TEXT("42")},  {CORVANE_TEXT("Path"), 7, CORVANE_TEXT("%A%")},
-        {CORVANE_TEXT("Odd"), 7, CORVANE_TEXT("A")},
-    };
+        const char* name;
+        ulong type;
+        std::string_view data;
+        ulong number; // 7: none
+        const char* text;
+    } rows[] = {{"Binary", REG_BINARY, "A\0"sv, 7, "-"},
+                {"Number", REG_DWORD, "\x2a\0\0\0"sv, 42, "-"},
+                {"Big", REG_DWORD_BIG_ENDIAN, "\0\0\0\x2a"sv, 42, "-"},
+                {"Short", REG_DWORD, "\x2a\0"sv, 42, "-"},
+                {"Text", REG_SZ, "4\0002\0\0\0"sv, 7, "42"},
+                {"Path", REG_EXPAND_SZ, "%\0A\0%\0"sv, 7, "%A%"},
+                {"Odd", REG_SZ, "A\0B"sv, 7, "A"}};
     for (const auto& row : rows) {
+        EXPECT_EQ(RegSetValueExW(app, Wide(row.name), 0, row.type,
+                                 reinterpret_cast<const unsigned char*>(row.data.data()),
+                                 static_cast<ulong>(row.data.size())),
+                  0);
         int found = -1;
-        EXPECT_EQ(registry_readNumber(nullptr, CORVANE_TEXT("\\App"), row.name, 7, &found), row.number)
-            << ToUtf8(row.name);
-        EXPECT_EQ(found, row.number == 42 ? 1 : 0) << ToUtf8(row.name);
-        EXPECT_EQ(ReadText(CORVANE_TEXT("\\App"), row.name), row.text);
+        EXPECT_EQ(registry_readNumber(nullptr, Wide("\\App"), Wide(row.name), 7, &found), row.number);
+        EXPECT_EQ(found, row.number == 42 ? 1 : 0) << row.name;
+        EXPECT_EQ(ReadText("\\App", row.name), row.text);
     }
-    EXPECT_EQ(registry_readNumber(nullptr, CORVANE_TEXT("\\App"), CORVANE_TEXT("Number"), 7, nullptr), 42U);
+    RegCloseKey(app);
 }
 
 TEST_F(Registry, PrefersTheMachinesNumber) {
     ulong value = 99;
-    EXPECT_FALSE(registry_readUserNumericValue(CORVANE_TEXT("App"), CORVANE_TEXT("N"), &value));
+    EXPECT_FALSE(registry_readUserNumericValue(Wide("App"), Wide("N"), &value));
     EXPECT_EQ(value, 99U);
-    ASSERT_EQ(registry_writeNumber(nullptr, CORVANE_TEXT("HKEY_CURRENT_USER\\App"), CORVANE_TEXT("N"), 1), 0);
-    EXPECT_TRUE(registry_readUserNumericValue(CORVANE_TEXT("\\App"), CORVANE_TEXT("N"), &value));
-    EXPECT_EQ(value, 1U);
-    ASSERT_EQ(
-        registry_writeNumber(nullptr, CORVANE_TEXT("HKEY_LOCAL_MACHINE\\App"), CORVANE_TEXT("N"), 0xFFFFFFFF),
-        0);
-    EXPECT_TRUE(registry_readUserNumericValue(CORVANE_TEXT("App"), CORVANE_TEXT("N"), &value));
-    EXPECT_EQ(value, 0xFFFFFFFF);
+    for (const auto& [path, number] :
+         {std::pair("HKEY_CURRENT_USER\\App", 1U), {"HKEY_LOCAL_MACHINE\\App", ~0U}}) {
+        ASSERT_EQ(WriteNumber(path, number), 0);
+        EXPECT_TRUE(registry_readUserNumericValue(Wide("\\App"), Wide("N"), &value));
+        EXPECT_EQ(value, number);
+    }
 }
 
 TEST_F(Registry, WritesAtARootAndThroughAHandle) {
-    EXPECT_EQ(registry_writeString(nullptr, CORVANE_TEXT("HKEY_CURRENT_USER"), CORVANE_TEXT("a"),
-                                   CORVANE_TEXT("1")),
-              0);
-    EXPECT_EQ(registry_writeString(nullptr, CORVANE_TEXT("HKEY_CURRENT_USER\\"), CORVANE_TEXT("b"),
-                                   CORVANE_TEXT("")),
-              0);
+    EXPECT_EQ(WriteText("HKEY_CURRENT_USER", "a", "1"), 0);
+    EXPECT_EQ(WriteText("HKEY_CURRENT_USER\\", "b", ""), 0);
     EXPECT_EQ(registry_writeNumber(HKEY_CURRENT_USER, nullptr, nullptr, 2), 0);
-    EXPECT_EQ(ReadText(CORVANE_TEXT("HKEY_CURRENT_USER"), CORVANE_TEXT("a")), CORVANE_TEXT("1"));
-    EXPECT_EQ(ReadText(CORVANE_TEXT("HKEY_CURRENT_USER"), CORVANE_TEXT("b")), wstring());
-    EXPECT_EQ(registry_readNumber(HKEY_CURRENT_USER, nullptr, CORVANE_TEXT(""), 0, nullptr), 2U);
-    EXPECT_EQ(
-        registry_writeString(nullptr, CORVANE_TEXT("Nowhere\\App"), CORVANE_TEXT("a"), CORVANE_TEXT("1")),
-        -1);
-    EXPECT_EQ(registry_writeNumber(nullptr, nullptr, CORVANE_TEXT("a"), 1), -1);
+    EXPECT_EQ(ReadText("HKEY_CURRENT_USER", "a"), "1");
+    EXPECT_EQ(ReadText("HKEY_CURRENT_USER", "b"), "");
+    EXPECT_EQ(registry_readNumber(HKEY_CURRENT_USER, nullptr, Wide(""), 0, nullptr), 2U);
+    EXPECT_EQ(WriteText("Nowhere\\App", "a", "1"), -1);
+    EXPECT_EQ(WriteNumber(nullptr, 1), -1);
 
-    HKEY key = nullptr;
-    ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, CORVANE_TEXT("App"), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
-                              &key, nullptr),
-              0);
-    EXPECT_EQ(registry_writeNumber(key, CORVANE_TEXT("Deep\\Deeper"), CORVANE_TEXT("n"), 3), 0);
-    EXPECT_EQ(registry_writeNumber(key, CORVANE_TEXT(""), CORVANE_TEXT("n"), 4), 0);
-    EXPECT_EQ(registry_readNumber(key, CORVANE_TEXT("deep\\deeper"), CORVANE_TEXT("N"), 0, nullptr), 3U);
-    EXPECT_EQ(registry_readNumber(key, nullptr, CORVANE_TEXT("N"), 0, nullptr), 4U);
+    HKEY key = CreateApp();
+    EXPECT_EQ(WriteNumber("Deep\\Deeper", 3, key), 0);
+    EXPECT_EQ(WriteNumber("", 4, key), 0);
+    EXPECT_EQ(registry_readNumber(key, Wide("deep\\deeper"), Wide("N"), 0, nullptr), 3U);
+    EXPECT_EQ(registry_readNumber(key, nullptr, Wide("N"), 0, nullptr), 4U);
     EXPECT_EQ(RegCloseKey(key), 0);
-    EXPECT_EQ(registry_writeNumber(key, CORVANE_TEXT(""), CORVANE_TEXT("n"), 5), 6);
+    EXPECT_EQ(WriteNumber("", 5, key), 6);
 }
 
-TEST_F(Registry, DeletesOneKey) {
-    ASSERT_EQ(registry_writeNumber(nullptr, CORVANE_TEXT("\\App\\Inner"), CORVANE_TEXT("n"), 1), 0);
-    static const struct {
-        const wchar* path;
-        int status;
-    } rows[] = {
-        {nullptr, 32768},
-        {CORVANE_TEXT(""), 32768},
-        {CORVANE_TEXT("Nowhere\\App"), 32768},
-        {CORVANE_TEXT("HKEY_CURRENT_USER"), 32768},
-        {CORVANE_TEXT("HKEY_CURRENT_USER\\"), differences::anEmptySubkeyIsTheKey ? 5 : 87},
-        {CORVANE_TEXT("\\App"), 5},
-        {CORVANE_TEXT("\\APP\\inner"), 0},
-        {CORVANE_TEXT("\\App\\Inner"), 2},
-        {CORVANE_TEXT("\\App"), 0},
-        {CORVANE_TEXT("\\App"), 2},
-        {CORVANE_TEXT("\\None\\None"), 2},
-    };
-    for (const auto& row : rows)
-        EXPECT_EQ(registry_deleteKey(nullptr, row.path), row.status)
-            << (row.path ? ToUtf8(row.path) : "null");
+TEST_F(Registry, DeletesOneKeyAndClosesTheHandleThatItDeletesUnder) {
+    ASSERT_EQ(WriteNumber("\\App\\Inner", 1), 0);
+    using Row = std::pair<const char*, int>;
+    for (const auto& [path, status] :
+         {Row(nullptr, 32768), Row("", 32768), Row("Nowhere\\App", 32768), Row("HKEY_CURRENT_USER", 32768),
+          Row("HKEY_CURRENT_USER\\", differences::anEmptySubkeyIsTheKey ? 5 : 87), Row("\\App", 5),
+          Row("\\APP\\inner", 0), Row("\\App\\Inner", 2), Row("\\App", 0), Row("\\App", 2),
+          Row("\\None\\None", 2)})
+        EXPECT_EQ(registry_deleteKey(nullptr, Wide(path)), status) << (path ? path : "null");
     EXPECT_EQ(registry_loadSubSectionNames(HKEY_CURRENT_USER, nullptr, ';'), nullptr);
-}
 
-TEST_F(Registry, ClosesTheHandleThatItDeletesUnder) {
-    HKEY key = nullptr;
-    ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, CORVANE_TEXT("App"), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
-                              &key, nullptr),
-              0);
+    HKEY key = CreateApp();
     EXPECT_EQ(registry_deleteKey(key, nullptr), 32768);
-    EXPECT_EQ(registry_writeNumber(key, CORVANE_TEXT("Inner"), CORVANE_TEXT("n"), 1), 0);
-    EXPECT_EQ(registry_deleteKey(key, CORVANE_TEXT("None")), 2);
+    EXPECT_EQ(WriteNumber("Inner", 1, key), 0);
+    EXPECT_EQ(registry_deleteKey(key, Wide("None")), 2);
     EXPECT_EQ(RegCloseKey(key), 6);
 }
 
 TEST_F(Registry, ListsSubkeys) {
-    const auto list = [](const wchar* path, wchar delimiter, std::size_t size) {
+    for (const char* path : {"\\Two\\b", "\\Two\\A;", "\\One\\x", "\\None"})
+        ASSERT_EQ(WriteNumber(path, 1), 0);
+    using namespace std::string_literals;
+    static const struct {
+        const char* path;
+        wchar delimiter;
+        std::string names;
+    } rows[] = {{"\\Two", ';', "A;;b\0\0"s}, {"\\Two", 0, "A;\0b\0\0"s}, {"\\One", ';', "x\0\0"s},
+                {"\\None", ';', ""},         {"\\Missing", ';', ""},     {"Nowhere", ';', ""}};
+    for (const auto& row : rows) {
         const std::unique_ptr<wchar, decltype(&std::free)> block(
-            registry_loadSubSectionNames(nullptr, path, delimiter), &std::free);
-        return block ? wstring(block.get(), size) : wstring(CORVANE_TEXT("null"));
-    };
-    for (const wchar* path : {CORVANE_TEXT("\\Two\\b"), CORVANE_TEXT("\\Two\\A;"), CORVANE_TEXT("\\One\\x"),
-                              CORVANE_TEXT("\\None")})
-        ASSERT_EQ(registry_writeNumber(nullptr, path, CORVANE_TEXT("n"), 1), 0);
-    EXPECT_EQ(list(CORVANE_TEXT("\\Two"), ';', 6), wstring_view(CORVANE_TEXT("A;;b\0\0"), 6));
-    EXPECT_EQ(list(CORVANE_TEXT("\\Two"), 0, 6), wstring_view(CORVANE_TEXT("A;\0b\0\0"), 6));
-    EXPECT_EQ(list(CORVANE_TEXT("\\One"), ';', 3), wstring_view(CORVANE_TEXT("x\0\0"), 3));
-    EXPECT_EQ(list(CORVANE_TEXT("\\None"), ';', 0), CORVANE_TEXT("null"));
-    EXPECT_EQ(list(CORVANE_TEXT("\\Missing"), ';', 0), CORVANE_TEXT("null"));
-    EXPECT_EQ(list(CORVANE_TEXT("Nowhere"), ';', 0), CORVANE_TEXT("null"));
+            registry_loadSubSectionNames(nullptr, Wide(row.path), row.delimiter), &std::free);
+        EXPECT_EQ(block ? ToUtf8({block.get(), row.names.size()}) : "", row.names) << row.path;
+        EXPECT_EQ(block == nullptr, row.names.empty());
+    }
 }
 
 } // namespace

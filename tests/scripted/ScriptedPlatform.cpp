@@ -47,13 +47,10 @@ int Write(const char* operation, Text section, Text tag, Text value, Text file) 
                              " " + Shown(file));
     if (scripted.throwOnWrite)
         throw std::runtime_error("scripted");
-    if (!scripted.refusals.empty()) {
-        scripted.lastError = scripted.refusals.front();
+    scripted.lastError = scripted.refusals.empty() ? scripted.refuseAlways : scripted.refusals.front();
+    if (!scripted.refusals.empty())
         scripted.refusals.pop_front();
-        return 0;
-    }
-    scripted.lastError = scripted.refuseAlways;
-    return scripted.refuseAlways == 0 ? 7 : 0;
+    return scripted.lastError == 0 ? 7 : 0;
 }
 
 } // namespace

@@ -2,45 +2,14 @@
 #pragma once
 
 #include "LogCapture.h"
+#include "TemporaryFolder.h"
 
 #include <corvane/config.h>
 
 #include <chrono>
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
-#include <random>
 
-namespace fs = std::filesystem;
-
-/// A folder that goes with its owner.
-class TemporaryFolder {
-public:
-    TemporaryFolder()
-        : m_path(fs::temp_directory_path() / ("corvane-" + std::to_string(std::random_device()()))) {
-        fs::create_directory(m_path);
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        fs::remove_all(m_path, ignored);
-    }
-    const fs::path& Path() const { return m_path; }
-
-private:
-    fs::path m_path;
-};
-
-inline void WriteFile(const fs::path& path, const std::string& content) {
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << content;
-}
-
-inline std::string ReadFile(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
+using namespace corvane::test;
 
 /// Moves the file's modification time by whole seconds, as a change by another program would.
 inline void MoveTime(const fs::path& path, int seconds) {
@@ -59,10 +28,10 @@ class ConfigFixture : public testing::Test {
 protected:
     /// Replaces the file's content, in a later second than before.
     void Put(const std::string& content) {
-        const bool existed = fs::exists(file);
-        const auto before = existed ? fs::last_write_time(file) : fs::file_time_type();
+        std::error_code isNew;
+        const auto before = fs::last_write_time(file, isNew);
         WriteFile(file, content);
-        if (existed)
+        if (!isNew)
             fs::last_write_time(file, before + std::chrono::seconds(2));
     }
 
