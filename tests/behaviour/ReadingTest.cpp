@@ -82,4 +82,13 @@ TEST_F(Reading, ListsInTheOrderOfTheCache) {
     EXPECT_EQ(log.Take(), Lines{});
 }
 
+TEST_F(Reading, JoinsKeys) {
+    const corvane::wstring embedded(CORVANE_TEXT("a\0b"), 3);
+    const corvane::wchar* const none = nullptr;
+    EXPECT_EQ(manager.BuildKey(none, none), CORVANE_TEXT(":"));
+    EXPECT_EQ(manager.BuildKey(CORVANE_TEXT("s"), none), CORVANE_TEXT("s:"));
+    EXPECT_EQ(manager.BuildKey(none, embedded), CORVANE_TEXT(":a"));
+    EXPECT_EQ(manager.BuildKey(embedded, embedded), CORVANE_TEXT("a:a"));
+}
+
 } // namespace

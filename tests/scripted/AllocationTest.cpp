@@ -3,6 +3,7 @@
 
 #include <corvane/config.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <new>
@@ -11,10 +12,14 @@
 namespace {
 
 // Counts the allocations of one thread, and lets the n-th and all after it fail.
+thread_local long allocations = 0;
 thread_local long allowed = -1;
+thread_local std::size_t largest = 0;
 
 void* Allocate(std::size_t size) {
     if (!InPlatform()) {
+        ++allocations;
+        largest = std::max(largest, size);
         if (allowed == 0)
             throw std::bad_alloc();
         if (allowed > 0)
@@ -119,6 +124,33 @@ TEST_F(Allocation, FailingInAChangeLeavesTheCache) {
     FailEachAllocation([&] { manager = other = manager; });
     FailEachAllocation([this] { EXPECT_EQ(manager.DeleteValue(key), 0); });
     FailEachAllocation([this] { EXPECT_EQ(manager.RestoreSnapshot(value), 0); });
+}
+
+TEST_F(Allocation, ReusesTheRoomOfWhatIsGone) {
+    const wstring large(10'000, 'x');
+    largest = 0;
+    for (int round = 0; round < 300; ++round) {
+        EXPECT_EQ(manager.SetValue(CORVANE_TEXT("_$CACHE$_:a"), large), 0);
+        EXPECT_EQ(manager.SetValue(CORVANE_TEXT("_$CACHE$_:a"), large + large), 0);
+        corvane::TagMap map;
+        map.Insert({CORVANE_TEXT("kept"), value, false});
+        for (int again = 0; again < 100; ++again) {
+            map.Insert({CORVANE_TEXT("a"), large, false});
+            EXPECT_TRUE(map.Erase(CORVANE_TEXT("A")));
+        }
+        EXPECT_EQ(map.At(0).value, value);
+    }
+    EXPECT_LT(largest, 40 * large.size());
+}
+
+TEST_F(Allocation, IsNotNeededToRead) {
+    wstring text = wstring(longValue.size(), 'y');
+    EXPECT_EQ(manager.GetValue(key, text), 0); // the key's buffers grow to its length
+    const long before = allocations;
+    EXPECT_EQ(manager.GetValue(key, text), 0);
+    EXPECT_TRUE(manager.Exists(key));
+    EXPECT_EQ(manager.GetValue(CORVANE_TEXT("No such section is there"), text), FAILURE_GENERAL);
+    EXPECT_EQ(allocations - before, 1); // the test's own key
 }
 
 } // namespace
