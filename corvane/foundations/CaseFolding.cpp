@@ -1,4 +1,5 @@
 #include <corvane/foundations/CaseFolding.h>
+#include <corvane/foundations/FindUnit.h>
 #include <corvane/platform/Platform.h>
 
 #include <cstring>
@@ -28,6 +29,12 @@ bool IsPlain(std::uint64_t block) noexcept { // ASCII without a NUL
     return ascii && ((block - each) & each * 0x8000) == 0;
 }
 
+std::uint64_t BlockAt(const wchar* units) noexcept {
+    std::uint64_t block = 0;
+    std::memcpy(&block, units, sizeof block);
+    return block;
+}
+
 // A lane gets its bit 0x20 if it holds an upper-case letter.
 std::uint64_t FoldPlain(std::uint64_t block) noexcept {
     const std::uint64_t fromA = block + each * (0x80 - 'A');
@@ -35,10 +42,10 @@ std::uint64_t FoldPlain(std::uint64_t block) noexcept {
     return block | (((fromA & ~beyondZ) & each * 0x80) >> 2);
 }
 
-// The same unit by unit, up to a NUL.
+// The same unit by unit, for at most four units.
 std::uint64_t FoldUnits(wstring_view units) noexcept {
     std::uint64_t block = 0;
-    for (std::size_t i = 0; i < units.size() && units[i] != 0; ++i)
+    for (std::size_t i = 0; i < units.size(); ++i)
         block |= static_cast<std::uint64_t>(FoldForHash(units[i])) << (16 * i);
     return block;
 }
@@ -48,22 +55,46 @@ std::uint64_t Mix(std::uint64_t hash, std::uint64_t block) noexcept {
     return hash ^ hash >> 29;
 }
 
+std::uint32_t Finish(std::uint64_t hash) noexcept {
+    return static_cast<std::uint32_t>(hash ^ hash >> 32);
+}
+
+// Calls `put` with the beginning of each block of a text of at least one block. The last one may reach back
+// into the one before it.
+template <class Put>
+bool ForEachBlock(wstring_view text, Put put) noexcept {
+    const wchar* const last = text.data() + text.size() - unitsOfBlock;
+    for (const wchar* at = text.data(); at < last; at += unitsOfBlock) {
+        if (!put(at))
+            return false;
+    }
+    return put(last);
+}
+
+std::uint32_t HashUnitByUnit(wstring_view text) noexcept {
+    text = text.substr(0, FindUnit(text, wchar()));
+    std::uint64_t hash = 0;
+    if (text.size() < unitsOfBlock)
+        return Finish(Mix(hash, FoldUnits(text)));
+    ForEachBlock(text, [&hash](const wchar* at) {
+        hash = Mix(hash, FoldUnits({at, unitsOfBlock}));
+        return true;
+    });
+    return Finish(hash);
+}
+
 } // namespace
 
 std::uint32_t HashIgnoringCase(wstring_view text) noexcept {
+    if (text.size() < unitsOfBlock)
+        return HashUnitByUnit(text);
     std::uint64_t hash = 0;
-    for (; text.size() >= unitsOfBlock; text.remove_prefix(unitsOfBlock)) {
-        std::uint64_t block = 0;
-        std::memcpy(&block, text.data(), sizeof block);
-        const wstring_view units = text.substr(0, unitsOfBlock);
-        const bool plain = IsPlain(block);
-        if (!plain && units.find(wchar()) != wstring_view::npos)
-            break;
-        hash = Mix(hash, plain ? FoldPlain(block) : FoldUnits(units));
-    }
-    if (const std::uint64_t rest = FoldUnits(text))
-        hash = Mix(hash, rest);
-    return static_cast<std::uint32_t>(hash ^ hash >> 32);
+    const bool plain = ForEachBlock(text, [&hash](const wchar* at) {
+        const std::uint64_t block = BlockAt(at);
+        hash = Mix(hash, FoldPlain(block));
+        return IsPlain(block);
+    });
+    return plain ? Finish(hash) : HashUnitByUnit(text);
 }
 
 } // namespace corvane

@@ -3,6 +3,8 @@
 
 #include <corvane/foundations/WideString.h>
 
+#include <algorithm>
+
 namespace corvane {
 
 /// The lower-case form of a code unit outside ASCII in the current locale. Surrogates stay as they are.
@@ -29,7 +31,8 @@ inline int CompareIgnoringCase(wstring_view a, wstring_view b) noexcept {
 
 /// Whether CompareIgnoringCase gives zero.
 inline bool SameIgnoringCase(wstring_view a, wstring_view b) noexcept {
-    return a == b || CompareIgnoringCase(a, b) == 0;
+    const bool same = std::equal(a.begin(), a.end(), b.begin(), b.end());
+    return same || CompareIgnoringCase(a, b) == 0;
 }
 
 /// The order of the cache: that of the platform's `_wcsicmp`, up to the first NUL.

@@ -27,10 +27,10 @@ bool SameConfiguration(IConfigSource& source, const wchar* name) {
 void ReadTags(IConfigSource& source, const wstring& sectionKey, const std::vector<wstring>& tags,
               ConfigManager::TagMap& tagMap) {
     ConfigManager::ConfigValue entry;
-    wstring key;
+    wstring key = sectionKey;
     tagMap.Reserve(tags.size());
     for (const wstring& tag : tags) {
-        key.assign(sectionKey).append(tag);
+        key.replace(sectionKey.size(), wstring::npos, tag);
         entry.value.clear();
         const std::int32_t result = source.ReadValue(key, entry.value);
         const bool failed = result == FAILURE_GENERAL && entry.value.empty();
@@ -73,10 +73,11 @@ int ConfigManager::Initialize(const wchar* name, int reloadPolicy) {
     std::vector<wstring> sections;
     if (!newSource->EnumerateSections(sections))
         return FailLoad(CORVANE_TEXT("failed to get sections from new config source"), __LINE__);
+    std::vector<wstring> tags;
     for (const wstring& section : sections) {
+        tags.clear();
         if (section == corvane::reservedSection)
             return FailLoad(CORVANE_TEXT("cache node specified in config file (illegal)"), __LINE__);
-        std::vector<wstring> tags;
         if (!newSource->EnumerateTags(section, tags))
             continue;
         TagMap tagMap;

@@ -8,48 +8,59 @@
 namespace corvane {
 namespace {
 
-constexpr std::size_t leastSlots = 8;
+constexpr std::size_t leastEntries = 4;
+constexpr std::size_t slotsOfEntry = 2;
 constexpr std::size_t mostText = 0xFFFFFFFF;
+constexpr std::uint32_t mostHash = 0x7FFFFFFF; // what an entry has room for
+
+std::uint32_t HashOf(wstring_view name) noexcept {
+    return HashIgnoringCase(name) & mostHash;
+}
 
 } // namespace
 
+NameTable::NameTable(const NameTable& other)
+    : m_entries(other.m_entries), m_text(other.m_text), m_unused(other.m_unused), m_slots(other.m_slots) {}
+
 std::uint32_t NameTable::Find(wstring_view name) const noexcept {
-    return Find(name, HashIgnoringCase(name));
+    return m_slots.empty() ? none : m_slots[SlotFor(name, HashOf(name))];
 }
 
-std::uint32_t NameTable::Find(wstring_view name, std::uint32_t hash) const noexcept {
-    if (m_slots.empty())
-        return none;
-    const std::size_t mask = m_slots.size() - 1;
-    for (std::size_t at = hash & mask; m_slots[at] != none; at = (at + 1) & mask) {
-        const std::uint32_t index = m_slots[at];
-        if (m_entries[index].hash == hash && SameIgnoringCase(Name(index), name))
-            return index;
+std::pair<std::uint32_t, bool> NameTable::Add(wstring_view name, wstring_view text, bool marked) {
+    RoomForEntry();
+    const std::uint32_t hash = HashOf(name);
+    std::uint32_t& slot = m_slots[SlotFor(name, hash)];
+    if (slot != none)
+        return {slot, false};
+    RoomForText(name.size() + text.size());
+    slot = static_cast<std::uint32_t>(m_entries.size());
+    m_entries.push_back({static_cast<std::uint32_t>(m_text.size()), static_cast<std::uint32_t>(name.size()),
+                         static_cast<std::uint32_t>(text.size()), hash & mostHash, marked ? 1U : 0U});
+    m_text.append(name).append(text);
+    return {slot, true};
+}
+
+void NameTable::Assign(std::uint32_t index, wstring_view text, bool marked) {
+    if (text.size() > m_entries[index].textLength) {
+        const std::size_t length = m_entries[index].nameLength + text.size();
+        RoomForText(length);
+        Entry& entry = m_entries[index];
+        m_unused += entry.Length();
+        const auto begin = static_cast<std::uint32_t>(m_text.size());
+        m_text.append(m_text, entry.begin, entry.nameLength).append(text);
+        entry.begin = begin;
+    } else {
+        const Entry& entry = m_entries[index];
+        m_unused += entry.textLength - text.size();
+        std::copy(text.begin(), text.end(), m_text.begin() + entry.begin + entry.nameLength);
     }
-    return none;
-}
-
-std::pair<std::uint32_t, bool> NameTable::Add(wstring_view name) {
-    const std::uint32_t hash = HashIgnoringCase(name);
-    if (const std::uint32_t index = Find(name, hash); index != none)
-        return {index, false};
-    if (name.size() > mostText - m_text.size() || m_entries.size() >= none / 2)
-        throw std::length_error("too many names");
-    Grow();
-    const auto begin = static_cast<std::uint32_t>(m_text.size());
-    const auto index = static_cast<std::uint32_t>(m_entries.size());
-    m_text.append(name);
-    FreeSlotFor(hash) = index;
-    m_entries.push_back({begin, static_cast<std::uint32_t>(name.size()), hash});
-    return {index, true};
+    m_entries[index].textLength = static_cast<std::uint32_t>(text.size());
+    m_entries[index].marked = marked ? 1U : 0U;
 }
 
 void NameTable::Remove(std::uint32_t index) noexcept {
-    const Entry gone = m_entries[index];
-    m_text.erase(gone.begin, gone.length);
+    m_unused += m_entries[index].Length();
     m_entries.erase(m_entries.begin() + index);
-    for (Entry& entry : m_entries)
-        entry.begin -= entry.begin > gone.begin ? gone.length : 0;
     m_order.clear();
     Relink();
 }
@@ -65,32 +76,53 @@ const std::vector<std::uint32_t>& NameTable::Order() const {
     return m_order;
 }
 
-NameTable::NameTable(const NameTable& other)
-    : m_entries(other.m_entries), m_text(other.m_text), m_slots(other.m_slots) {}
-
-std::uint32_t& NameTable::FreeSlotFor(std::uint32_t hash) noexcept {
-    const std::size_t mask = m_slots.size() - 1;
-    std::size_t at = hash & mask;
-    while (m_slots[at] != none)
-        at = (at + 1) & mask;
-    return m_slots[at];
-}
-
-// Makes room for one more name, before anything changes: at most two of three slots are taken.
-void NameTable::Grow() {
-    if (m_entries.size() == m_entries.capacity())
-        m_entries.reserve(std::max<std::size_t>(m_entries.size() * 2, 4));
-    if ((m_entries.size() + 1) * 3 > m_slots.size() * 2)
-        SetSlots(std::max(m_slots.size() * 2, leastSlots));
-}
-
 void NameTable::Reserve(std::size_t names) {
+    constexpr std::size_t unitsOfEntry = 48; // of an ordinary name and value
     m_entries.reserve(names);
-    std::size_t slots = leastSlots;
-    while (names * 3 > slots * 2)
-        slots *= 2;
-    if (slots > m_slots.size())
-        SetSlots(slots);
+    m_text.reserve(names * unitsOfEntry);
+    if (names * slotsOfEntry > m_slots.size())
+        SetSlots(names * slotsOfEntry);
+}
+
+// The name's slot, or the free one where it belongs. There are slots, and one of them is free.
+std::size_t NameTable::SlotFor(wstring_view name, std::uint32_t hash) const noexcept {
+    for (std::size_t at = SlotOf(hash);; ++at) {
+        if (at == m_slots.size())
+            at = 0;
+        const std::uint32_t index = m_slots[at];
+        if (index == none || (m_entries[index].hash == hash && SameIgnoringCase(Name(index), name)))
+            return at;
+    }
+}
+
+void NameTable::RoomForEntry() {
+    if (m_entries.size() >= none / slotsOfEntry)
+        throw std::length_error("too many names");
+    if (m_entries.size() == m_entries.capacity())
+        m_entries.reserve(std::max(m_entries.size() * 2, leastEntries));
+    if (m_entries.capacity() * slotsOfEntry > m_slots.size())
+        SetSlots(m_entries.capacity() * slotsOfEntry);
+}
+
+void NameTable::RoomForText(std::size_t units) {
+    const std::size_t used = m_text.size() - m_unused;
+    if (units > mostText - m_text.size() && units > mostText - used)
+        throw std::length_error("too much text");
+    if (m_text.capacity() - m_text.size() >= units)
+        return;
+    const std::size_t room = std::max(used + units, std::min(used * 2, mostText));
+    if (m_unused == 0)
+        return m_text.reserve(room);
+    // What no entry has any more is left behind on the way to the larger room.
+    wstring text;
+    text.reserve(room);
+    for (Entry& entry : m_entries) {
+        const auto begin = static_cast<std::uint32_t>(text.size());
+        text.append(m_text, entry.begin, entry.Length());
+        entry.begin = begin;
+    }
+    m_text.swap(text);
+    m_unused = 0;
 }
 
 void NameTable::SetSlots(std::size_t count) {
@@ -100,8 +132,12 @@ void NameTable::SetSlots(std::size_t count) {
 
 void NameTable::Relink() noexcept {
     std::fill(m_slots.begin(), m_slots.end(), none);
-    for (std::uint32_t index = 0; index < m_entries.size(); ++index)
-        FreeSlotFor(m_entries[index].hash) = index;
+    for (std::uint32_t index = 0; index < m_entries.size(); ++index) {
+        std::size_t at = SlotOf(m_entries[index].hash);
+        while (m_slots[at] != none)
+            at = at + 1 < m_slots.size() ? at + 1 : 0;
+        m_slots[at] = index;
+    }
 }
 
 } // namespace corvane

@@ -9,10 +9,11 @@
 
 namespace corvane {
 
-/// A set of names that are unique under ConfigManager::CaseInsensitiveLess, each known by its index: 0 for
-/// the first that was added. Names are kept in one text and keep their letter case. An operation that throws,
-/// for lack of memory or of index numbers (std::length_error), has changed nothing. Not for use by two
-/// threads at once, Order included.
+/// A set of names that are unique under ConfigManager::CaseInsensitiveLess, each with a text and a mark, and
+/// known by its index: 0 for the first that was added. All names and texts are kept in one text, each text
+/// behind its name, so that a look-up touches little memory. Names keep their letter case. An operation that
+/// throws, for lack of memory or of numbers (std::length_error, above 4 G units of text), has changed
+/// nothing. Not for use by two threads at once, Order included.
 class NameTable {
 public:
     static constexpr std::uint32_t none = 0xFFFFFFFF;
@@ -27,10 +28,16 @@ public:
 
     std::size_t Size() const noexcept { return m_entries.size(); }
 
-    /// Lasts until the next change of the table.
+    /// What belongs to an index. The views last until the next change of the table.
     wstring_view Name(std::uint32_t index) const noexcept {
-        return wstring_view(m_text).substr(m_entries[index].begin, m_entries[index].length);
+        const Entry& entry = m_entries[index];
+        return {m_text.data() + entry.begin, entry.nameLength};
     }
+    wstring_view Text(std::uint32_t index) const noexcept {
+        const Entry& entry = m_entries[index];
+        return {m_text.data() + entry.begin + entry.nameLength, entry.textLength};
+    }
+    bool IsMarked(std::uint32_t index) const noexcept { return m_entries[index].marked; }
 
     /// The index of the name in any letter case, or `none`.
     std::uint32_t Find(wstring_view name) const noexcept;
@@ -38,12 +45,15 @@ public:
     /// Makes room for that many names at once.
     void Reserve(std::size_t names);
 
-    /// Gives back the room for text that no name needs.
+    /// Gives back the room for text that nothing needs.
     void Shrink() { m_text.shrink_to_fit(); }
 
     /// Adds a name if it is not there yet. Gives its index, and whether it was added; a new one has the size
-    /// of the table before as its index.
-    std::pair<std::uint32_t, bool> Add(wstring_view name);
+    /// of the table before as its index. None of the views may be of this table.
+    std::pair<std::uint32_t, bool> Add(wstring_view name, wstring_view text = {}, bool marked = false);
+
+    /// Gives a name another text, which is not of this table, and another mark.
+    void Assign(std::uint32_t index, wstring_view text, bool marked);
 
     /// Removes a name; the indices behind it move up by one. Cannot fail.
     void Remove(std::uint32_t index) noexcept;
@@ -54,19 +64,27 @@ public:
 private:
     struct Entry {
         std::uint32_t begin;
-        std::uint32_t length;
-        std::uint32_t hash;
+        std::uint32_t nameLength;
+        std::uint32_t textLength;
+        std::uint32_t hash : 31;
+        std::uint32_t marked : 1;
+
+        std::size_t Length() const noexcept { return std::size_t{nameLength} + textLength; }
     };
 
-    std::uint32_t Find(wstring_view name, std::uint32_t hash) const noexcept;
-    std::uint32_t& FreeSlotFor(std::uint32_t hash) noexcept;
-    void Grow();
+    std::size_t SlotOf(std::uint32_t hash) const noexcept {
+        return static_cast<std::size_t>((std::uint64_t{hash} * m_slots.size()) >> 31);
+    }
+    std::size_t SlotFor(wstring_view name, std::uint32_t hash) const noexcept;
+    void RoomForEntry();
+    void RoomForText(std::size_t units);
     void SetSlots(std::size_t count);
     void Relink() noexcept;
 
     std::vector<Entry> m_entries;
     wstring m_text;
-    std::vector<std::uint32_t> m_slots; // open addressing: an index or `none`; a power of two, never full
+    std::size_t m_unused = 0;           // units of m_text that no entry has any more
+    std::vector<std::uint32_t> m_slots; // open addressing: an index or `none`, at most half of them taken
     mutable std::vector<std::uint32_t> m_order; // not that of the table if it has another size
 };
 

@@ -5,9 +5,8 @@
 
 namespace corvane {
 
-/// Tag names with their values, found without regard to letter case and listed in the order of the cache.
-/// Names and values are kept in two texts of the whole section. An operation that throws, for lack of memory
-/// or of room for more text than 4 G units (std::length_error), has changed nothing.
+/// Tag names with their values, found without regard to letter case and listed in the order of the cache. An
+/// operation that throws has changed nothing.
 class TagMap {
 public:
     /// One tag. The texts last until the next change of the map.
@@ -26,16 +25,18 @@ public:
     /// The index of the tag, or `none`.
     std::uint32_t Find(wstring_view name) const noexcept { return m_names.Find(name); }
     bool Contains(wstring_view name) const noexcept { return Find(name) != none; }
-    Tag At(std::uint32_t index) const noexcept;
+    Tag At(std::uint32_t index) const noexcept {
+        return {m_names.Name(index), m_names.Text(index), m_names.IsMarked(index)};
+    }
 
     /// Makes room for that many tags at once.
-    void Reserve(std::size_t tags);
+    void Reserve(std::size_t tags) { m_names.Reserve(tags); }
 
     /// Gives back the room that no tag needs.
-    void Shrink();
+    void Shrink() { m_names.Shrink(); }
 
     /// Adds a tag; the first of two equal names stands.
-    void Insert(const Tag& tag);
+    void Insert(const Tag& tag) { m_names.Add(tag.name, tag.value, tag.cacheOnly); }
 
     /// Gives a tag a new value and mark; adds it if it is not there. A tag that is there keeps its name.
     void Assign(const Tag& tag);
@@ -44,19 +45,7 @@ public:
     bool Erase(wstring_view name) noexcept;
 
 private:
-    struct Value {
-        std::uint32_t begin;
-        std::uint32_t length;
-        bool cacheOnly;
-    };
-
-    Value Append(const Tag& tag);
-    void Compact();
-
-    NameTable m_names;
-    std::vector<Value> m_values; // by the index of the name
-    wstring m_text;
-    std::size_t m_unused = 0; // units of m_text that no value has any more
+    NameTable m_names; // a value is its name's text, and marked if it is in the cache alone
 };
 
 } // namespace corvane

@@ -1,0 +1,28 @@
+// A search in wide text, four units at a time.
+#pragma once
+
+#include <corvane/foundations/WideString.h>
+
+#include <cstdint>
+#include <cstring>
+
+namespace corvane {
+
+/// The position of the first `unit` in `text`, or the text's size.
+inline std::size_t FindUnit(wstring_view text, wchar unit) noexcept {
+    constexpr std::size_t unitsOfBlock = 4;
+    constexpr std::uint64_t each = 0x0001000100010001;
+    std::size_t at = 0;
+    for (; text.size() - at >= unitsOfBlock; at += unitsOfBlock) {
+        std::uint64_t block = 0;
+        std::memcpy(&block, text.data() + at, sizeof block);
+        block ^= each * unit; // a lane that holds the unit is zero now
+        if (((block - each) & ~block & each * 0x8000) != 0)
+            break;
+    }
+    while (at < text.size() && text[at] != unit)
+        ++at;
+    return at;
+}
+
+} // namespace corvane
