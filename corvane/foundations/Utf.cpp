@@ -35,9 +35,8 @@ int TrailCount(unsigned char lead) noexcept {
     return lead < 0xF5 ? 3 : 0;
 }
 
-// Decodes the character that begins at `at`, which is not ASCII, and moves `at` behind it. What is ill-formed
-// gives U+FFFD for the longest piece that could still have begun a character.
-char32_t DecodeUtf8(const unsigned char*& at, const unsigned char* end) noexcept {
+// What is ill-formed gives U+FFFD for the longest piece that could still have begun a character.
+char32_t DecodeAnyUtf8(const unsigned char*& at, const unsigned char* end) noexcept {
     const unsigned char lead = *at++;
     const int trails = TrailCount(lead);
     if (trails == 0 || at == end || !IsSecond(lead, *at))
@@ -49,6 +48,20 @@ char32_t DecodeUtf8(const unsigned char*& at, const unsigned char* end) noexcept
         code = code << 6 | (*at++ & 0x3FU);
     }
     return code;
+}
+
+// Decodes the character that begins at `at`, which is not ASCII, and moves `at` behind it.
+inline char32_t DecodeUtf8(const unsigned char*& at, const unsigned char* end) noexcept {
+    const unsigned char lead = *at;
+    if (lead >= 0xC2 && lead < 0xE0 && end - at >= 2 && IsTrail(at[1])) {
+        at += 2;
+        return static_cast<char32_t>((lead & 0x1F) << 6 | (at[-1] & 0x3F));
+    }
+    if (lead > 0xE0 && lead < 0xED && end - at >= 3 && IsTrail(at[1]) && IsTrail(at[2])) {
+        at += 3;
+        return static_cast<char32_t>((lead & 0x0F) << 12 | (at[-2] & 0x3F) << 6 | (at[-1] & 0x3F));
+    }
+    return DecodeAnyUtf8(at, end);
 }
 
 char32_t DecodeUtf16(const wchar*& at, const wchar* end) noexcept {
@@ -90,35 +103,72 @@ char* Append(char* out, char32_t code) noexcept {
     return out + bytes;
 }
 
-// Whether the eight bytes at `at` are ASCII, as bytes or as UTF-16.
+// ASCII is taken in blocks of this many units.
+constexpr std::ptrdiff_t blockUnits = 8;
+constexpr std::ptrdiff_t half = blockUnits / 2;
+
 template <typename Unit>
 bool IsAsciiBlock(const Unit* at) noexcept {
     constexpr std::uint64_t beyondAscii = sizeof(Unit) == 1 ? 0x8080808080808080 : 0xFF80FF80FF80FF80;
-    std::uint64_t block = 0;
-    std::memcpy(&block, at, sizeof block);
-    return (block & beyondAscii) == 0;
+    std::uint64_t numbers[sizeof(Unit)];
+    std::memcpy(numbers, at, sizeof numbers);
+    return ((numbers[0] | numbers[sizeof(Unit) - 1]) & beyondAscii) == 0;
 }
 
-template <typename Unit>
-constexpr std::ptrdiff_t blockUnits = 8 / sizeof(Unit);
+template <typename Number, typename Unit>
+Number Load(const Unit* at) noexcept {
+    Number number = 0;
+    std::memcpy(&number, at, sizeof number);
+    return number;
+}
+
+// Moves four bytes apart, whichever end the machine's numbers have first.
+std::uint64_t Apart(std::uint64_t bytes) noexcept {
+    bytes = (bytes | bytes << 16) & 0x0000FFFF0000FFFF;
+    return (bytes | bytes << 8) & 0x00FF00FF00FF00FF;
+}
+
+// Moves them together again.
+std::uint32_t Together(std::uint64_t units) noexcept {
+    units = (units | units >> 8) & 0x0000FFFF0000FFFF;
+    return static_cast<std::uint32_t>(units | units >> 16);
+}
+
+void CopyBlock(const unsigned char* at, wchar* out) noexcept {
+    const std::uint64_t units[] = {Apart(Load<std::uint32_t>(at)), Apart(Load<std::uint32_t>(at + half))};
+    std::memcpy(out, units, sizeof units);
+}
+
+void CopyBlock(const wchar* at, char* out) noexcept {
+    const std::uint32_t bytes[] = {Together(Load<std::uint64_t>(at)),
+                                   Together(Load<std::uint64_t>(at + half))};
+    std::memcpy(out, bytes, sizeof bytes);
+}
 
 // Moves `at` behind the run of ASCII there and returns its length.
 template <typename Unit>
 std::size_t SkipAscii(const Unit*& at, const Unit* end) noexcept {
     const Unit* const begin = at;
-    while (end - at >= blockUnits<Unit> && IsAsciiBlock(at))
-        at += blockUnits<Unit>;
+    while (end - at >= blockUnits && IsAsciiBlock(at))
+        at += blockUnits;
+    if (end - at < blockUnits && end - begin >= blockUnits && IsAsciiBlock(end - blockUnits))
+        at = end;
     while (at != end && *at < 0x80)
         ++at;
     return static_cast<std::size_t>(at - begin);
 }
 
+// The same, copied. A rest that is shorter than a block is taken with what stands before it, once more.
 template <typename From, typename To>
 void CopyAscii(const From*& at, const From* end, To*& out) noexcept {
-    for (; end - at >= blockUnits<From> && IsAsciiBlock(at);
-         at += blockUnits<From>, out += blockUnits<From>) {
-        for (std::ptrdiff_t i = 0; i < blockUnits<From>; ++i)
-            out[i] = static_cast<To>(at[i]);
+    const From* const begin = at;
+    for (; end - at >= blockUnits && IsAsciiBlock(at); at += blockUnits, out += blockUnits)
+        CopyBlock(at, out);
+    const std::ptrdiff_t rest = end - at;
+    if (rest < blockUnits && end - begin >= blockUnits && IsAsciiBlock(end - blockUnits)) {
+        out += rest;
+        at = end;
+        CopyBlock(end - blockUnits, out - blockUnits);
     }
     while (at != end && *at < 0x80)
         *out++ = static_cast<To>(*at++);

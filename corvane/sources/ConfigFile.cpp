@@ -1,4 +1,5 @@
 // What a configuration file is to the library: its path, its time and the form of its keys.
+#include <corvane/foundations/FindUnit.h>
 #include <corvane/platform/Platform.h>
 #include <corvane/sources/ConfigFile.h>
 
@@ -33,8 +34,8 @@ void ConfigFile::UpdateModifyTime() {
 bool ConfigFile::ParseKey(const corvane::wstring& key, corvane::wstring& section, corvane::wstring& tag) {
     if (key.empty())
         return false;
-    const std::size_t colon = key.find(':');
-    if (colon == corvane::wstring::npos) {
+    const std::size_t colon = corvane::FindUnit(key, ':');
+    if (colon == key.size()) {
         section.clear();
         tag.clear();
         return false;

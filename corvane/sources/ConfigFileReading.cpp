@@ -1,5 +1,6 @@
 // Reading from the configuration file: one call of the platform for each text.
 #include <corvane/foundations/FailureReport.h>
+#include <corvane/foundations/FindUnit.h>
 #include <corvane/platform/Platform.h>
 #include <corvane/sources/ConfigFile.h>
 #include <corvane/sources/KeyParts.h>
@@ -9,18 +10,20 @@
 #include <limits>
 #include <new>
 
+using corvane::wchar;
 using corvane::wstring;
+using corvane::wstring_view;
 
 namespace {
 
-// The bytes that a read operation fills, zero-filled. How long a text is shows only when it fits, so the
-// buffer doubles until it does. A NUL always stands behind it.
+// The bytes that a read operation fills. How long a text is shows only when it fits, so the buffer doubles
+// until it does. Cleared, it has a NUL behind any text.
 class ReadBuffer {
 public:
-    ReadBuffer() noexcept { std::memset(m_first, 0, static_cast<std::size_t>(m_size) + 1); }
-
     char* Data() noexcept { return m_larger.empty() ? m_first : m_larger.data(); }
     std::int32_t Size() const noexcept { return m_size; }
+
+    void Clear() noexcept { std::memset(Data(), 0, static_cast<std::size_t>(m_size) + 1); }
 
     void Double() {
         if (m_size > std::numeric_limits<std::int32_t>::max() / 2)
@@ -38,7 +41,7 @@ private:
     std::vector<char> m_larger;
 };
 
-std::int32_t Fail(const char* function, std::int32_t line, const corvane::wchar* message = nullptr) {
+std::int32_t Fail(const char* function, std::int32_t line, const wchar* message = nullptr) {
     return failure_report(FAILURE_GENERAL, message, configChannel, function, line);
 }
 
@@ -54,14 +57,14 @@ std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
 
     ReadBuffer buffer;
     value.clear();
-    NarrowString narrowSection;
-    NarrowString narrowTag;
-    if (!narrowSection.ConvertName(parts.section) || !narrowTag.ConvertName(parts.tag) ||
-        !m_narrowFileName.Get())
+    NarrowName narrowSection;
+    NarrowName narrowTag;
+    if (!narrowSection.Convert(parts.section) || !narrowTag.Convert(parts.tag) || !m_narrowFileName.Get())
         return Fail(function, __LINE__);
 
     for (;;) {
         std::int32_t count = 0;
+        buffer.Clear();
         try {
             count = static_cast<std::int32_t>(platform::GetPrivateProfileStringA(
                 narrowSection.Get(), narrowTag.Get(), nullptr, buffer.Data(),
@@ -119,25 +122,21 @@ std::int32_t ConfigFile::ReadSection(const wstring& section, wstring& text) {
 
 void ConfigFile::Utf8ToWide(const char* text, std::int32_t length, wstring& result) {
     using namespace corvane::platform;
-    result.clear();
-    const int units = platform::MultiByteToWideChar(CP_UTF8, 0, text, length, nullptr, 0);
-    if (units == 0)
-        return;
+    result.resize(static_cast<std::size_t>(length)); // never more units than bytes
+    const int units = platform::MultiByteToWideChar(CP_UTF8, 0, text, length, result.data(), length);
     result.resize(static_cast<std::size_t>(units));
-    if (platform::MultiByteToWideChar(CP_UTF8, 0, text, length, result.data(), units) == 0)
-        result.clear();
 }
 
 bool ConfigFile::SplitNameList(const wstring& list, std::vector<wstring>& names) {
     if (list.empty())
         return false;
-    for (std::size_t begin = 0;;) {
-        const std::size_t end = list.find(corvane::wchar(), begin);
-        if (end == wstring::npos)
+    for (wstring_view rest = list;;) {
+        const std::size_t length = corvane::FindUnit(rest, wchar());
+        if (length == rest.size())
             return true;
-        names.emplace_back(list, begin, end - begin);
-        begin = end + 1;
-        if (begin < list.size() && list[begin] == 0)
+        names.emplace_back(rest.substr(0, length));
+        rest.remove_prefix(length + 1);
+        if (!rest.empty() && rest.front() == 0)
             return true;
     }
 }

@@ -3,6 +3,7 @@
 
 #include <corvane/foundations/ScopedResource.h>
 #include <corvane/foundations/StringUtility.h>
+#include <corvane/foundations/Utf.h>
 
 struct QUtilStringFreeA {
     void operator()(char* text) const noexcept {
@@ -27,4 +28,36 @@ public:
 
     /// The same for a name, of which an empty one stays null.
     bool ConvertName(const corvane::wstring& name) { return name.empty() || Convert(name.c_str()); }
+};
+
+/// The UTF-8 form of a name for the length of one read, or null for an empty name. Names of ordinary length
+/// take no allocation.
+class NarrowName {
+public:
+    NarrowName() = default;
+    NarrowName(const NarrowName&) = delete;
+    NarrowName& operator=(const NarrowName&) = delete;
+
+    /// Takes the UTF-8 form of `name`. False when it cannot be made, and null then stays.
+    bool Convert(const corvane::wstring& name) {
+        if (name.empty())
+            return true;
+        if (name.size() > inlineUnits) {
+            const bool converted = m_long.Convert(name.c_str());
+            m_text = m_long.Get();
+            return converted;
+        }
+        m_inline[corvane::utf::ToUtf8(name, m_inline)] = '\0';
+        m_text = m_inline;
+        return true;
+    }
+
+    const char* Get() const noexcept { return m_text; }
+
+private:
+    static constexpr std::size_t inlineUnits = 64;
+
+    const char* m_text = nullptr;
+    char m_inline[inlineUnits * 3 + 1];
+    NarrowString m_long;
 };

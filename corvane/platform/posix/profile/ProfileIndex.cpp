@@ -13,7 +13,7 @@ std::size_t BucketOf(std::uint64_t hash, std::size_t count) noexcept {
 
 template <typename T>
 std::size_t BytesOf(const std::vector<T>& items) noexcept {
-    return items.capacity() * sizeof(T);
+    return items.size() * sizeof(T);
 }
 
 } // namespace
@@ -23,65 +23,59 @@ ProfileIndex::ProfileIndex(std::string content) : m_content(std::move(content)) 
         return;
     TakeLines();
     LinkSections();
-    LinkTags();
 }
 
 void ProfileIndex::TakeLines() {
+    constexpr std::size_t bytesOfLine = 24; // or more, in most files: what is not needed is never touched
+    m_lines.reserve(m_content.size() / bytesOfLine);
+    m_tagBuckets.reserve(m_content.size() / bytesOfLine);
     ProfileLines lines(m_content);
     for (ProfileLine line; lines.Next(line);) {
-        const auto position = static_cast<std::uint32_t>(m_lines.size());
         if (line.kind == ProfileLine::Kind::Header) {
+            CloseSection();
+            const auto position = static_cast<std::uint32_t>(m_lines.size());
             m_sections.push_back({{none}, SpanOf(line.name), position, position});
+        } else if (m_sections.empty()) { // out of every reader's reach
             continue;
-        }
-        if (m_sections.empty()) // out of every reader's reach
-            continue;
-        if (line.kind == ProfileLine::Kind::Tag)
+        } else if (line.kind == ProfileLine::Kind::Tag) {
             m_lines.push_back({{none}, SpanOf(line.name), SpanOf(line.value)});
-        else if (line.kind == ProfileLine::Kind::Other)
+        } else if (line.kind == ProfileLine::Kind::Other) {
             m_lines.push_back({{none}, {}, SpanOf(TrimBlanks(UntilNul(line.text)))});
-        m_sections.back().endLine = static_cast<std::uint32_t>(m_lines.size());
+        }
     }
-    m_sections.shrink_to_fit();
-    m_lines.shrink_to_fit();
+    CloseSection();
+}
+
+void ProfileIndex::CloseSection() {
+    if (m_sections.empty())
+        return;
+    Section& section = m_sections.back();
+    section.endLine = static_cast<std::uint32_t>(m_lines.size());
+    m_tagBuckets.resize(m_lines.size(), none);
+    for (std::uint32_t at = section.firstLine; at < section.endLine; ++at) {
+        if (m_lines[at].name.size != 0)
+            Link(m_lines, at, m_tagBuckets[TagBucket(section, Text(m_lines[at].name))]);
+    }
+}
+
+void ProfileIndex::LinkSections() {
+    m_sectionBuckets.assign(m_sections.size(), none);
+    for (std::uint32_t at = 0; at < m_sections.size(); ++at)
+        Link(m_sections, at, m_sectionBuckets[SectionBucket(Text(m_sections[at].name))]);
 }
 
 // Each chain is in the order of the file, so that the first of two is found that only another locale holds
 // equal.
-void ProfileIndex::LinkSections() {
-    m_sectionBuckets.assign(m_sections.size(), none);
-    for (std::uint32_t at = 0; at < m_sections.size(); ++at) {
-        const std::string_view name = Text(m_sections[at].name);
-        std::uint32_t* link = &m_sectionBuckets[SectionBucket(name)];
-        while (*link != none && !SameName(Text(m_sections[*link].name), name))
-            link = &m_sections[*link].next;
-        if (*link == none)
-            *link = at;
-        else
-            m_sections[at].next = shadowed;
-    }
-}
-
-void ProfileIndex::LinkTags() {
-    m_tagBuckets.assign(m_lines.size(), none);
-    for (const Section& section : m_sections) {
-        for (std::uint32_t at = section.firstLine; at < section.endLine; ++at) {
-            if (m_lines[at].name.size == 0)
-                continue;
-            const std::string_view name = Text(m_lines[at].name);
-            std::uint32_t* link = &m_tagBuckets[TagBucket(section, name)];
-            while (*link != none && !IsTag(*link, section, name))
-                link = &m_lines[*link].next;
-            if (*link == none)
-                *link = at;
-            else
-                m_lines[at].next = shadowed;
-        }
-    }
-}
-
-bool ProfileIndex::IsTag(std::uint32_t line, const Section& section, std::string_view name) const noexcept {
-    return line >= section.firstLine && line < section.endLine && SameName(Text(m_lines[line].name), name);
+template <typename Item>
+void ProfileIndex::Link(std::vector<Item>& items, std::uint32_t at, std::uint32_t& bucket) const noexcept {
+    const std::string_view name = Text(items[at].name);
+    std::uint32_t* link = &bucket;
+    while (*link != none && !SameName(Text(items[*link].name), name))
+        link = &items[*link].next;
+    if (*link == none)
+        *link = at;
+    else
+        items[at].next = shadowed;
 }
 
 const ProfileIndex::Section* ProfileIndex::FindSection(std::string_view name) const noexcept {
@@ -95,10 +89,10 @@ const ProfileIndex::Section* ProfileIndex::FindSection(std::string_view name) co
 }
 
 const ProfileIndex::Line* ProfileIndex::FindTag(const Section& section, std::string_view tag) const noexcept {
-    if (tag.empty() || m_lines.empty())
+    if (tag.empty() || section.firstLine == section.endLine)
         return nullptr;
     for (std::uint32_t at = m_tagBuckets[TagBucket(section, tag)]; at != none; at = m_lines[at].next) {
-        if (IsTag(at, section, tag))
+        if (SameName(Text(m_lines[at].name), tag))
             return &m_lines[at];
     }
     return nullptr;
@@ -121,7 +115,7 @@ std::size_t ProfileIndex::SectionBucket(std::string_view name) const noexcept {
 }
 
 std::size_t ProfileIndex::TagBucket(const Section& section, std::string_view tag) const noexcept {
-    return BucketOf(HashName(tag) + section.firstLine, m_tagBuckets.size());
+    return section.firstLine + BucketOf(HashName(tag), section.endLine - section.firstLine);
 }
 
 } // namespace corvane::posix

@@ -65,9 +65,10 @@ private:
     static constexpr std::uint32_t shadowed = none - 1;
 
     void TakeLines();
+    void CloseSection();
     void LinkSections();
-    void LinkTags();
-    bool IsTag(std::uint32_t line, const Section& section, std::string_view name) const noexcept;
+    template <typename Item>
+    void Link(std::vector<Item>& items, std::uint32_t at, std::uint32_t& bucket) const noexcept;
     Span SpanOf(std::string_view piece) const noexcept;
     std::size_t SectionBucket(std::string_view name) const noexcept;
     std::size_t TagBucket(const Section& section, std::string_view tag) const noexcept;
@@ -76,7 +77,7 @@ private:
     std::vector<Section> m_sections;
     std::vector<Line> m_lines;
     // Each bucket is a chain of sections or tags, of which no two are equal: the first of its name is there.
-    // The tags of all sections share one table.
+    // A section's tags have the buckets that stand where its lines do.
     std::vector<std::uint32_t> m_sectionBuckets;
     std::vector<std::uint32_t> m_tagBuckets;
 };

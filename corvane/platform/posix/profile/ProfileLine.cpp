@@ -2,6 +2,8 @@
 #include <corvane/foundations/Utf.h>
 #include <corvane/platform/posix/profile/ProfileLine.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 namespace corvane::posix {
@@ -21,11 +23,10 @@ std::size_t Find(std::string_view text, char c, std::size_t from = 0) noexcept {
     return hit ? static_cast<std::size_t>(static_cast<const char*>(hit) - text.data()) : text.size();
 }
 
-std::string_view TextIn(std::string_view text) noexcept {
-    return TrimBlanks(UntilNul(text));
-}
-
-void Classify(ProfileLine& line) noexcept {
+void Classify(ProfileLine& line, bool hasNul) noexcept {
+    const auto textIn = [hasNul](std::string_view text) {
+        return TrimBlanks(hasNul ? UntilNul(text) : text);
+    };
     line.name = line.value = {};
     const std::string_view text = TrimBlanks(line.text);
     line.kind = ProfileLine::Kind::Other;
@@ -40,17 +41,17 @@ void Classify(ProfileLine& line) noexcept {
     const std::size_t close = text.front() == '[' ? text.rfind(']') : std::string_view::npos;
     if (close != std::string_view::npos) {
         line.kind = ProfileLine::Kind::Header;
-        line.name = TextIn(text.substr(1, close - 1));
+        line.name = textIn(text.substr(1, close - 1));
         return;
     }
     const std::size_t equals = Find(text, '=');
     if (equals == text.size())
         return;
-    line.name = TextIn(text.substr(0, equals));
+    line.name = textIn(text.substr(0, equals));
     if (line.name.empty())
         return;
     line.kind = ProfileLine::Kind::Tag;
-    line.value = TextIn(text.substr(equals + 1));
+    line.value = textIn(text.substr(equals + 1));
 }
 
 bool IsAscii(char c) noexcept {
@@ -82,17 +83,72 @@ char32_t WithoutCase(char32_t code) noexcept {
     return caseless ? code : 0xFFFD;
 }
 
+// Mixes characters in groups of eight bytes, of which one outside ASCII takes four: so it is one and the same
+// whether ASCII is put in one by one or in whole groups.
+class NameHash {
+public:
+    static constexpr std::size_t groupSize = sizeof(std::uint64_t);
+
+    // A whole group at once, or the shorter rest of a name, if that is ASCII.
+    bool PutAscii(const char* characters, std::size_t count) noexcept {
+        std::uint64_t group = 0;
+        std::memcpy(&group, characters, count);
+        if ((group & 0x8080808080808080) != 0)
+            return false;
+        Mix(group);
+        return true;
+    }
+
+    void Put(char32_t code) noexcept {
+        for (PutByte(code); code >= 0x80; code >>= 8)
+            PutByte(code >> 8);
+    }
+
+    std::uint64_t Get() noexcept {
+        if (m_size > 0)
+            Flush();
+        return m_hash;
+    }
+
+private:
+    void PutByte(char32_t byte) noexcept {
+        m_group[m_size++] = static_cast<unsigned char>(byte);
+        if (m_size == sizeof m_group)
+            Flush();
+    }
+
+    void Flush() noexcept {
+        std::uint64_t group = 0;
+        std::memcpy(&group, m_group, m_size);
+        Mix(group);
+        m_size = 0;
+    }
+
+    void Mix(std::uint64_t group) noexcept {
+        // the bit that parts the letter cases of ASCII
+        m_hash = (m_hash ^ (group | 0x2020202020202020)) * 0x9E3779B97F4A7C15;
+        m_hash ^= m_hash >> 32;
+    }
+
+    std::uint64_t m_hash = 0;
+    unsigned char m_group[groupSize];
+    std::size_t m_size = 0;
+};
+
 } // namespace
 
 ProfileLines::ProfileLines(std::string_view text) noexcept
     : m_text(text), m_at(text.substr(0, utf8Mark.size()) == utf8Mark ? utf8Mark.size() : 0),
-      m_feed(Find(text, '\n')), m_return(Find(text, '\r')) {}
+      m_feed(Find(text, '\n')), m_return(Find(text, '\r')), m_nul(Find(text, '\0')) {}
 
 bool ProfileLines::Next(ProfileLine& line) noexcept {
     if (m_at == m_text.size())
         return false;
+    const std::size_t begin = m_at;
     SplitLine(line);
-    Classify(line);
+    if (m_nul < begin)
+        m_nul = Find(m_text, '\0', begin);
+    Classify(line, m_nul < m_at);
     return true;
 }
 
@@ -139,16 +195,20 @@ bool SameName(std::string_view a, std::string_view b) noexcept {
 }
 
 std::uint64_t HashName(std::string_view name) noexcept {
-    std::uint64_t hash = 0xCBF29CE484222325;
+    NameHash hash;
+    while (name.size() >= NameHash::groupSize && hash.PutAscii(name.data(), NameHash::groupSize))
+        name.remove_prefix(NameHash::groupSize);
+    if (name.size() < NameHash::groupSize && (name.empty() || hash.PutAscii(name.data(), name.size())))
+        return hash.Get();
     while (!name.empty()) {
         char32_t code = static_cast<unsigned char>(name.front());
         if (code < 0x80)
             name.remove_prefix(1);
         else
             code = WithoutCase(utf::TakeCharacter(name));
-        hash = (hash ^ (code | 0x20)) * 0x100000001B3; // the bit that parts the letter cases of ASCII
+        hash.Put(code);
     }
-    return hash;
+    return hash.Get();
 }
 
 bool IsUtf16(std::string_view text) noexcept {

@@ -38,10 +38,11 @@ private:
 
     std::string_view m_text;
     std::size_t m_at = 0;
-    // The next LF and the next CR: each is looked for again only when it is passed, so that a text with one
-    // kind of line ending takes time in proportion to its length.
+    // The next LF, CR and NUL: each is looked for again only when it is passed, so that a text with one kind
+    // of line ending takes time in proportion to its length.
     std::size_t m_feed = 0;
     std::size_t m_return = 0;
+    std::size_t m_nul = 0;
 };
 
 /// `text` up to its first NUL: a name or a value ends there, as every text does that is handed on as a C

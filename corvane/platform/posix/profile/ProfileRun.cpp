@@ -2,6 +2,7 @@
 #include <corvane/platform/posix/profile/ProfileCache.h>
 #include <corvane/platform/posix/profile/ProfileRun.h>
 
+#include <cstring>
 #include <utility>
 
 namespace corvane::posix {
@@ -11,11 +12,11 @@ ProfileRun*& ProfileRun::OfThisThread() noexcept {
     return run;
 }
 
-ProfileRun::Profile ProfileRun::Continue(const char* file, const char* section, const char* tag) {
-    if (!m_profile || !file || !section || m_file != file)
+const ProfileIndex* ProfileRun::Continue(const char* file, const char* section, const char* tag) {
+    if (!m_profile || !file || !section || std::strcmp(m_file.c_str(), file) != 0)
         return nullptr;
     const bool follows = tag ? StepToTag(*m_profile, section, tag) : StepToList(*m_profile, section);
-    return follows ? m_profile : nullptr;
+    return follows ? m_profile.get() : nullptr;
 }
 
 void ProfileRun::Begin(const char* file, const Profile& profile) {
@@ -42,7 +43,7 @@ bool ProfileRun::StepToList(const ProfileIndex& profile, const char* section) no
     if (!again && m_section && NextTag(profile))
         return false;
     const Section* const next = again ? m_place : NextSection(profile);
-    if (!next || profile.Text(next->name) != section)
+    if (!next || !Is(profile.Text(next->name), section))
         return false;
     const Section* const first = next->IsShadowed() ? profile.FindSection(section) : next;
     if (!first)
@@ -55,10 +56,10 @@ bool ProfileRun::StepToList(const ProfileIndex& profile, const char* section) no
 }
 
 bool ProfileRun::StepToTag(const ProfileIndex& profile, const char* section, const char* tag) noexcept {
-    if (!m_place || profile.Text(m_place->name) != section)
+    if (!m_place || !Is(profile.Text(m_place->name), section))
         return false;
     const Line* const next = m_cut && m_line ? m_line : NextTag(profile);
-    if (!next || profile.Text(next->name) != tag)
+    if (!next || !Is(profile.Text(next->name), tag))
         return false;
     m_line = next;
     m_answer = next->IsShadowed() ? profile.FindTag(*m_section, tag) : next;
@@ -78,6 +79,10 @@ const ProfileRun::Section* ProfileRun::NextSection(const ProfileIndex& profile) 
     while (section != sections.data() + sections.size() && section->name.size == 0)
         ++section;
     return section != sections.data() + sections.size() ? section : nullptr;
+}
+
+bool ProfileRun::Is(std::string_view name, const char* text) noexcept {
+    return std::strncmp(name.data(), text, name.size()) == 0 && text[name.size()] == '\0';
 }
 
 } // namespace corvane::posix

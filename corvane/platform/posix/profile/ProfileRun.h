@@ -23,8 +23,9 @@ public:
     static ProfileRun*& OfThisThread() noexcept;
 
     /// Goes on to what is asked for, the list of a section's tags or with a tag its value, if that comes
-    /// next, or again after an answer that was cut. Null otherwise, and the run stands as it was.
-    Profile Continue(const char* file, const char* section, const char* tag);
+    /// next, or again after an answer that was cut. Null otherwise, and the run stands as it was. The picture
+    /// is the run's.
+    const ProfileIndex* Continue(const char* file, const char* section, const char* tag);
 
     /// Begins at the list of sections of a profile that is valid now.
     void Begin(const char* file, const Profile& profile);
@@ -45,6 +46,7 @@ private:
     bool StepToTag(const ProfileIndex& profile, const char* section, const char* tag) noexcept;
     const Line* NextTag(const ProfileIndex& profile) const noexcept;
     const Section* NextSection(const ProfileIndex& profile) const noexcept;
+    static bool Is(std::string_view name, const char* text) noexcept;
 
     Profile m_profile;
     std::string m_file;

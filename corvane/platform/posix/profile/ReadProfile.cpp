@@ -159,7 +159,7 @@ ulong platform::GetPrivateProfileStringA(const char* section, const char* tag, c
         return 0;
     ProfileRun* const run = ProfileRun::OfThisThread();
     if (run) {
-        if (const auto profile = run->Continue(file, section, tag))
+        if (const auto* const profile = run->Continue(file, section, tag))
             return Answer(*run, *profile, buffer, size);
         run->End();
     }
