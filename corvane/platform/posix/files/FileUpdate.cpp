@@ -88,11 +88,11 @@ bool FileUpdate::IsStillTheFile() const noexcept {
            open.st_dev == named.st_dev && open.st_ino == named.st_ino;
 }
 
-ulong FileUpdate::Commit(std::string_view content) {
-    return content == m_content && IsStillTheFile() ? Done() : Write(content, nullptr);
+ulong FileUpdate::Commit(const TextPieces& content) {
+    return Write(content, nullptr);
 }
 
-ulong FileUpdate::CommitCopy(std::string_view content, const struct stat& source) {
+ulong FileUpdate::CommitCopy(const TextPieces& content, const struct stat& source) {
     struct stat status {};
     if (::fstat(m_file.Get(), &status) != 0)
         return ErrorFromErrno(errno);
@@ -105,11 +105,11 @@ ulong FileUpdate::Done() noexcept {
     return ERROR_SUCCESS;
 }
 
-ulong FileUpdate::Write(std::string_view content, const struct stat* source) {
+ulong FileUpdate::Write(const TextPieces& content, const struct stat* source) {
     // Someone who knows nothing of the lock may have put another file there; that one is not to be lost.
     if (!IsStillTheFile())
         return ERROR_SHARING_VIOLATION;
-    if (content.size() > maximumFileSize)
+    if (SizeOf(content) > maximumFileSize)
         return ERROR_FILE_TOO_LARGE;
     struct stat status {};
     if (::fstat(m_file.Get(), &status) != 0)
@@ -134,7 +134,7 @@ ulong FileUpdate::Write(std::string_view content, const struct stat* source) {
     return Done();
 }
 
-int FileUpdate::Replace(std::string_view content, const struct stat& status, const struct stat* source) {
+int FileUpdate::Replace(const TextPieces& content, const struct stat& status, const struct stat* source) {
     TemporaryFile next;
     if (const int error = next.Create(m_target.folder.Get(), m_target.name))
         return error;

@@ -4,9 +4,9 @@
 #include <corvane/platform/posix/files/BoundedWait.h>
 #include <corvane/platform/posix/files/FileHandle.h>
 #include <corvane/platform/posix/files/TargetPath.h>
+#include <corvane/platform/posix/files/TextPieces.h>
 
 #include <string>
-#include <string_view>
 #include <sys/stat.h>
 
 namespace corvane::posix {
@@ -34,14 +34,14 @@ public:
 
     const std::string& Content() const noexcept { return m_content; }
 
-    /// Puts `content` in the file's place and flushes it to disk: through a temporary file in the same folder
-    /// that takes over owner, permissions and attributes, or in place where that cannot serve. On failure the
-    /// file holds what it held.
-    ulong Commit(std::string_view content);
+    /// Puts `content`, whose pieces may be of Content(), in the file's place and flushes it to disk: through
+    /// a temporary file in the same folder that takes over owner, permissions and attributes, or in place
+    /// where that cannot serve. On failure the file holds what it held.
+    ulong Commit(const TextPieces& content);
 
     /// The same for a copy of the file with the status `source`: it takes over that one's modification time
     /// too, and permits only what both of the files permitted. A file as its own source is left alone.
-    ulong CommitCopy(std::string_view content, const struct stat& source);
+    ulong CommitCopy(const TextPieces& content, const struct stat& source);
 
 private:
     enum class Outcome { Locked, Refused, Changed };
@@ -50,8 +50,8 @@ private:
     int Open(Missing missing) noexcept;
     bool IsStillTheFile() const noexcept;
     ulong Done() noexcept;
-    ulong Write(std::string_view content, const struct stat* source);
-    int Replace(std::string_view content, const struct stat& status, const struct stat* source);
+    ulong Write(const TextPieces& content, const struct stat* source);
+    int Replace(const TextPieces& content, const struct stat& status, const struct stat* source);
 
     TargetPath m_target;
     FileHandle m_file;

@@ -22,38 +22,43 @@ int Reserve(int descriptor, std::size_t size) noexcept {
     return result == 0 || (errno != ENOSPC && errno != EDQUOT) ? 0 : errno;
 }
 
-int Overwrite(int descriptor, std::string_view content) noexcept {
+int Overwrite(int descriptor, const TextPieces& content) noexcept {
     if (const int error = WriteWhole(descriptor, content))
         return error;
-    if (::ftruncate(descriptor, static_cast<off_t>(content.size())) != 0 || ::fsync(descriptor) != 0)
+    if (::ftruncate(descriptor, static_cast<off_t>(SizeOf(content))) != 0 || ::fsync(descriptor) != 0)
         return errno;
     return 0;
 }
 
 } // namespace
 
-int WriteWhole(int descriptor, std::string_view content) noexcept {
-    for (off_t at = 0; !content.empty();) {
-        const ssize_t count = ::pwrite(descriptor, content.data(), content.size(), at);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            return count == 0 ? EIO : errno;
-        at += count;
-        content.remove_prefix(static_cast<std::size_t>(count));
+int WriteWhole(int descriptor, const TextPieces& content) noexcept {
+    off_t at = 0;
+    for (std::string_view piece : content) {
+        while (!piece.empty()) {
+            const ssize_t count = ::pwrite(descriptor, piece.data(), piece.size(), at);
+            if (count < 0 && errno == EINTR)
+                continue;
+            if (count <= 0)
+                return count == 0 ? EIO : errno;
+            at += count;
+            piece.remove_prefix(static_cast<std::size_t>(count));
+        }
     }
     return 0;
 }
 
-ulong WriteInPlace(int descriptor, std::string_view content, std::string_view old) noexcept {
+ulong WriteInPlace(int descriptor, const TextPieces& content, std::string_view old) {
+    const TextPieces before{old}; // made now, as nothing may fail later
     ContentLock lock;
     if (const ulong error = lock.Take(descriptor, ContentLock::Kind::Alone))
         return error;
-    int error = content.size() > old.size() ? Reserve(descriptor, content.size()) : 0;
+    const std::size_t size = SizeOf(content);
+    int error = size > old.size() ? Reserve(descriptor, size) : 0;
     if (error == 0)
         error = Overwrite(descriptor, content);
     if (error != 0)
-        Overwrite(descriptor, old); // also gives back what was reserved
+        Overwrite(descriptor, before); // also gives back what was reserved
     return ErrorFromErrno(error);
 }
 

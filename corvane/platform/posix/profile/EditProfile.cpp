@@ -2,6 +2,7 @@
 #include <corvane/platform/posix/profile/ProfileLine.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace corvane::posix {
 namespace {
@@ -19,16 +20,13 @@ std::string Join(std::initializer_list<std::string_view> parts) {
     return text;
 }
 
-std::string_view Before(std::string_view content, const char* place) noexcept {
-    return content.substr(0, static_cast<std::size_t>(place - content.data()));
-}
-
-std::string_view From(std::string_view content, const char* place) noexcept {
-    return content.substr(static_cast<std::size_t>(place - content.data()));
-}
-
 const char* EndOf(std::string_view text) noexcept {
     return text.data() + text.size();
+}
+
+ProfileChange Replace(std::string_view content, const char* begin, const char* end, std::string text = {}) {
+    return {static_cast<std::size_t>(begin - content.data()), static_cast<std::size_t>(end - content.data()),
+            std::move(text)};
 }
 
 std::string_view EndingOf(const ProfileLine& line) noexcept {
@@ -47,8 +45,7 @@ bool IsBlank(char c) noexcept {
     return c == ' ' || c == '\t';
 }
 
-std::optional<std::string> ReplaceValue(std::string_view content, const ProfileLine& line,
-                                        std::string_view value) {
+ProfileChanges ReplaceValue(std::string_view content, const ProfileLine& line, std::string_view value) {
     const std::string_view behindEquals = line.text.substr(line.text.find('=') + 1);
     const std::size_t blanks = std::min(behindEquals.find_first_not_of(" \t"), behindEquals.size());
     const char* begin = behindEquals.data() + blanks;
@@ -57,55 +54,32 @@ std::optional<std::string> ReplaceValue(std::string_view content, const ProfileL
         begin = behindEquals.data();
     if (!value.empty() && IsBlank(value.back()))
         end = EndOf(line.text);
-    if (value == From(Before(content, end), begin))
-        return std::nullopt;
-    return Join({Before(content, begin), value, From(content, end)});
+    if (value == std::string_view(begin, static_cast<std::size_t>(end - begin)))
+        return {};
+    return {Replace(content, begin, end, std::string(value))};
 }
 
-std::string AddTag(std::string_view content, const ProfileLine& last, std::string_view tag,
-                   std::string_view value) {
+ProfileChanges AddTag(std::string_view content, const ProfileLine& last, std::string_view tag,
+                      std::string_view value) {
     const std::string_view ending = EndingBeside(last, content);
     const std::string_view missing = EndingOf(last).empty() ? ending : "";
     const char* const place = EndOf(last.whole);
-    return Join({Before(content, place), missing, tag, "=", value, ending, From(content, place)});
+    return {Replace(content, place, place, Join({missing, tag, "=", value, ending}))};
 }
 
-std::string AddSection(std::string_view content, const ProfileLine& last, std::string_view section,
-                       std::string_view tag, std::string_view value) {
+ProfileChanges AddSection(std::string_view content, const ProfileLine& last, std::string_view section,
+                          std::string_view tag, std::string_view value) {
     const std::string_view ending = EndingBeside(last, content);
     const std::string_view missing = !last.text.empty() && EndingOf(last).empty() ? ending : "";
-    return Join({content, missing, "[", section, "]", ending, tag, "=", value, ending});
+    const char* const place = EndOf(content);
+    return {
+        Replace(content, place, place, Join({missing, "[", section, "]", ending, tag, "=", value, ending}))};
 }
-
-// What is left of a text when pieces are taken out of it from front to back.
-class Remainder {
-public:
-    explicit Remainder(std::string_view content) noexcept : m_content(content), m_from(content.data()) {}
-
-    void TakeOut(const char* begin, const char* end) {
-        m_text += From(Before(m_content, begin), m_from);
-        m_from = end;
-        m_changed = true;
-    }
-
-    std::optional<std::string> Text() {
-        if (!m_changed)
-            return std::nullopt;
-        m_text += From(m_content, m_from);
-        return std::move(m_text);
-    }
-
-private:
-    std::string_view m_content;
-    const char* m_from;
-    std::string m_text;
-    bool m_changed = false;
-};
 
 } // namespace
 
-std::optional<std::string> SetTag(std::string_view content, std::string_view section, std::string_view tag,
-                                  std::string_view value) {
+ProfileChanges SetTag(std::string_view content, std::string_view section, std::string_view tag,
+                      std::string_view value) {
     ProfileLines lines(content);
     ProfileLine line;
     ProfileLine last; // of the section its last tag or its header, before the section the line above
@@ -123,37 +97,48 @@ std::optional<std::string> SetTag(std::string_view content, std::string_view sec
     return inside ? AddTag(content, last, tag, value) : AddSection(content, last, section, tag, value);
 }
 
-std::optional<std::string> RemoveTag(std::string_view content, std::string_view section,
-                                     std::string_view tag) {
+ProfileChanges RemoveTag(std::string_view content, std::string_view section, std::string_view tag) {
     ProfileLines lines(content);
-    Remainder remainder(content);
+    ProfileChanges changes;
     bool inside = false;
     for (ProfileLine line; lines.Next(line);) {
         if (line.kind == Kind::Header)
             inside = SameName(line.name, section);
         else if (inside && line.kind == Kind::Tag && SameName(line.name, tag))
-            remainder.TakeOut(line.whole.data(), EndOf(line.whole));
+            changes.push_back(Replace(content, line.whole.data(), EndOf(line.whole)));
     }
-    return remainder.Text();
+    return changes;
 }
 
-std::optional<std::string> RemoveSection(std::string_view content, std::string_view section) {
+ProfileChanges RemoveSection(std::string_view content, std::string_view section) {
     ProfileLines lines(content);
-    Remainder remainder(content);
+    ProfileChanges changes;
     const char* begin = nullptr; // of the section that is going
     const char* end = nullptr;   // of its last line that is no comment
     for (ProfileLine line; lines.Next(line);) {
         if (line.kind == Kind::Header) {
             if (begin)
-                remainder.TakeOut(begin, end);
+                changes.push_back(Replace(content, begin, end));
             begin = SameName(line.name, section) ? line.whole.data() : nullptr;
         }
         if (line.kind != Kind::Comment)
             end = EndOf(line.whole);
     }
     if (begin)
-        remainder.TakeOut(begin, EndOf(content));
-    return remainder.Text();
+        changes.push_back(Replace(content, begin, EndOf(content)));
+    return changes;
+}
+
+TextPieces Changed(std::string_view content, const ProfileChanges& changes) {
+    TextPieces pieces;
+    std::size_t from = 0;
+    for (const ProfileChange& change : changes) {
+        pieces.push_back(content.substr(from, change.begin - from));
+        pieces.push_back(change.text);
+        from = change.end;
+    }
+    pieces.push_back(content.substr(from));
+    return pieces;
 }
 
 } // namespace corvane::posix

@@ -2,25 +2,39 @@
 // unknown lines, order, line endings, byte-order mark and bytes that are no UTF-8 stay as they are.
 #pragma once
 
-#include <optional>
+#include <corvane/platform/posix/files/TextPieces.h>
+
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace corvane::posix {
 
-/// The text with the value in it, or nothing when the value stands there already. Of equal sections and tags
-/// the first is written. An existing line keeps all but its value; blanks that the new value brings at an end
-/// take the place of those in the line. A new tag goes behind the last one of its section, a new section to
-/// the end. Names are not empty, have no blanks at their ends, and like the value no line break in them.
-std::optional<std::string> SetTag(std::string_view content, std::string_view section, std::string_view tag,
-                                  std::string_view value);
+/// One place of a text that becomes another: what is between two of its positions goes, `text` comes there.
+struct ProfileChange {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    std::string text;
+};
 
-/// The text without the tag in any section of that name, or nothing when it is not there. Headers stay.
-std::optional<std::string> RemoveTag(std::string_view content, std::string_view section,
-                                     std::string_view tag);
+/// From front to back; none when everything is as it should be.
+using ProfileChanges = std::vector<ProfileChange>;
 
-/// The text without every section of that name, each from its header to the next, or nothing when there is
-/// none. Comments directly above the next header speak of what follows and stay.
-std::optional<std::string> RemoveSection(std::string_view content, std::string_view section);
+/// Gives the tag the value. Of equal sections and tags the first is written. An existing line keeps all but
+/// its value; blanks that the new value brings at an end take the place of those in the line. A new tag goes
+/// behind the last one of its section, a new section to the end. Names are not empty, have no blanks at their
+/// ends, and like the value no line break in them.
+ProfileChanges SetTag(std::string_view content, std::string_view section, std::string_view tag,
+                      std::string_view value);
+
+/// Removes the tag from every section of that name. Headers stay.
+ProfileChanges RemoveTag(std::string_view content, std::string_view section, std::string_view tag);
+
+/// Removes every section of that name, each from its header to the next. Comments directly above the next
+/// header speak of what follows and stay.
+ProfileChanges RemoveSection(std::string_view content, std::string_view section);
+
+/// The text with the changes made, in pieces of both.
+TextPieces Changed(std::string_view content, const ProfileChanges& changes);
 
 } // namespace corvane::posix

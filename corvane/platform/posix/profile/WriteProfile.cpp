@@ -17,14 +17,17 @@ namespace {
 
 using OptionalText = std::optional<std::string_view>; // nothing for a null
 
+ulong Commit(FileUpdate& update, const ProfileChanges& changes) {
+    return changes.empty() ? ERROR_SUCCESS : update.Commit(Changed(update.Content(), changes));
+}
+
 ulong Write(std::string_view section, std::string_view tag, std::string_view value, const std::string& file) {
     FileUpdate update;
     if (const ulong error = update.Begin(file, FileUpdate::Missing::Create))
         return error;
     if (IsUtf16(update.Content()))
         throw std::invalid_argument("a profile file in UTF-16 is not written");
-    const std::optional<std::string> changed = SetTag(update.Content(), section, tag, value);
-    return changed ? update.Commit(*changed) : ERROR_SUCCESS;
+    return Commit(update, SetTag(update.Content(), section, tag, value));
 }
 
 ulong Remove(std::string_view section, const OptionalText& tag, const std::string& file) {
@@ -35,9 +38,8 @@ ulong Remove(std::string_view section, const OptionalText& tag, const std::strin
         return error == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : error;
     if (IsUtf16(update.Content()))
         return ERROR_SUCCESS;
-    const std::optional<std::string> changed =
-        tag ? RemoveTag(update.Content(), section, *tag) : RemoveSection(update.Content(), section);
-    return changed ? update.Commit(*changed) : ERROR_SUCCESS;
+    return Commit(update, tag ? RemoveTag(update.Content(), section, *tag)
+                              : RemoveSection(update.Content(), section));
 }
 
 OptionalText Name(const char* text) noexcept {

@@ -47,7 +47,7 @@ int Replace(const KeyFolder& key, const FileHandle& old, std::string_view text) 
         return error;
     if (const int error = GiveAccess(key, old, next.Get()))
         return error;
-    if (const int error = WriteWhole(next.Get(), text))
+    if (const int error = WriteWhole(next.Get(), {text}))
         return error;
     if (::fsync(next.Get()) != 0)
         return errno;
