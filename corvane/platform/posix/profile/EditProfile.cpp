@@ -67,8 +67,11 @@ ProfileChanges AddTag(std::string_view content, const ProfileLine& last, std::st
     return {Replace(content, place, place, Join({missing, tag, "=", value, ending}))};
 }
 
-ProfileChanges AddSection(std::string_view content, const ProfileLine& last, std::string_view section,
-                          std::string_view tag, std::string_view value) {
+ProfileChanges AddSection(std::string_view content, std::string_view section, std::string_view tag,
+                          std::string_view value) {
+    ProfileLine last;
+    for (ProfileLines lines(content); lines.Next(last);) {
+    }
     const std::string_view ending = EndingBeside(last, content);
     const std::string_view missing = !last.text.empty() && EndingOf(last).empty() ? ending : "";
     const char* const place = EndOf(content);
@@ -81,20 +84,22 @@ ProfileChanges AddSection(std::string_view content, const ProfileLine& last, std
 ProfileChanges SetTag(std::string_view content, std::string_view section, std::string_view tag,
                       std::string_view value) {
     ProfileLines lines(content);
-    ProfileLine line;
-    ProfileLine last; // of the section its last tag or its header, before the section the line above
+    ProfileLine last; // of the section: its last tag, or its header
     bool inside = false;
-    while (lines.Next(line)) {
-        if (line.kind == Kind::Header && inside)
-            break;
-        if (line.kind == Kind::Tag && inside && SameName(line.name, tag))
+    for (ProfileLine line; lines.Next(line);) {
+        if (line.kind == Kind::Header) {
+            if (inside)
+                break;
+            inside = SameName(line.name, section);
+        } else if (inside && line.kind == Kind::Tag && SameName(line.name, tag)) {
             return ReplaceValue(content, line, value);
-        if (line.kind == Kind::Header && SameName(line.name, section))
-            inside = true;
-        if (!inside || line.kind == Kind::Header || line.kind == Kind::Tag)
+        }
+        if (!inside)
+            lines.SkipToHeader();
+        else if (line.kind == Kind::Header || line.kind == Kind::Tag)
             last = line;
     }
-    return inside ? AddTag(content, last, tag, value) : AddSection(content, last, section, tag, value);
+    return inside ? AddTag(content, last, tag, value) : AddSection(content, section, tag, value);
 }
 
 ProfileChanges RemoveTag(std::string_view content, std::string_view section, std::string_view tag) {
@@ -106,6 +111,8 @@ ProfileChanges RemoveTag(std::string_view content, std::string_view section, std
             inside = SameName(line.name, section);
         else if (inside && line.kind == Kind::Tag && SameName(line.name, tag))
             changes.push_back(Replace(content, line.whole.data(), EndOf(line.whole)));
+        if (!inside)
+            lines.SkipToHeader();
     }
     return changes;
 }
@@ -123,6 +130,8 @@ ProfileChanges RemoveSection(std::string_view content, std::string_view section)
         }
         if (line.kind != Kind::Comment)
             end = EndOf(line.whole);
+        if (!begin)
+            lines.SkipToHeader();
     }
     if (begin)
         changes.push_back(Replace(content, begin, EndOf(content)));

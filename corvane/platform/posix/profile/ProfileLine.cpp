@@ -152,6 +152,20 @@ bool ProfileLines::Next(ProfileLine& line) noexcept {
     return true;
 }
 
+void ProfileLines::SkipToHeader() noexcept {
+    for (std::size_t bracket = m_at; bracket < m_text.size(); ++bracket) {
+        bracket = Find(m_text, '[', bracket);
+        std::size_t begin = bracket;
+        while (begin > m_at && IsBlank(m_text[begin - 1]))
+            --begin;
+        if (begin == m_at || m_text[begin - 1] == '\n' || m_text[begin - 1] == '\r') {
+            m_at = begin;
+            return;
+        }
+    }
+    m_at = m_text.size();
+}
+
 // A line ends at LF, at CR LF or at a lone CR.
 void ProfileLines::SplitLine(ProfileLine& line) noexcept {
     if (m_feed < m_at)

@@ -33,6 +33,9 @@ public:
     /// False when there are no more lines.
     bool Next(ProfileLine& line) noexcept;
 
+    /// Passes over all lines up to the next that may be a header, or to the end, without a look at each.
+    void SkipToHeader() noexcept;
+
 private:
     void SplitLine(ProfileLine& line) noexcept;
 
