@@ -30,7 +30,10 @@ public:
 
     void Add(std::string_view text) noexcept {
         Put(text);
-        Put(end);
+        if (m_used < m_room)
+            m_buffer[m_used++] = '\0';
+        else
+            m_cut = true;
     }
 
     void Add(std::string_view name, std::string_view value) noexcept {
@@ -50,9 +53,6 @@ public:
     }
 
 private:
-    static constexpr char nul = '\0';
-    static constexpr std::string_view end{&nul, 1};
-
     void Put(std::string_view piece) noexcept {
         const std::size_t count = std::min(piece.size(), m_room - m_used);
         std::memcpy(m_buffer + m_used, piece.data(), count);
