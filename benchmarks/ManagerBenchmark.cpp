@@ -153,7 +153,12 @@ void WriteThrough(benchmark::State& state) {
     state.counters["flush_ms"] = Median(flushes) * 1e3;
     state.counters["own_share"] = 1 - Median(flushes) / Median(writes);
 }
-BENCHMARK(WriteThrough)->Arg(1'000)->Arg(100'000)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK(WriteThrough)
+    ->Arg(1'000)
+    ->Arg(100'000)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(25)
+    ->UseManualTime();
 
 void WriteAndDelete(benchmark::State& state) {
     Loaded& loaded = Loaded::Of(state);
