@@ -5,12 +5,16 @@
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
+#include <chrono>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <memory>
 #include <random>
+#include <stdexcept>
 #include <thread>
+#include <unistd.h>
 
 namespace corvane {
 namespace {
@@ -102,15 +106,63 @@ void List(benchmark::State& state) {
 }
 BENCHMARK(List)->Arg(10'000)->Unit(benchmark::kMicrosecond);
 
+// What makes such a file durable and nothing else: the same bytes into a new file, flushed and put in place.
+void ReplaceFile(const std::filesystem::path& file, const std::string& content) {
+    const std::string next = file.string() + ".next";
+    const int made = ::open(next.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    if (::write(made, content.data(), content.size()) != static_cast<ssize_t>(content.size()))
+        throw std::runtime_error("not written");
+    ::fsync(made);
+    ::close(made);
+    ::rename(next.c_str(), file.c_str());
+    const int folder = ::open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    ::fsync(folder);
+    ::close(folder);
+}
+
+// On a disk that is made quiet before.
+template <typename Work>
+double Seconds(Work work) {
+    const int folder = ::open(std::filesystem::temp_directory_path().c_str(), O_RDONLY | O_CLOEXEC);
+    ::syncfs(folder);
+    ::close(folder);
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+double Median(std::vector<double> samples) {
+    const auto middle = samples.begin() + static_cast<std::ptrdiff_t>(samples.size() / 2);
+    std::nth_element(samples.begin(), middle, samples.end());
+    return *middle;
+}
+
+// A durable write, and in turns with it the flush alone. `own_share` is what the write takes besides.
 void WriteThrough(benchmark::State& state) {
     Loaded& loaded = Loaded::Of(state);
-    int number = 0;
+    const std::string content = ProfileText(static_cast<int>(state.range(0)));
+    const std::filesystem::path bare = ToUtf8(loaded.Name()) + "-bare";
+    std::vector<double> writes;
+    std::vector<double> flushes;
     for (auto _ : state) {
-        if (loaded.manager.SetValue(loaded.keys[0], ToWide(std::to_string(++number))) != 0)
+        const wstring value = ToWide(std::to_string(writes.size()));
+        int status = 0;
+        writes.push_back(Seconds([&] { status = loaded.manager.SetValue(loaded.keys[0], value); }));
+        flushes.push_back(Seconds([&] { ReplaceFile(bare, content); }));
+        state.SetIterationTime(writes.back());
+        if (status != 0)
             state.SkipWithError("not written");
     }
+    std::filesystem::remove(bare);
+    state.counters["flush_ms"] = Median(flushes) * 1e3;
+    state.counters["own_share"] = 1 - Median(flushes) / Median(writes);
 }
-BENCHMARK(WriteThrough)->Arg(1'000)->Arg(100'000)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(WriteThrough)
+    ->Arg(1'000)
+    ->Arg(100'000)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(25)
+    ->UseManualTime();
 
 void WriteAndDelete(benchmark::State& state) {
     Loaded& loaded = Loaded::Of(state);

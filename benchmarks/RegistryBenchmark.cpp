@@ -4,8 +4,11 @@
 
 #include <benchmark/benchmark.h>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -48,6 +51,32 @@ BENCHMARK_DEFINE_F(RegistryBenchmark, ReadNumber)(benchmark::State& state) {
         state.SkipWithError("not found");
 }
 BENCHMARK_REGISTER_F(RegistryBenchmark, ReadNumber)->Arg(1)->Arg(20)->Arg(500);
+
+// The system calls that such a read cannot do without: a folder for each level, and the file of the values.
+BENCHMARK_DEFINE_F(RegistryBenchmark, BareCalls)(benchmark::State& state) {
+    MakeKey(state, false);
+    const std::string tree = (m_folder / "user").string();
+    std::vector<char> text(1 << 16);
+    struct stat status {};
+    ssize_t size = 0;
+    for (auto _ : state) {
+        constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+        int folder = ::open(tree.c_str(), flags);
+        for (const char* name : {"HKEY_CURRENT_USER", "Software", "App"}) {
+            const int next = ::openat(folder, name, flags);
+            ::close(folder);
+            folder = next;
+        }
+        const int file = ::openat(folder, ".values", O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
+        ::fstat(file, &status);
+        size = ::read(file, text.data(), text.size());
+        ::close(file);
+        ::close(folder);
+    }
+    if (size != status.st_size)
+        state.SkipWithError("not read");
+}
+BENCHMARK_REGISTER_F(RegistryBenchmark, BareCalls)->Arg(1)->Arg(20)->Arg(500);
 
 BENCHMARK_DEFINE_F(RegistryBenchmark, ReadString)(benchmark::State& state) {
     const wstring name = MakeKey(state, true);

@@ -32,6 +32,7 @@ FoundValue FindValue(const RegistryKey& key, const wchar* name, ulong type, ulon
     const ScratchBuffer<wchar> foundName = AllocateScratch<wchar>(nameSize);
     if (!found.data || !foundName)
         return {};
+    const platform::ValueWalk onePicture(key.Get());
     for (ulong index = 0; index < count; ++index) {
         auto nameLength = static_cast<ulong>(nameSize);
         found.size = largestSize;

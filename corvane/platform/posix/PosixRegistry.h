@@ -8,6 +8,7 @@
 #include <corvane/platform/posix/Errors.h>
 
 #include <cstdint>
+#include <utility>
 
 namespace corvane::platform {
 
@@ -72,6 +73,23 @@ LSTATUS RegQueryInfoKeyW(HKEY key, wchar* className, ulong* classLength, ulong* 
 /// The name, type and data of the value at `index`, in the order in which they were first written.
 LSTATUS RegEnumValueW(HKEY key, ulong index, wchar* name, ulong* nameLength, ulong* reserved, ulong* type,
                       unsigned char* data, ulong* size) noexcept;
+
+/// While it lives, RegEnumValueW gives this thread the values of `key` as the last look at them found them,
+/// by RegQueryInfoKeyW say: a walk costs one look at the file and has one picture of it. Without it, each
+/// call looks whether the values have changed. Scopes may nest; the innermost holds its key.
+class ValueWalk {
+public:
+    explicit ValueWalk(HKEY key) noexcept : m_outer(std::exchange(s_key, key)) {}
+    ValueWalk(const ValueWalk&) = delete;
+    ValueWalk& operator=(const ValueWalk&) = delete;
+    ~ValueWalk() { s_key = m_outer; }
+
+    static bool Holds(HKEY key) noexcept { return key == s_key; }
+
+private:
+    static inline thread_local HKEY s_key = nullptr;
+    HKEY m_outer;
+};
 
 /// The name of the subkey at `index`, in the order of their lower-cased code units.
 LSTATUS RegEnumKeyExW(HKEY key, ulong index, wchar* name, ulong* nameLength, ulong* reserved,

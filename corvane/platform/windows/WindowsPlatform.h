@@ -84,4 +84,11 @@ public:
     LoadScope() noexcept {} // NOLINT: not trivial, so that the scope counts as used
 };
 
+/// Where a walk over a key's values is one picture of them. The real operation looks at the key for each
+/// value.
+class ValueWalk {
+public:
+    explicit ValueWalk(HKEY) noexcept {}
+};
+
 } // namespace corvane::platform

@@ -127,11 +127,20 @@ TEST_F(RegistryStore, SeesChangesThroughAnOpenHandle) {
     HKEY reader = Open(u"app");
     wchar name[8];
     ulong length = 8;
+    unsigned char data = 0;
+    ulong size = 1;
+    const auto read = [&](HKEY key) {
+        return RegEnumValueW(key, 0, name, &(length = 8), nullptr, nullptr, &data, &size);
+    };
     for (char number = 1; number < 50; ++number) {
-        unsigned char data = 0;
-        ulong size = 1;
+        const int before = data;
         ASSERT_EQ(Set(writer, u"n", REG_BINARY, std::string(1, number)), 0);
-        ASSERT_EQ(RegEnumValueW(reader, 0, name, &(length = 8), nullptr, nullptr, &data, &size), 0);
+        if (before) { // a walk holds the values of its key, and of no other
+            const ValueWalk walk(reader);
+            EXPECT_EQ(read(reader) || data != before, 0);
+            EXPECT_EQ(read(writer) || data != number, 0);
+        }
+        ASSERT_EQ(read(reader), 0);
         EXPECT_EQ(data, number);
     }
     EXPECT_EQ(Set(reader, u"n", REG_SZ, ""), 5) << "opened for reading";

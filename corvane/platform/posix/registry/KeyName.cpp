@@ -92,6 +92,8 @@ std::string FolderNameOf(const NamePart& part) {
         } else if (units == 1 && IsSurrogate(rest[0])) {
             folderName += "%u";
             AppendHex(folderName, rest[0], 4);
+        } else if (rest[0] < 0x80) {
+            folderName += static_cast<char>(rest[0]);
         } else {
             folderName += ToUtf8(rest.substr(0, units));
         }

@@ -107,8 +107,10 @@ LSTATUS platform::RegEnumValueW(HKEY key, ulong index, wchar* name, ulong* nameL
         if (const ulong error = UseKey(key, KEY_QUERY_VALUE, false, open))
             return error;
         const std::lock_guard guard(open->mutex);
-        if (const ulong error = open->values.Refresh(open->place))
-            return error;
+        if (!ValueWalk::Holds(key) || !open->values.WasRead()) {
+            if (const ulong error = open->values.Refresh(open->place))
+                return error;
+        }
         if (index >= open->values.Values().size())
             return ERROR_NO_MORE_ITEMS;
         const RegistryValue& value = open->values.Values()[index];

@@ -15,6 +15,9 @@ public:
     /// key is gone. A damaged file is ERROR_BADDB.
     ulong Refresh(const KeyFolder& key);
 
+    /// Whether there was a file, and it was in order.
+    bool WasRead() const noexcept { return static_cast<bool>(m_file); }
+
     const std::vector<RegistryValue>& Values() const noexcept { return m_content.values; }
 
 private:

@@ -26,11 +26,16 @@ std::string_view TakeLine(std::string_view& text) noexcept {
     return line;
 }
 
+bool IsBlank(char c) noexcept {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
 std::string_view WithoutBlanks(std::string_view text) noexcept {
-    const std::size_t begin = text.find_first_not_of(" \t\r\n");
-    if (begin == std::string_view::npos)
-        return {};
-    return text.substr(begin, text.find_last_not_of(" \t\r\n") + 1 - begin);
+    while (!text.empty() && IsBlank(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && IsBlank(text.back()))
+        text.remove_suffix(1);
+    return text;
 }
 
 template <typename Number>
@@ -41,42 +46,46 @@ bool TakeHex(std::string_view& text, std::size_t longest, Number& number) noexce
     return result.ec == std::errc();
 }
 
+// False for what isn't UTF-8: it would come back as something else when the file is written again.
+bool AppendWide(std::string_view text, wstring& wide) {
+    const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+    if (std::all_of(text.begin(), text.end(), isAscii)) {
+        wide.append(text.begin(), text.end());
+        return true;
+    }
+    const wstring part = ToWide(text);
+    wide += part;
+    return ToUtf8(part) == text;
+}
+
 // A quoted text; `\uXXXX` is a code unit that UTF-8 or a line can't hold.
 bool TakeQuoted(std::string_view& text, wstring& wide) {
     if (!TakeWord(text, "\""))
         return false;
-    std::string plain;
-    // What isn't UTF-8 would come back as something else when the file is written again.
-    const auto flush = [&] {
-        const wstring part = ToWide(plain);
-        const bool isWellFormed = ToUtf8(part) == plain;
-        wide += part;
-        plain.clear();
-        return isWellFormed;
-    };
-    while (!text.empty()) {
-        const char c = text.front();
-        text.remove_prefix(1);
-        if (c == '"')
-            return flush();
-        if (c != '\\') {
-            plain += c;
-            continue;
-        }
+    const auto isMark = [](char c) { return c == '"' || c == '\\'; };
+    for (;;) {
+        const auto* const mark = std::find_if(text.begin(), text.end(), isMark);
+        const auto size = static_cast<std::size_t>(mark - text.begin());
+        if (!AppendWide(text.substr(0, size), wide))
+            return false;
+        text.remove_prefix(size);
+        if (TakeWord(text, "\""))
+            return true;
+        if (!TakeWord(text, "\\") || text.empty())
+            return false;
         if (TakeWord(text, "u")) {
             std::uint16_t unit = 0;
             const std::size_t before = text.size();
-            if (!flush() || !TakeHex(text, 4, unit) || before - text.size() != 4)
+            if (!TakeHex(text, 4, unit) || before - text.size() != 4)
                 return false;
             wide += static_cast<wchar>(unit);
             continue;
         }
-        if (text.empty() || (text.front() != '"' && text.front() != '\\'))
+        if (!isMark(text.front()))
             return false;
-        plain += text.front();
+        wide += static_cast<wchar>(text.front());
         text.remove_prefix(1);
     }
-    return false;
 }
 
 // Bytes between commas. A backslash at the end of a line goes on in the next one.
@@ -237,6 +246,7 @@ bool ParseValues(std::string_view text, RegistryValues& values) {
     TakeWord(text, "\xEF\xBB\xBF");
     if (text.find('\0') != std::string_view::npos) // blocks of zeros are what a crash of the machine leaves
         return false;
+    values.values.reserve(std::min<std::size_t>(text.size() / 16, 1024)); // most lines are longer
     RegistryValue value;
     while (!text.empty()) {
         const std::string_view line = TakeLine(text);

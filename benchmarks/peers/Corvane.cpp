@@ -1,0 +1,51 @@
+#include "Peer.h"
+
+#include <corvane/config.h>
+
+namespace peers {
+namespace {
+
+using corvane::wstring;
+
+class CorvanePeer : public PeerOf<CorvanePeer, wstring, wstring> {
+public:
+    int Abilities() const override { return canGet | canList | canSave; }
+    Threads ThreadUse() const override { return Threads::OneObject; }
+
+    void Reset() override { m_config.reset(); }
+    bool Load(const std::string& path) override {
+        constexpr int reload = -1;
+        m_config = std::make_unique<ConfigManager>();
+        return m_config->Update(ToUtf16(path).c_str(), reload) == 0;
+    }
+
+    wstring Key(const std::string& section, const std::string& tag) const {
+        return ToUtf16(section + ':' + tag);
+    }
+    bool Find(const wstring& key, wstring& value) { return m_config->GetValue(key, value) == 0; }
+
+    std::size_t List() override {
+        std::size_t count = 0;
+        std::vector<wstring> sections;
+        std::vector<wstring> tags;
+        m_config->EnumerateSubKeys(sections);
+        for (const wstring& section : sections) {
+            tags.clear();
+            m_config->EnumerateTags(section + u':', tags);
+            count += tags.size();
+        }
+        return count;
+    }
+
+    bool Save(const std::string& section, const std::string& tag, const std::string& value) override {
+        return m_config->SetValue(Key(section, tag), ToUtf16(value)) == 0;
+    }
+
+private:
+    std::unique_ptr<ConfigManager> m_config;
+};
+
+const RegisterPeer<CorvanePeer> entry("corvane");
+
+} // namespace
+} // namespace peers
