@@ -20,67 +20,49 @@ namespace {
 constexpr std::size_t unitsOfBlock = 4;
 constexpr std::uint64_t each = 0x0001000100010001; // one in each of four lanes of 16 bits
 
-wchar FoldForHash(wchar unit) noexcept {
-    return unit < 0x80 ? FoldCase(unit) : platform::LowerInvariant(unit);
-}
-
-bool IsPlain(std::uint64_t block) noexcept { // ASCII without a NUL
-    const bool ascii = (block & each * 0xFF80) == 0;
-    return ascii && ((block - each) & each * 0x8000) == 0;
-}
-
 std::uint64_t BlockAt(const wchar* units) noexcept {
     std::uint64_t block = 0;
     std::memcpy(&block, units, sizeof block);
     return block;
 }
 
-// A lane gets its bit 0x20 if it holds an upper-case letter.
-std::uint64_t FoldPlain(std::uint64_t block) noexcept {
-    const std::uint64_t fromA = block + each * (0x80 - 'A');
-    const std::uint64_t beyondZ = block + each * (0x80 - 'Z' - 1);
-    return block | (((fromA & ~beyondZ) & each * 0x80) >> 2);
+// Not zero if a lane holds a NUL or is outside ASCII: only then is there anything from bit 7 on up in it, or
+// in what is left of it after one is taken away.
+std::uint64_t NotPlain(std::uint64_t block) noexcept {
+    return (block | (block - each)) & each * 0xFF80;
 }
 
-// The same unit by unit, for at most four units.
-std::uint64_t FoldUnits(wstring_view units) noexcept {
-    std::uint64_t block = 0;
+std::uint64_t FoldedBlock(wstring_view units) noexcept { // of at most one block
+    wchar folded[unitsOfBlock] = {};
     for (std::size_t i = 0; i < units.size(); ++i)
-        block |= static_cast<std::uint64_t>(FoldForHash(units[i])) << (16 * i);
-    return block;
+        folded[i] = units[i] < 0x80 ? FoldCase(units[i]) : platform::LowerInvariant(units[i]);
+    return BlockAt(folded);
 }
 
 std::uint64_t Mix(std::uint64_t hash, std::uint64_t block) noexcept {
-    hash = (hash ^ block) * 0x9E3779B97F4A7C15;
-    return hash ^ hash >> 29;
-}
-
-std::uint32_t Finish(std::uint64_t hash) noexcept {
-    return static_cast<std::uint32_t>(hash ^ hash >> 32);
+    // the bit that parts the letter cases of ASCII
+    hash = (hash ^ (block | each * 0x20)) * 0x9E3779B97F4A7C15;
+    return hash ^ hash >> 32;
 }
 
 // Calls `put` with the beginning of each block of a text of at least one block. The last one may reach back
 // into the one before it.
 template <class Put>
-bool ForEachBlock(wstring_view text, Put put) noexcept {
+void ForEachBlock(wstring_view text, Put put) noexcept {
     const wchar* const last = text.data() + text.size() - unitsOfBlock;
-    for (const wchar* at = text.data(); at < last; at += unitsOfBlock) {
-        if (!put(at))
-            return false;
-    }
-    return put(last);
+    for (const wchar* at = text.data(); at < last; at += unitsOfBlock)
+        put(at);
+    put(last);
 }
 
 std::uint32_t HashUnitByUnit(wstring_view text) noexcept {
     text = text.substr(0, FindUnit(text, wchar()));
     std::uint64_t hash = 0;
     if (text.size() < unitsOfBlock)
-        return Finish(Mix(hash, FoldUnits(text)));
-    ForEachBlock(text, [&hash](const wchar* at) {
-        hash = Mix(hash, FoldUnits({at, unitsOfBlock}));
-        return true;
-    });
-    return Finish(hash);
+        hash = Mix(hash, FoldedBlock(text));
+    else
+        ForEachBlock(text, [&hash](const wchar* at) { hash = Mix(hash, FoldedBlock({at, unitsOfBlock})); });
+    return static_cast<std::uint32_t>(hash);
 }
 
 } // namespace
@@ -89,12 +71,13 @@ std::uint32_t HashIgnoringCase(wstring_view text) noexcept {
     if (text.size() < unitsOfBlock)
         return HashUnitByUnit(text);
     std::uint64_t hash = 0;
-    const bool plain = ForEachBlock(text, [&hash](const wchar* at) {
+    std::uint64_t notPlain = 0;
+    ForEachBlock(text, [&](const wchar* at) {
         const std::uint64_t block = BlockAt(at);
-        hash = Mix(hash, FoldPlain(block));
-        return IsPlain(block);
+        notPlain |= NotPlain(block);
+        hash = Mix(hash, block);
     });
-    return plain ? Finish(hash) : HashUnitByUnit(text);
+    return notPlain == 0 ? static_cast<std::uint32_t>(hash) : HashUnitByUnit(text);
 }
 
 } // namespace corvane

@@ -7,7 +7,8 @@
 namespace corvane {
 
 inline Quillon::NativeLogging::ILogger& Log() {
-    return *Quillon::NativeLogging::LoggerRegistry::getLogger(configChannel);
+    static auto& logger = *Quillon::NativeLogging::LoggerRegistry::getLogger(configChannel);
+    return logger;
 }
 
 /// Reports a failure of the library's own making; gives FAILURE_GENERAL.
