@@ -78,10 +78,8 @@ const std::vector<std::uint32_t>& NameTable::Order() const {
 
 void NameTable::Reserve(std::size_t names) {
     constexpr std::size_t unitsOfEntry = 48; // of an ordinary name and value
-    m_entries.reserve(names);
+    RoomForEntries(names);
     m_text.reserve(names * unitsOfEntry);
-    if (names * slotsOfEntry > m_slots.size())
-        SetSlots(names * slotsOfEntry);
 }
 
 // The name's slot, or the free one where it belongs. There are slots, and one of them is free.
@@ -96,12 +94,18 @@ std::size_t NameTable::SlotFor(wstring_view name, std::uint32_t hash) const noex
 }
 
 void NameTable::RoomForEntry() {
-    if (m_entries.size() >= none / slotsOfEntry)
+    const std::size_t names = m_entries.size();
+    if (names < m_entries.capacity() && (names + 1) * slotsOfEntry <= m_slots.size())
+        return;
+    if (names >= none / 2)
         throw std::length_error("too many names");
-    if (m_entries.size() == m_entries.capacity())
-        m_entries.reserve(std::max(m_entries.size() * 2, leastEntries));
-    if (m_entries.capacity() * slotsOfEntry > m_slots.size())
-        SetSlots(m_entries.capacity() * slotsOfEntry);
+    RoomForEntries(std::max(names * 2, leastEntries));
+}
+
+void NameTable::RoomForEntries(std::size_t names) {
+    m_entries.reserve(names);
+    if (names * slotsOfEntry > m_slots.size())
+        SetSlots(names * slotsOfEntry);
 }
 
 void NameTable::RoomForText(std::size_t units) {

@@ -42,7 +42,7 @@ public:
     /// The index of the name in any letter case, or `none`.
     std::uint32_t Find(wstring_view name) const noexcept;
 
-    /// Makes room for that many names at once.
+    /// Makes room for that many names and texts of ordinary length at once.
     void Reserve(std::size_t names);
 
     /// Gives back the room for text that nothing needs.
@@ -77,6 +77,7 @@ private:
     }
     std::size_t SlotFor(wstring_view name, std::uint32_t hash) const noexcept;
     void RoomForEntry();
+    void RoomForEntries(std::size_t names);
     void RoomForText(std::size_t units);
     void SetSlots(std::size_t count);
     void Relink() noexcept;
