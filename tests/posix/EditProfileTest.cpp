@@ -32,7 +32,8 @@ TEST(EditProfile, ChangesTheLinesConcerned) {
                                     : RemoveSection(text, "s");
         };
         std::string after;
-        for (const std::string_view piece : Changed(row.before, change(row.before)))
+        const ProfileChanges changes = change(row.before);
+        for (const std::string_view piece : Changed(row.before, changes))
             after += piece;
         EXPECT_EQ(after, row.after) << row.before;
         EXPECT_TRUE(change(row.after).empty()) << "a second time: " << row.after;

@@ -41,10 +41,6 @@ std::string_view EndingBeside(const ProfileLine& neighbour, std::string_view con
     return ProfileLines(content).Next(first) && !EndingOf(first).empty() ? EndingOf(first) : "\n";
 }
 
-bool IsBlank(char c) noexcept {
-    return c == ' ' || c == '\t';
-}
-
 ProfileChanges ReplaceValue(std::string_view content, const ProfileLine& line, std::string_view value) {
     const std::string_view behindEquals = line.text.substr(line.text.find('=') + 1);
     const std::size_t blanks = std::min(behindEquals.find_first_not_of(" \t"), behindEquals.size());

@@ -11,10 +11,6 @@ namespace {
 
 constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 
-bool IsBlank(char c) noexcept {
-    return c == ' ' || c == '\t';
-}
-
 // The position of the first `c` from `from` on, or the text's end.
 std::size_t Find(std::string_view text, char c, std::size_t from = 0) noexcept {
     if (from == text.size())

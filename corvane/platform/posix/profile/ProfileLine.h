@@ -52,6 +52,10 @@ private:
 /// string.
 std::string_view UntilNul(std::string_view text) noexcept;
 
+inline bool IsBlank(char c) noexcept {
+    return c == ' ' || c == '\t';
+}
+
 /// `text` without the spaces and tabs at its ends.
 std::string_view TrimBlanks(std::string_view text) noexcept;
 
