@@ -234,5 +234,21 @@ TEST_F(Faults, ThatStopTheProcessLeaveOldOrNew) {
     }
 }
 
+TEST_F(Faults, OfAKnownNameReachNothingThroughALinkThere) {
+    const std::string victim = Make("victim", "untouched");
+    const std::string number(16, '0');
+    faults::Plan plan;
+    plan.firstNameIsKnown = true;
+    for (const Operation& operation : m_operations) {
+        LearnOutcome(operation);
+        Prepare(operation);
+        for (const char* name : {"t/.f.", "t/.f.0.", "t/r/HKEY_CURRENT_USER/Key/..values."})
+            fs::create_symlink(victim, Path(name + number + ".tmp"));
+        EXPECT_TRUE(Run(operation, plan).isNew) << operation.name;
+        EXPECT_TRUE(fs::is_symlink(Path("t/.f." + number + ".tmp")));
+        EXPECT_EQ(Bytes(victim), "untouched");
+    }
+}
+
 } // namespace
 } // namespace corvane::test

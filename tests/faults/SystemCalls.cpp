@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 #include <ctime>
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -15,6 +16,7 @@
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
+#include <utility>
 
 namespace faults {
 namespace {
@@ -107,7 +109,6 @@ COUNTED(int, utimensat, (int folder, const char* path, const timespec* times, in
 COUNTED(ssize_t, fgetxattr, (int file, const char* name, void* value, std::size_t size),
         (file, name, value, size))
 COUNTED(ssize_t, flistxattr, (int file, char* list, std::size_t size), (file, list, size))
-COUNTED(ssize_t, getrandom, (void* bytes, std::size_t size, unsigned flags), (bytes, size, flags))
 COUNTED(ssize_t, pread, (int file, void* bytes, std::size_t size, off_t at), (file, bytes, size, at))
 COUNTED(ssize_t, readlinkat, (int folder, const char* path, char* link, std::size_t size),
         (folder, path, link, size))
@@ -125,6 +126,16 @@ extern "C" ssize_t pwrite(int file, const void* bytes, std::size_t size, off_t a
         return -1;
     const bool isShort = faults::plan.kind == faults::Kind::Short && before + 1 == faults::plan.n;
     return original(file, bytes, isShort ? (size + 1) / 2 : size, at);
+}
+
+extern "C" ssize_t getrandom(void* bytes, std::size_t size, unsigned flags) noexcept {
+    static const auto original = ORIGINAL(getrandom);
+    if (faults::Strikes(false))
+        return -1;
+    if (!faults::active || !std::exchange(faults::plan.firstNameIsKnown, false))
+        return original(bytes, size, flags);
+    std::memset(bytes, 0, size);
+    return static_cast<ssize_t>(size);
 }
 
 // What goes through is not carried out: it takes long, and nothing here would show it.

@@ -14,8 +14,9 @@ enum class Kind {
 struct Plan {
     Kind kind = Kind::Fail;
     int error = 0;
-    long n = 0;              ///< counted from 1; 0 for no fault
-    bool needsNames = false; ///< no file can be made without a name
+    long n = 0;                    ///< counted from 1; 0 for no fault
+    bool needsNames = false;       ///< no file can be made without a name
+    bool firstNameIsKnown = false; ///< the first random number is 0
 };
 
 struct Outcome {

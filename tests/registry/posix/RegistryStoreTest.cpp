@@ -161,11 +161,13 @@ TEST_F(RegistryStore, FollowsNoSymbolicLink) {
     Make("outside/.values", "\"n\"=dword:00000001\n");
     fs::create_directory_symlink(Path("outside"), user / "Link");
     fs::create_symlink(Path("outside/.values"), valuesFile);
+    fs::create_directory_symlink(Path("outside"), user / ".deleted0");
     for (const wchar* path : {u"\\Link", u"\\App"}) {
         EXPECT_EQ(ReadNumber(path), 7U);
         EXPECT_EQ(WriteNumber(path, 2), 5);
     }
     EXPECT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, u"Link"), 2);
+    EXPECT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, u"App"), 0);
     EXPECT_EQ(Bytes(Path("outside/.values")), "\"n\"=dword:00000001\n");
 }
 
