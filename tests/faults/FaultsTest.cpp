@@ -22,15 +22,22 @@ constexpr const char* content = "; comment\n[s]\na=old\nb=2\n";
 
 using Tree = std::map<std::string, std::string>;
 
+/// What is different with an operation.
+enum Trait : unsigned {
+    ofAFileThatIsGone = 1, ///< since it was loaded
+    inPlace = 2,           ///< a fault that stays may tear the file
+    maybeInPart = 4,       ///< the file may be new although the operation failed behind it
+    unlogged = 8,
+    byAName = 16,   ///< no file can be made without one
+    withAGrave = 32 ///< a part of its clearing up is left to the next, out of sight
+};
+
 struct Operation {
     const char* name;
     std::function<bool(ConfigManager&)> run; ///< whether all was reported as done
-    bool fileIsGone = false;                 ///< since it was loaded
-    bool isInPlace = false;                  ///< a fault that stays may tear the file
-    bool mayBeDoneInPart = false;            ///< the file may be new although the operation failed behind it
-    bool isLogged = true;
-    bool needsNames = false;      ///< where no file can be made without one
-    bool leavesToTheNext = false; ///< a part of its clearing up, out of sight
+    unsigned traits = 0;
+
+    bool Is(Trait trait) const { return (traits & trait) != 0; }
 };
 
 /// What the process that ran an operation tells.
@@ -54,6 +61,16 @@ bool Set(ConfigManager& manager) {
     return done;
 }
 
+bool Delete(ConfigManager& manager) {
+    const bool isThere = manager.Exists(u"s:b");
+    return (manager.DeleteValue(u"s:b") == 0) == isThere && !manager.Exists(u"s:b");
+}
+
+bool Snapshot(ConfigManager& manager) {
+    wstring name;
+    return manager.CreateSnapshot(name) == 0;
+}
+
 class Faults : public TestFolder {
 protected:
     Faults() {
@@ -73,7 +90,7 @@ protected:
     /// Sees what the files are before and behind the operation.
     void LearnOutcome(const Operation& operation) {
         Prepare(operation);
-        if (operation.fileIsGone)
+        if (operation.Is(ofAFileThatIsGone))
             fs::remove(Path("t/f"));
         m_old = Look();
         ASSERT_TRUE(Run(operation, {}).done) << operation.name;
@@ -85,10 +102,10 @@ protected:
         fs::remove_all(Path("t"));
         fs::create_directories(Path("t/r/HKEY_CURRENT_USER/Key"));
         SetRegistryFolders(Path("t/r"), Path("t/r"));
-        Make("t/r/HKEY_CURRENT_USER/Key/.values", "\"number\"=dword:1\n");
+        Make("t/r/HKEY_CURRENT_USER/Key/.values", "\"n\"=dword:1\n");
         Make("t/f", content, 0600);
         Make("t/snapshot", "[s]\na=restored\n");
-        if (operation.isInPlace)
+        if (operation.Is(inPlace))
             fs::create_hard_link(Path("t/f"), Path("t/hard"));
     }
 
@@ -110,7 +127,7 @@ protected:
     }
 
     Report Run(const Operation& operation, faults::Plan plan) {
-        plan.needsNames = operation.needsNames;
+        plan.needsNames = operation.Is(byAName);
         *m_report = Report();
         Wait(Fork([&] { return Child(operation, plan); }));
         return *m_report;
@@ -118,29 +135,25 @@ protected:
 
     const std::vector<Operation> m_operations = {
         {"write", Set},
-        {"write of a file that is gone", Set, true},
-        {"write in place", Set, false, true},
-        {"write by way of a temporary name", Set, false, false, false, true, true},
-        {"deletion",
-         [](auto& manager) {
-             const bool isThere = manager.Exists(u"s:b");
-             return (manager.DeleteValue(u"s:b") == 0) == isThere && !manager.Exists(u"s:b");
-         }},
-        {"snapshot", [name = wstring()](auto& manager) mutable { return manager.CreateSnapshot(name) == 0; }},
+        {"write of a file that is gone", Set, ofAFileThatIsGone},
+        {"write in place", Set, inPlace},
+        {"write by a temporary name", Set, byAName},
+        {"deletion", Delete},
+        {"snapshot", Snapshot},
+        {"snapshot by a temporary name", Snapshot, byAName},
         {"restore",
-         [this](auto& manager) { return manager.RestoreSnapshot(ToWide(Path("t/snapshot"))) == 0; }, false,
-         false, true},
-        {"registry write", [](auto&) { return registry_writeNumber(nullptr, u"\\Key", u"number", 2) == 0; },
-         false, false, false, false},
+         [this](auto& manager) { return manager.RestoreSnapshot(ToWide(Path("t/snapshot"))) == 0; },
+         maybeInPart},
+        {"registry write", [](auto&) { return registry_writeNumber(nullptr, u"\\Key", u"n", 2) == 0; },
+         unlogged},
         {"registry write of a new key",
-         [](auto&) { return registry_writeNumber(nullptr, u"\\New\\Inner", u"number", 2) == 0; }, false,
-         false, false, false},
+         [](auto&) { return registry_writeNumber(nullptr, u"\\New\\Inner", u"n", 2) == 0; }, unlogged},
         {"registry deletion",
          [](auto&) {
              const int status = registry_deleteKey(nullptr, u"\\Key");
              return status == 0 || status == 2; // gone already
          },
-         false, false, false, false, false, true},
+         unlogged | withAGrave},
     };
     Tree m_old;
     Tree m_new;
@@ -155,13 +168,13 @@ private:
         Quillon::NativeLogging::LoggerRegistry::setThreshold(Quillon::NativeLogging::Severity::report);
         Quillon::NativeLogging::LoggerRegistry::setSink(
             [](const auto& line) { logLength += line.text.size(); });
-        if (operation.fileIsGone)
+        if (operation.Is(ofAFileThatIsGone))
             Make("t/f", content);
         ConfigManager manager;
         if (manager.Update(ToWide(Path("t/f")).c_str(), 0) != 0)
             return 1;
         manager.GetConfigSource()->SetWriteRetries(0);
-        if (operation.fileIsGone)
+        if (operation.Is(ofAFileThatIsGone))
             fs::remove(Path("t/f"));
         const auto before = Descriptors();
         faults::Begin(plan);
@@ -182,15 +195,13 @@ private:
 };
 
 TEST_F(Faults, OfAnySystemCallLeaveOldOrNew) {
-    const faults::Plan plans[] = {
-        {Kind::Fail, EIO},      {Kind::Fail, ENOSPC},   {Kind::Fail, EACCES},
-        {Kind::Fail, EINTR},    {Kind::Fail, EAGAIN},   {Kind::FailOn, EIO},
-        {Kind::FailOn, ENOSPC}, {Kind::FailOn, EACCES}, {Kind::Short},
-    };
+    const faults::Plan plans[] = {{Kind::Fail, ENOSPC}, {Kind::Fail, EACCES}, {Kind::Fail, EINTR},
+                                  {Kind::Fail, EAGAIN}, {Kind::FailOn, EIO},  {Kind::FailOn, EACCES},
+                                  {Kind::Short}};
     for (const Operation& operation : m_operations) {
         LearnOutcome(operation);
         for (faults::Plan plan : plans) {
-            if (operation.isInPlace && plan.kind == Kind::FailOn)
+            if (operation.Is(inPlace) && plan.kind == Kind::FailOn)
                 continue;
             for (bool struck = true; struck;) {
                 ++plan.n;
@@ -200,12 +211,12 @@ TEST_F(Faults, OfAnySystemCallLeaveOldOrNew) {
                 const Report report = Run(operation, plan);
                 struck = report.outcome.struck;
                 ASSERT_TRUE(report.finished);
-                EXPECT_TRUE(report.done ? report.isNew
-                                        : report.isOld || (operation.mayBeDoneInPart && report.isNew));
+                const bool mayBeNew = report.done || operation.Is(maybeInPart);
+                EXPECT_TRUE((report.isNew && mayBeNew) || (report.isOld && !report.done));
                 EXPECT_TRUE(report.done || (struck && plan.kind != Kind::Short));
-                EXPECT_TRUE(report.done || report.isLogged || !operation.isLogged) << "a failure is logged";
+                EXPECT_TRUE(report.done || report.isLogged || operation.Is(unlogged));
                 EXPECT_TRUE(report.leftovers == 0 || report.outcome.cleanUpFailed ||
-                            operation.leavesToTheNext);
+                            operation.Is(withAGrave));
                 EXPECT_TRUE(report.keptDescriptors);
                 EXPECT_TRUE(report.doneAgain) << "the next one works at once";
             }
@@ -217,7 +228,7 @@ TEST_F(Faults, OfAnySystemCallLeaveOldOrNew) {
 TEST_F(Faults, ThatStopTheProcessLeaveOldOrNew) {
     m_emptyIsNothing = true;
     for (const Operation& operation : m_operations) {
-        if (operation.isInPlace)
+        if (operation.Is(inPlace))
             continue;
         LearnOutcome(operation);
         for (faults::Plan plan{Kind::Kill, 0, 1};; ++plan.n) {

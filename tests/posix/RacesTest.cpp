@@ -16,13 +16,11 @@ using corvane::wstring;
 class Races : public TestFolder {
 protected:
     static constexpr int workers = 4;
+    static constexpr int paddings = 100;
 
     Races() {
-        std::string text = "[s]\n";
-        for (int i = 0; i < 8; ++i)
-            text += "t" + std::to_string(i) + "=" + Value(i) + "\n";
-        text += "[Padding]\n";
-        for (int i = 0; i < 100; ++i)
+        std::string text = "[s]\n[Padding]\n";
+        for (int i = 0; i < paddings; ++i)
             text += "line" + std::to_string(i) + "=" + Value(i) + "\n";
         m_file = ToWide(Make("f", text));
         LoggerRegistry::setSink([](const auto&) {});
@@ -41,7 +39,7 @@ protected:
     }
     static bool IsWhole(ConfigManager& manager) {
         std::vector<wstring> names;
-        bool isWhole = manager.EnumerateTags(u"Padding:", names) == 100;
+        bool isWhole = manager.EnumerateTags(u"Padding:", names) == paddings;
         for (const wstring& name : names) {
             wstring value;
             isWhole = isWhole && manager.GetValue(u"Padding:" + name, value) == 0 && IsWhole(value);
@@ -75,6 +73,15 @@ protected:
         return wrong;
     }
 
+    /// Runs `work` for each worker's number in a process of its own; each has to give 0.
+    static void InProcesses(const std::function<int(int)>& work) {
+        std::vector<pid_t> children;
+        for (int worker = 1; worker <= workers; ++worker)
+            children.push_back(Fork([&] { return work(worker); }));
+        for (const pid_t child : children)
+            EXPECT_EQ(Wait(child), 0);
+    }
+
     /// The file is whole and nothing stands beside it but snapshots.
     void CheckEnd() {
         for (const auto& entry : fs::directory_iterator(Path("."))) {
@@ -104,16 +111,33 @@ TEST_F(Races, OfThreadsEndWell) {
 }
 
 TEST_F(Races, OfProcessesEndWell) {
-    std::vector<pid_t> children;
-    for (unsigned seed = 1; seed <= workers; ++seed) {
-        children.push_back(Fork([&] {
+    for (const bool inPlace : {false, true}) {
+        if (inPlace)
+            fs::create_hard_link(Path("f"), Path("hard"));
+        InProcesses([&](int seed) {
             ConfigManager manager;
-            return Work(manager, seed, 200);
-        }));
+            return Work(manager, static_cast<unsigned>(seed), 200);
+        });
+        CheckEnd();
     }
-    for (const pid_t child : children)
-        EXPECT_EQ(Wait(child), 0);
-    CheckEnd();
+}
+
+TEST_F(Races, OfWritersLoseNothing) {
+    constexpr int tags = 100;
+    InProcesses([&](int worker) {
+        ConfigManager manager;
+        int wrong = manager.Update(m_file.c_str(), 0);
+        for (int tag = worker; tag < tags; tag += workers)
+            wrong += manager.SetValue(u"s:" + ToWide(std::to_string(tag)), ToWide(Value(tag)));
+        return wrong;
+    });
+    ConfigManager manager;
+    ASSERT_EQ(manager.Update(m_file.c_str(), 0), 0);
+    for (int tag = 1; tag < tags; ++tag) {
+        wstring value;
+        EXPECT_EQ(manager.GetValue(u"s:" + ToWide(std::to_string(tag)), value), 0) << tag;
+        EXPECT_EQ(value, ToWide(Value(tag)));
+    }
 }
 
 } // namespace

@@ -97,20 +97,5 @@ TEST_F(WriteMounts, FileThatIsAMountPointIsWrittenInPlace) {
     }));
 }
 
-// Without /proc no file can be given its name later on, as on file systems that know no nameless files.
-TEST_F(WriteMounts, FilesAreReplacedByWayOfATemporaryName) {
-    SKIP_OR_EXPECT_NO_FAILED_CHECK(WithSmallDisk([this] {
-        Check(::mount("none", "/proc", "tmpfs", 0, nullptr) == 0);
-        Make("small/f", "[s]\na=old\n", 0640);
-        Check(Write("new", "small/f") == ERROR_SUCCESS);
-        Check(Bytes(Path("small/f")) == "[s]\na=new\n" && ModeOf(Path("small/f")) == 0640);
-        Check(Copy("small/f", "small/g") == ERROR_SUCCESS);
-        Check(Bytes(Path("small/g")) == "[s]\na=new\n" && ModeOf(Path("small/g")) == 0640);
-        Check(Copy("small/f", "small/g", true) == ERROR_FILE_EXISTS);
-        Check(Write(std::string(70'000, 'v'), "small/f") == ERROR_DISK_FULL);
-        Check(EntryCount("small") == 2);
-    }));
-}
-
 } // namespace
 } // namespace corvane

@@ -1,8 +1,10 @@
 #include <corvane/platform/posix/Errors.h>
 #include <corvane/platform/posix/PosixPlatform.h>
 
+#include <fcntl.h>
 #include <grp.h>
 #include <posix/TestFolder.h>
+#include <sys/file.h>
 #include <sys/xattr.h>
 
 namespace corvane {
@@ -39,6 +41,16 @@ TEST_F(WriteProfile, SaysWhyItIsRefusedAsAReadDoes) {
         GetPrivateProfileStringA(nullptr, nullptr, nullptr, buffer, 8, Path(name).c_str());
         EXPECT_EQ(GetLastError(), error) << name;
     }
+}
+
+TEST_F(WriteProfile, IsRefusedWhileAnotherHoldsTheFile) {
+    const std::string file = Make("f", "[s]\n");
+    const int holder = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_EQ(::flock(holder, LOCK_EX), 0);
+    EXPECT_EQ(Write("a", "1", file), ERROR_SHARING_VIOLATION);
+    EXPECT_EQ(Bytes(file), "[s]\n");
+    ::close(holder);
+    EXPECT_EQ(Write("a", "1", file), ERROR_SUCCESS);
 }
 
 TEST_F(WriteProfile, KeepsModeOwnerAndAttributes) {

@@ -1,7 +1,6 @@
 // Lack of memory at every allocation in turn, and roads on which nothing may be allocated at all.
 #include "ScriptedPlatform.h"
-
-#include <corvane/config.h>
+#include "support/StateOf.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -45,6 +44,7 @@ void operator delete(void* memory, std::size_t) noexcept {
 namespace {
 
 using corvane::wstring;
+using corvane::test::StateOf;
 
 class Allocation : public testing::Test {
 protected:
@@ -59,22 +59,6 @@ protected:
     }
     ~Allocation() override { Quillon::NativeLogging::LoggerRegistry::setSink({}); }
 
-    std::vector<wstring> State() const {
-        std::vector<wstring> state;
-        manager.EnumerateSubKeys(state);
-        for (const auto& section : std::vector<wstring>(state)) {
-            std::vector<wstring> tags;
-            manager.EnumerateTags(section + CORVANE_TEXT(":"), tags);
-            for (const auto& tag : tags) {
-                EXPECT_EQ(
-                    ConfigManager(manager).GetValue(section + CORVANE_TEXT(":") + tag, state.emplace_back()),
-                    0);
-                state.push_back(tag);
-            }
-        }
-        return state;
-    }
-
     /// Whether another thread can take the lock.
     bool LockIsFree() {
         bool answered = false;
@@ -86,7 +70,7 @@ protected:
     /// manager has to be as it was.
     template <class Operation>
     void FailEachAllocation(Operation operation) {
-        const std::vector<wstring> before = State();
+        const auto before = StateOf(manager);
         for (long count = 0;; ++count) {
             allowed = count;
             try {
@@ -96,7 +80,7 @@ protected:
                 return;
             } catch (const std::bad_alloc&) {
                 allowed = -1;
-                ASSERT_EQ(State(), before) << count;
+                ASSERT_EQ(StateOf(manager), before) << count;
                 ASSERT_TRUE(LockIsFree());
             }
         }
@@ -112,7 +96,7 @@ TEST_F(Allocation, FailingInALoadChangesNothing) {
     Platform().sections.push_back({"Another section", {{"c", "2"}}});
     FailEachAllocation(
         [this] { EXPECT_EQ(manager.Update(CORVANE_TEXT("a file name that is long"), -1), 0); });
-    EXPECT_EQ(State().size(), 11U);
+    EXPECT_EQ(StateOf(manager).size(), 7U);
 }
 
 TEST_F(Allocation, FailingInAChangeLeavesTheCache) {
