@@ -46,7 +46,7 @@ wchar_t Take(std::string& bytes) {
 }
 
 wstring CheckedWide(const std::string& bytes) {
-    const wstring wide = corvane::ToWide(bytes);
+    wstring wide = corvane::ToWide(bytes);
     Require(corvane::utf::WideLength(bytes) == wide.size(), "the length is known beforehand");
     wstring expected;
     std::string left = bytes;
@@ -76,6 +76,11 @@ void CheckUnits(const wstring& units) {
     Require(corvane::utf::Utf8Length(units) == expected.size(), "the length is known beforehand");
 }
 
+template <class Text>
+Text BeforeNul(const Text& text) {
+    return text.substr(0, text.find(typename Text::value_type()));
+}
+
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -85,9 +90,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::size_t room = 1 + input.Below(255);
     const auto magnitude = static_cast<std::uint32_t>(input.Below(256) << 24 | input.Below(256));
     const auto number = static_cast<std::int32_t>(magnitude);
-    const std::string narrow = input.Until('|').c_str();
+    const std::string narrow = BeforeNul(input.Until('|'));
     const std::string bytes(input.Rest());
-    const wstring wide = CheckedWide(bytes).c_str();
+    const wstring wide = BeforeNul(CheckedWide(bytes));
     wstring units(bytes.size() / sizeof(corvane::wchar), 0);
     std::memcpy(units.data(), bytes.data(), units.size() * sizeof(corvane::wchar));
     CheckUnits(units);

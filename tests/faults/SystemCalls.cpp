@@ -1,9 +1,10 @@
-// These definitions stand in front of the C library's. A sleep takes no time here and moves the clock
-// instead, so that all waiting is over at once.
+// These definitions stand in front of the C library's. A sleep takes no time here and moves the clock a
+// second on, so that all waiting is over at once.
 #include "SystemCalls.h"
 
 #include <atomic>
 #include <cerrno>
+#include <cmath>
 #include <csignal>
 #include <cstdarg>
 #include <cstdio>
@@ -21,12 +22,10 @@
 namespace faults {
 namespace {
 
-constexpr long second = 1'000'000'000;
-
 bool active = false;
 Plan plan;
 Outcome outcome;
-std::atomic<long> slept{0}; // nanoseconds
+std::atomic<long> sleeps{0};
 
 bool IsTheOne() noexcept {
     return active && ++outcome.calls == plan.n;
@@ -128,7 +127,8 @@ extern "C" ssize_t pwrite(int file, const void* bytes, std::size_t size, off_t a
     return original(file, bytes, isShort ? (size + 1) / 2 : size, at);
 }
 
-extern "C" ssize_t getrandom(void* bytes, std::size_t size, unsigned flags) noexcept {
+extern "C" ssize_t getrandom(void* bytes, std::size_t size,
+                             unsigned flags) noexcept(noexcept(::getrandom(bytes, size, flags))) {
     static const auto original = ORIGINAL(getrandom);
     if (faults::Strikes(false))
         return -1;
@@ -146,22 +146,20 @@ extern "C" int fsync(int) {
 extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept {
     static const auto original = ORIGINAL(clock_gettime);
     const int result = original(clock, time);
-    if (clock == CLOCK_MONOTONIC) {
-        const long nanoseconds = time->tv_nsec + faults::slept % faults::second;
-        time->tv_sec += faults::slept / faults::second + nanoseconds / faults::second;
-        time->tv_nsec = nanoseconds % faults::second;
-    }
+    time->tv_sec += clock == CLOCK_MONOTONIC ? faults::sleeps.load() : 0;
     return result;
 }
 
-extern "C" int nanosleep(const timespec* time, timespec*) {
-    faults::slept += time->tv_sec * faults::second + time->tv_nsec;
+extern "C" int nanosleep(const timespec*, timespec*) {
+    ++faults::sleeps;
     return 0;
 }
 
 extern "C" int clock_nanosleep(clockid_t clock, int, const timespec* until, timespec*) {
     timespec now{};
     ::clock_gettime(clock, &now);
-    faults::slept += (until->tv_sec - now.tv_sec) * faults::second + until->tv_nsec - now.tv_nsec;
+    faults::outcome.secondsSlept += std::lround(std::difftime(until->tv_sec, now.tv_sec) +
+                                                static_cast<double>(until->tv_nsec - now.tv_nsec) / 1e9);
+    ++faults::sleeps;
     return 0;
 }

@@ -5,7 +5,6 @@
 #include <chrono>
 #include <fcntl.h>
 #include <posix/TestFolder.h>
-#include <sys/mman.h>
 #include <thread>
 
 namespace corvane {
@@ -17,24 +16,11 @@ using namespace test;
 class ReadProfile : public TestFolder {};
 
 // What a read gives, with '|' in the place of each NUL.
-template <typename Operation>
-std::string Readable(Operation read) {
+std::string Read(const char* section, const char* tag, const std::string& file, const char* other = nullptr) {
     std::string text(4096, '#');
-    text.resize(read(text.data(), static_cast<ulong>(text.size())));
+    text.resize(GetPrivateProfileStringA(section, tag, other, text.data(), 4096, file.c_str()));
     std::replace(text.begin(), text.end(), '\0', '|');
     return text;
-}
-
-std::string Read(const char* section, const char* tag, const std::string& file, const char* other = nullptr) {
-    return Readable([&](char* buffer, ulong size) {
-        return GetPrivateProfileStringA(section, tag, other, buffer, size, file.c_str());
-    });
-}
-
-std::string ReadSection(const char* section, const std::string& file) {
-    return Readable([&](char* buffer, ulong size) {
-        return GetPrivateProfileSectionA(section, buffer, size, file.c_str());
-    });
 }
 
 TEST_F(ReadProfile, UnderstandsTheFormat) {
@@ -71,17 +57,12 @@ TEST_F(ReadProfile, UnderstandsTheFormat) {
             << testing::PrintToString(row.section) << testing::PrintToString(row.tag) << row.content;
     }
     const std::string file = Make("f", net);
-    EXPECT_EQ(ReadSection("net", file), "Port=25|host='a b'|port=26|loose line|=x|");
-    EXPECT_EQ(ReadSection("mail", file), "");
+    std::string section(44, '#');
+    EXPECT_EQ(GetPrivateProfileSectionA("net", section.data(), 44, file.c_str()), 41U);
+    section.resize(42);
+    EXPECT_EQ(section, "Port=25\0host='a b'\0port=26\0loose line\0=x\0\0"s);
+    EXPECT_EQ(GetPrivateProfileSectionA("mail", section.data(), 42, file.c_str()), 0U);
     EXPECT_EQ(Read("Net", "none", file, "other \t"), "other");
-}
-
-// The value of v:k, the names of the tags of n or the text of s.
-ulong ReadForm(char form, char* buffer, ulong size, const char* file) {
-    if (form == 's')
-        return GetPrivateProfileSectionA("s", buffer, size, file);
-    const char name[] = {form, '\0'};
-    return GetPrivateProfileStringA(name, form == 'v' ? "k" : nullptr, nullptr, buffer, size, file);
 }
 
 TEST_F(ReadProfile, TruncatesAtTheExactLimit) {
@@ -89,31 +70,30 @@ TEST_F(ReadProfile, TruncatesAtTheExactLimit) {
         std::size_t length;      // of the value, of the only name, of the only line
         ulong size, value, list; // of the buffer; the results
     };
-    constexpr ulong huge = 50'000'000;
-    static const Row rows[] = {{1020, 1024, 1020, 1021},
-                               {1021, 1024, 1021, 1022},
-                               {1022, 1024, 1022, 1022},
-                               {1023, 1024, 1023, 1022},
-                               {1024, 1024, 1023, 1022},
-                               {5, 0, 0, 0},
-                               {5, 1, 0, 0},
-                               {5, 2, 1, 0},
-                               {5, 3, 2, 1},
-                               {huge, huge + 9, huge, huge + 1}};
-    for (const Row& row : rows) {
+    constexpr ulong huge = 5'000'000;
+    for (const Row& row :
+         {Row{1020, 1024, 1020, 1021}, Row{1021, 1024, 1021, 1022}, Row{1022, 1024, 1022, 1022},
+          Row{1023, 1024, 1023, 1022}, Row{1024, 1024, 1023, 1022}, Row{5, 0, 0, 0}, Row{5, 1, 0, 0},
+          Row{5, 2, 1, 0}, Row{5, 3, 2, 1}, Row{huge, huge + 9, huge, huge + 1}}) {
         const std::string text(row.length, 'x');
-        std::string content = "[v]\nk=";
-        content.append(text).append("\n[n]\n").append(text).append("=\n[s]\n").append(text);
-        const std::string file = Make("f", content);
-        for (const char form : {'v', 'n', 's'}) {
-            std::string buffer(row.size + 2, '#');
-            const ulong count = ReadForm(form, buffer.data(), row.size, file.c_str());
-            ASSERT_EQ(count, form == 'v' ? row.value : row.list) << form << row.length << " in " << row.size;
+        const std::string file = Make("f", "[s]\n" + text + "=" + text + "\n");
+        const auto check = [&](bool isList, ulong count, const std::string& buffer) {
+            EXPECT_EQ(count, isList ? row.list : row.value) << row.length << " in " << row.size;
             std::string expected = text.substr(0, count);
-            expected.resize(std::min<std::size_t>(count + (form == 'v' ? 1 : 2), row.size));
-            EXPECT_TRUE(buffer.compare(0, expected.size(), expected) == 0) << form << row.length;
+            expected.resize(std::min<std::size_t>(count + (isList ? 2 : 1), row.size));
+            EXPECT_TRUE(buffer.compare(0, expected.size(), expected) == 0)
+                << row.length << " in " << row.size;
             EXPECT_EQ(buffer.substr(row.size), "##");
+        };
+        for (const char* tag : {static_cast<const char*>(nullptr), text.c_str()}) {
+            std::string buffer(row.size + 2, '#');
+            const ulong count =
+                GetPrivateProfileStringA("s", tag, nullptr, buffer.data(), row.size, file.c_str());
+            check(tag == nullptr, count, buffer);
         }
+        std::string buffer(row.size + 2, '#');
+        const std::string lines = Make("g", "[s]\n" + text);
+        check(true, GetPrivateProfileSectionA("s", buffer.data(), row.size, lines.c_str()), buffer);
     }
 }
 
@@ -140,25 +120,6 @@ TEST_F(ReadProfile, NoticesEveryChange) {
     EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
     ASSERT_EQ(::utimensat(AT_FDCWD, Make("f", "[a]\nb=8\n").c_str(), times, 0), 0);
     EXPECT_EQ(Read("a", "b", file), "8");
-}
-
-// A store into mapped memory that follows another leaves the file's times alone.
-TEST_F(ReadProfile, DoesNotTrustTheTimesOfAFreshFile) {
-    bool noticed = false;
-    for (int i = 0; i < 20 && !noticed; ++i) { // a round may be held up until the file is no longer fresh
-        const std::string file = Make("fresh", "[a]\nb=0\n");
-        const int descriptor = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
-        void* const memory = ::mmap(nullptr, 8, PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
-        ASSERT_NE(memory, MAP_FAILED);
-        auto* const value = static_cast<volatile char*>(memory) + 6;
-        *value = '1';
-        EXPECT_EQ(Read("a", "b", file), "1");
-        *value = '2';
-        noticed = Read("a", "b", file) == "2";
-        ::munmap(memory, 8);
-        ::close(descriptor);
-    }
-    EXPECT_TRUE(noticed);
 }
 
 } // namespace

@@ -1,10 +1,11 @@
 // Lack of memory at every allocation in turn, and roads on which nothing may be allocated at all.
-#include "ScriptedPlatform.h"
+#include "support/ConfigFixture.h"
 #include "support/StateOf.h"
+
+#include <corvane/sources/IConfigSource.h>
 
 #include <algorithm>
 #include <cstdlib>
-#include <gtest/gtest.h>
 #include <new>
 #include <thread>
 
@@ -15,24 +16,18 @@ thread_local long allocations = 0;
 thread_local long allowed = -1;
 thread_local std::size_t largest = 0;
 
-void* Allocate(std::size_t size) {
-    if (!InPlatform()) {
-        ++allocations;
-        largest = std::max(largest, size);
-        if (allowed == 0)
-            throw std::bad_alloc();
-        if (allowed > 0)
-            --allowed;
-    }
-    if (void* const memory = std::malloc(size ? size : 1))
-        return memory;
-    throw std::bad_alloc();
-}
-
 } // namespace
 
 void* operator new(std::size_t size) {
-    return Allocate(size);
+    ++allocations;
+    largest = std::max(largest, size);
+    if (allowed == 0)
+        throw std::bad_alloc();
+    if (allowed > 0)
+        --allowed;
+    if (void* const memory = std::malloc(size ? size : 1))
+        return memory;
+    throw std::bad_alloc();
 }
 void operator delete(void* memory) noexcept {
     std::free(memory);
@@ -44,20 +39,16 @@ void operator delete(void* memory, std::size_t) noexcept {
 namespace {
 
 using corvane::wstring;
-using corvane::test::StateOf;
 
-class Allocation : public testing::Test {
+class Allocation : public ConfigFixture {
 protected:
-    Allocation() {
+    void SetUp() override {
         Quillon::NativeLogging::LoggerRegistry::setThreshold(Quillon::NativeLogging::Severity::problem);
         Quillon::NativeLogging::LoggerRegistry::setSink([](const auto&) {});
-        Reset();
-        Platform().sections = {
-            {"A section with a long name", {{"a tag with a long name", longValue}, {"b", "1"}}}};
-        EXPECT_EQ(manager.Update(CORVANE_TEXT("a file name that is long"), 0), 0);
-        EXPECT_EQ(manager.SetValue(CORVANE_TEXT("_$CACHE$_:a long key of the cache"), value, true), 0);
+        Start("[A section with a long name]\na tag with a long name=" + std::string(3000, 'x') + "\nb=1\n");
+        ASSERT_EQ(Set("_$CACHE$_:a long key of the cache", "a value that is too long for a small string"), 0);
+        manager.GetConfigSource()->SetWriteRetries(0);
     }
-    ~Allocation() override { Quillon::NativeLogging::LoggerRegistry::setSink({}); }
 
     /// Whether another thread can take the lock.
     bool LockIsFree() {
@@ -66,48 +57,47 @@ protected:
         return answered;
     }
 
-    /// Runs `operation` with one allocation more each time, until it goes through; after each failure the
-    /// manager has to be as it was.
+    /// Runs `operation` with one allocation more each time, until it gives 0; before that the manager has to
+    /// stay as it was.
     template <class Operation>
     void FailEachAllocation(Operation operation) {
         const auto before = StateOf(manager);
-        for (long count = 0;; ++count) {
+        int result = 1;
+        for (long count = 0; result != 0; ++count) {
             allowed = count;
             try {
-                operation();
-                allowed = -1;
-                EXPECT_GT(count, 0);
-                return;
+                result = operation();
             } catch (const std::bad_alloc&) {
-                allowed = -1;
-                ASSERT_EQ(StateOf(manager), before) << count;
-                ASSERT_TRUE(LockIsFree());
             }
+            allowed = -1;
+            ASSERT_TRUE(result == 0 ? count > 0 : StateOf(manager) == before) << count;
+            ASSERT_TRUE(LockIsFree());
         }
     }
 
-    const std::string longValue = std::string(3000, 'x');
     const wstring key = CORVANE_TEXT("A section with a long name:A TAG WITH A LONG NAME");
     const wstring value = CORVANE_TEXT("a value that is too long for the small string");
-    ConfigManager manager;
 };
 
-TEST_F(Allocation, FailingInALoadChangesNothing) {
-    Platform().sections.push_back({"Another section", {{"c", "2"}}});
+TEST_F(Allocation, FailingChangesNothing) {
+    wstring snapshot;
+    FailEachAllocation([&] { return manager.CreateSnapshot(snapshot); });
+    Put(Bytes(file) + "[Another section]\nc=2\n");
+    const wstring path = WidePath(file);
+    FailEachAllocation([&] { return manager.Update(path.c_str(), -1); });
+    EXPECT_EQ(Get("Another section:c"), "2");
+    FailEachAllocation([this] { return manager.SetValue(key, value); });
     FailEachAllocation(
-        [this] { EXPECT_EQ(manager.Update(CORVANE_TEXT("a file name that is long"), -1), 0); });
-    EXPECT_EQ(StateOf(manager).size(), 7U);
-}
-
-TEST_F(Allocation, FailingInAChangeLeavesTheCache) {
-    FailEachAllocation([this] { EXPECT_EQ(manager.SetValue(key, value), 0); });
-    FailEachAllocation([this] { manager.SetValue(CORVANE_TEXT("New section, long name:tag"), value); });
+        [this] { return manager.SetValue(CORVANE_TEXT("New section, long name:tag"), value); });
     FailEachAllocation(
-        [this] { manager.SetValue(CORVANE_TEXT("New cached one, long name:tag"), value, true); });
+        [this] { return manager.SetValue(CORVANE_TEXT("New cached one, long:tag"), value, true); });
     ConfigManager other;
-    FailEachAllocation([&] { manager = other = manager; });
-    FailEachAllocation([this] { EXPECT_EQ(manager.DeleteValue(key), 0); });
-    FailEachAllocation([this] { EXPECT_EQ(manager.RestoreSnapshot(value), 0); });
+    FailEachAllocation([&] {
+        manager = other = manager;
+        return 0;
+    });
+    FailEachAllocation([this] { return manager.DeleteValue(key) + manager.Exists(key); });
+    FailEachAllocation([&] { return manager.RestoreSnapshot(snapshot); });
 }
 
 TEST_F(Allocation, ReusesTheRoomOfWhatIsGone) {
@@ -128,7 +118,7 @@ TEST_F(Allocation, ReusesTheRoomOfWhatIsGone) {
 }
 
 TEST_F(Allocation, IsNotNeededToRead) {
-    wstring text = wstring(longValue.size(), 'y');
+    wstring text(3000, 'y');
     EXPECT_EQ(manager.GetValue(key, text), 0); // the key's buffers grow to its length
     const long before = allocations;
     EXPECT_EQ(manager.GetValue(key, text), 0);
