@@ -46,7 +46,7 @@ TEST_F(Retries, AreCountedAndLogged) {
             faults::Begin({});
             const int result = deletion ? Delete("mail:port") : Set("mail:port", " 26");
             EXPECT_EQ(faults::End().secondsSlept, static_cast<long>(row.refusals));
-            LoggerRegistry::setSink({});
+            LoggerRegistry::setSink([](const auto&) {});
             ::close(holder);
 
             Lines expected;
