@@ -79,16 +79,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const wstring key = section + u':' + tag;
     const wstring value = corvane::ToWide(valueText);
 
-    if (kind == "s") {
-        wstring snapshot;
-        Require(manager.CreateSnapshot(snapshot) == 0 && Bytes(corvane::ToUtf8(snapshot)) == before,
-                "a snapshot is the file");
-        manager.SetValue(key, value);
-        Require(manager.RestoreSnapshot(snapshot) == 0 && Bytes(path) == before && StateOf(manager) == old,
-                "a restore is complete");
-        std::filesystem::remove(corvane::ToUtf8(snapshot));
-        return 0;
-    }
     const bool isDeletion = kind == "d";
     const bool isReserved = section == u"_$CACHE$_" && !manager.Exists(section + u":");
     const bool existed = manager.Exists(key) && !section.empty();

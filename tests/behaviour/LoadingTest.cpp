@@ -81,7 +81,6 @@ TEST_F(Loading, TakesWhatAFileMayHold) {
         const char *content, *key, *value;
     } rows[] = {{"\xEF\xBB\xBF[a]\r\nb=c\r\n", "a:b", "c"},
                 {"[a]\nb = \" c \"\n", "a:b", " c "},
-                {"[a]\n; b=1\n  b\t=\t2 \n", "a:b", "2"},
                 {"[a]\nb=1\nB=2\n", "a:b", "1"},
                 {"[a]\nx=1\n[A]\nb=2\n", "a:b", "<none>"},
                 {"[a]\nb:c=d", "a:b:c", "d"},

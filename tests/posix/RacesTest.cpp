@@ -131,13 +131,9 @@ TEST_F(Races, OfWritersLoseNothing) {
             wrong += manager.SetValue(u"s:" + ToWide(std::to_string(tag)), ToWide(Value(tag)));
         return wrong;
     });
-    ConfigManager manager;
-    ASSERT_EQ(manager.Update(m_file.c_str(), 0), 0);
-    for (int tag = 1; tag < tags; ++tag) {
-        wstring value;
-        EXPECT_EQ(manager.GetValue(u"s:" + ToWide(std::to_string(tag)), value), 0) << tag;
-        EXPECT_EQ(value, ToWide(Value(tag)));
-    }
+    const std::string text = Bytes(Path("f"));
+    for (int tag = 1; tag < tags; ++tag)
+        EXPECT_NE(text.find("\n" + std::to_string(tag) + "=" + Value(tag) + "\n"), std::string::npos) << tag;
 }
 
 } // namespace
