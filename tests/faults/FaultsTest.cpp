@@ -41,10 +41,10 @@ struct Operation {
 
 /// What the process that ran an operation tells by its exit status, which is -1 if it was stopped.
 enum Finding {
-    struck = 1, ///< the call was reached
-    done = 2,   ///< by the operation's own word
-    isOld = 4,  ///< all files behind it
-    isNew = 8,
+    struck = 1,     ///< the call was reached
+    done = 2,       ///< by the operation's own word
+    isOld = 4,      ///< all files behind it
+    isNew = 8,      ///< and on disk
     leftFiles = 16, ///< which it could have removed
     leftDescriptors = 32,
     wasSilent = 64,
@@ -174,9 +174,9 @@ private:
         const bool leavesFiles = m_leftovers > 0 && !outcome.cleanUpFailed;
         const bool isDoneAgain = plan.n == 0 || operation.run(manager);
         return (outcome.struck ? struck : 0) | (isDone ? done : 0) | (tree == m_old ? isOld : 0) |
-               (tree == m_new ? isNew : 0) | (leavesFiles ? leftFiles : 0) |
-               (leavesDescriptors ? leftDescriptors : 0) | (logs ? 0 : wasSilent) |
-               (isDoneAgain ? 0 : notDoneAgain);
+               (tree == m_new && !(isDone && outcome.flushFailed) ? isNew : 0) |
+               (leavesFiles ? leftFiles : 0) | (leavesDescriptors ? leftDescriptors : 0) |
+               (logs ? 0 : wasSilent) | (isDoneAgain ? 0 : notDoneAgain);
     }
 };
 

@@ -23,6 +23,7 @@ struct Outcome {
     long calls = 0;
     bool struck = false;        ///< the n-th call was reached
     bool cleanUpFailed = false; ///< a removal was among the calls that failed
+    bool flushFailed = false;   ///< the last one of a file
     long secondsSlept = 0;      ///< between two attempts
 };
 

@@ -17,7 +17,7 @@ class WriteMounts : public TestFolder {
 protected:
     void SetUp() override {
         fs::create_directory(Path("small"));
-        if (::unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+        if (::unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", "none", MS_REC | MS_PRIVATE, nullptr) != 0 ||
             ::mount("none", Path("small").c_str(), "tmpfs", 0, "size=64k") != 0)
             GTEST_SKIP() << "mounting is not permitted here";
     }
@@ -51,7 +51,7 @@ TEST_F(WriteMounts, FullDiskRefusesAndKeepsTheOldContent) {
 
 TEST_F(WriteMounts, ReadOnlyFileSystemRefuses) {
     Make("small/f", m_old);
-    ASSERT_EQ(::mount("none", Path("small").c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
+    ASSERT_EQ(::mount("none", Path("small").c_str(), "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr), 0);
     EXPECT_EQ(Write("new", "small/f"), ERROR_WRITE_PROTECT);
     EXPECT_EQ(Write("new", "small/g"), ERROR_WRITE_PROTECT);
     EXPECT_EQ(Copy("small/f", "small/g"), ERROR_WRITE_PROTECT);
@@ -61,7 +61,7 @@ TEST_F(WriteMounts, ReadOnlyFileSystemRefuses) {
 TEST_F(WriteMounts, FileThatIsAMountPointIsWrittenInPlace) {
     const std::string outside = Make("outside", m_old);
     const std::string file = Make("small/f", "");
-    ASSERT_EQ(::mount(outside.c_str(), file.c_str(), nullptr, MS_BIND, nullptr), 0);
+    ASSERT_EQ(::mount(outside.c_str(), file.c_str(), "none", MS_BIND, nullptr), 0);
     EXPECT_EQ(Write("new", "small/f"), ERROR_SUCCESS);
     EXPECT_EQ(Bytes(outside), "[s]\na=new\n");
     ::umount(file.c_str());
