@@ -2,6 +2,7 @@
 #include "posix/TestFolder.h"
 
 #include <corvane/config.h>
+#include <corvane/platform/posix/PosixPlatform.h>
 
 #include <random>
 #include <thread>
@@ -102,7 +103,7 @@ TEST_F(Races, OfThreadsEndWell) {
             ConfigManager own;
             for (ConfigManager* manager :
                  {&own, &shared, static_cast<ConfigManager*>(ApplicationConfigManager::Instance())})
-                EXPECT_EQ(Work(*manager, seed, 80), 0);
+                EXPECT_EQ(Work(*manager, seed, 40), 0);
         });
     for (std::thread& thread : threads)
         thread.join();
@@ -111,14 +112,35 @@ TEST_F(Races, OfThreadsEndWell) {
 }
 
 TEST_F(Races, OfProcessesEndWell) {
+    InProcesses([&](int seed) {
+        ConfigManager manager;
+        return Work(manager, static_cast<unsigned>(seed), 200);
+    });
+    CheckEnd();
+}
+
+TEST_F(Races, ShowReadersTheOldOrTheNew) {
+    const std::string values[] = {std::string(20'000, 'a'), std::string(9'000, 'b')};
     for (const bool inPlace : {false, true}) {
+        const std::string file =
+            Make("f", "[s]\n;" + std::string(9'000, ' ') + "\nv=" + values[0] + "\nend=1\n");
         if (inPlace)
-            fs::create_hard_link(Path("f"), Path("hard"));
-        InProcesses([&](int seed) {
-            ConfigManager manager;
-            return Work(manager, static_cast<unsigned>(seed), 200);
+            fs::create_hard_link(file, Path("hard"));
+        const pid_t writer = Fork([&] {
+            for (unsigned i = 1; i <= 200; ++i, ::usleep(1000)) // for the reader to see it
+                corvane::platform::WritePrivateProfileStringA("s", "v", values[i % 2].c_str(), file.c_str());
+            return 0;
         });
-        CheckEnd();
+        std::string text(40'000, '#');
+        int seen[2] = {};
+        do {
+            const auto count =
+                corvane::platform::GetPrivateProfileSectionA("s", text.data(), 40'000, file.c_str());
+            const int which = text[2] == 'b';
+            ASSERT_EQ(text.substr(0, count), "v=" + values[which] + std::string("\0end=1\0", 7));
+            ++seen[which];
+        } while (::waitpid(writer, nullptr, WNOHANG) == 0);
+        EXPECT_TRUE(seen[0] > 0 && seen[1] > 0);
     }
 }
 
