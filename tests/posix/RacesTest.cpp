@@ -114,7 +114,7 @@ TEST_F(Races, OfThreadsEndWell) {
 TEST_F(Races, OfProcessesEndWell) {
     InProcesses([&](int seed) {
         ConfigManager manager;
-        return Work(manager, static_cast<unsigned>(seed), 200);
+        return Work(manager, static_cast<unsigned>(seed), 120);
     });
     CheckEnd();
 }
