@@ -5,6 +5,7 @@
 #include <chrono>
 #include <fcntl.h>
 #include <posix/TestFolder.h>
+#include <sys/mman.h>
 #include <thread>
 
 namespace corvane {
@@ -119,6 +120,25 @@ TEST_F(ReadProfile, NoticesEveryChange) {
     EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
     ASSERT_EQ(::utimensat(AT_FDCWD, Make("f", "[a]\nb=8\n").c_str(), times, 0), 0);
     EXPECT_EQ(Read("a", "b", file), "8");
+}
+
+// A store into mapped memory that follows another leaves the file's times alone.
+TEST_F(ReadProfile, DoesNotTrustTheTimesOfAFreshFile) {
+    bool noticed = false;
+    for (int i = 0; i < 20 && !noticed; ++i) { // a round may be held up until the file is no longer fresh
+        const std::string file = Make("fresh", "[a]\nb=0\n");
+        const int descriptor = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
+        void* const memory = ::mmap(nullptr, 8, PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
+        ASSERT_NE(memory, MAP_FAILED);
+        auto* const value = static_cast<volatile char*>(memory) + 6;
+        *value = '1';
+        EXPECT_EQ(Read("a", "b", file), "1");
+        *value = '2';
+        noticed = Read("a", "b", file) == "2";
+        ::munmap(memory, 8);
+        ::close(descriptor);
+    }
+    EXPECT_TRUE(noticed);
 }
 
 } // namespace
