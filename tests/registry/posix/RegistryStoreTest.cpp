@@ -4,7 +4,6 @@
 #include <corvane/platform/posix/PosixRegistry.h>
 #include <corvane/registry/registry.h>
 
-#include <csignal>
 #include <set>
 #include <thread>
 
@@ -200,26 +199,6 @@ TEST_F(RegistryStore, LosesNothingOfTwoProcessesAndTwoThreads) {
                      nullptr, nullptr, nullptr);
     EXPECT_EQ(subkeys, count);
     EXPECT_EQ(values, 4 * count);
-}
-
-TEST_F(RegistryStore, NeverBringsBackHalfAKey) {
-    const pid_t child = Fork([] {
-        for (;;)
-            registry_deleteKey(nullptr, u"\\App\\Inner");
-        return 0;
-    });
-    std::set<LSTATUS> statuses;
-    for (int i = 0; i < 300; ++i) {
-        HKEY key = Create(u"App\\Inner");
-        for (const wchar* name : {u"a", u"b"})
-            statuses.insert(key ? Set(key, name, REG_SZ, "") : 0);
-        RegCloseKey(key);
-        EXPECT_NE(Bytes(user / "App" / "Inner" / ".values").substr(0, 3), "\"b\"")
-            << "a value came into a key that had been deleted";
-    }
-    ::kill(child, SIGKILL);
-    Wait(child);
-    EXPECT_EQ(statuses, (std::set<LSTATUS>{0, 1018}));
 }
 
 } // namespace
