@@ -15,3 +15,15 @@ else()
     target_link_options(corvane_compiler INTERFACE -fsanitize=${CORVANE_SANITIZE})
   endif()
 endif()
+
+# corvane_unite_folders(<target>): where CMAKE_UNITY_BUILD is on, the sources of one folder are compiled as one, which is
+# several times quicker; a folder's files have no two helpers of one name.
+function(corvane_unite_folders target)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD_MODE GROUP)
+  get_target_property(sources ${target} SOURCES)
+  foreach(source ${sources})
+    get_filename_component(folder ${source} DIRECTORY)
+    string(MAKE_C_IDENTIFIER "in_${folder}" group)
+    set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${group})
+  endforeach()
+endfunction()

@@ -77,9 +77,14 @@ const std::vector<std::uint32_t>& NameTable::Order() const {
 }
 
 void NameTable::Reserve(std::size_t names) {
-    constexpr std::size_t unitsOfEntry = 48; // of an ordinary name and value
+    constexpr std::size_t unitsOfEntry = 40; // of an ordinary name and value
     RoomForEntries(names);
     m_text.reserve(names * unitsOfEntry);
+}
+
+void NameTable::Shrink() {
+    if (m_text.capacity() - m_text.size() > m_text.size() / 4) // less is not worth a second copy for a while
+        m_text.shrink_to_fit();
 }
 
 // The name's slot, or the free one where it belongs. There are slots, and one of them is free.

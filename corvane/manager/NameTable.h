@@ -45,8 +45,8 @@ public:
     /// Makes room for that many names and texts of ordinary length at once.
     void Reserve(std::size_t names);
 
-    /// Gives back the room for text that nothing needs.
-    void Shrink() { m_text.shrink_to_fit(); }
+    /// Gives back the room for text that nothing needs, if it is much.
+    void Shrink();
 
     /// Adds a name if it is not there yet. Gives its index, and whether it was added; a new one has the size
     /// of the table before as its index. None of the views may be of this table.

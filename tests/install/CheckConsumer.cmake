@@ -2,7 +2,7 @@
 # installed corvane that two of the ways use. ARGUMENTS configure the project; VERSION is to be told.
 file(REMOVE_RECURSE ${WORK})
 if(WAY STREQUAL add_subdirectory)
-  list(APPEND ARGUMENTS -DCMAKE_BUILD_TYPE=None) # the quickest build
+  list(APPEND ARGUMENTS -DCMAKE_BUILD_TYPE=None -DCMAKE_UNITY_BUILD=ON) # the quickest build
 else()
   file(GLOB_RECURSE package ${TREE}/corvaneConfig.cmake)
   file(GLOB_RECURSE pc ${TREE}/corvane.pc)

@@ -160,7 +160,7 @@ bool FitsNoLine(wstring_view text, std::size_t at) noexcept {
     return text[at] == '\r' || text[at] == '\n' || text[at] == 0 || IsLoneSurrogate(text, at);
 }
 
-void AppendHex(std::string& out, std::uint32_t number, int digits) {
+void PrintHex(std::string& out, std::uint32_t number, int digits) {
     static constexpr char digit[] = "0123456789abcdef";
     for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4)
         out += digit[number >> shift & 0xF];
@@ -180,7 +180,7 @@ void PrintQuoted(wstring_view text, std::string& out) {
             out += static_cast<char>(text[i]);
         } else {
             out += 'u';
-            AppendHex(out, text[i], 4);
+            PrintHex(out, text[i], 4);
         }
     }
     out += ToUtf8(text.substr(printed));
@@ -214,7 +214,7 @@ void PrintBytes(const RegistryValue& value, std::string& out) {
     char separator = ':';
     for (const char byte : value.data) {
         out += separator;
-        AppendHex(out, static_cast<unsigned char>(byte), 2);
+        PrintHex(out, static_cast<unsigned char>(byte), 2);
         separator = ',';
     }
     if (value.data.empty())
@@ -229,7 +229,7 @@ void PrintData(const RegistryValue& value, std::string& out) {
         return PrintBytes(value, out);
     std::memcpy(&number, value.data.data(), sizeof number);
     out += "dword:";
-    AppendHex(out, number, 8);
+    PrintHex(out, number, 8);
 }
 
 } // namespace
