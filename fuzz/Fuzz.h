@@ -1,14 +1,11 @@
 // What the fuzz targets share. An input that breaks a rule ends the process.
 #pragma once
 
-#include <corvane/config.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <support/StateOf.h>
 #include <support/TemporaryFolder.h>
-#include <tuple>
-#include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
@@ -16,6 +13,8 @@ namespace fuzz {
 
 using corvane::wstring;
 using corvane::test::Bytes;
+using corvane::test::Entry;
+using corvane::test::StateOf;
 
 /// The input, taken from the front. What is not there any more is zero or empty.
 class Input {
@@ -55,30 +54,6 @@ inline const corvane::test::TemporaryFolder& Folder() {
     Quillon::NativeLogging::LoggerRegistry::setSink(
         [](const auto& line) { Require(!line.text.empty(), "a line has a text"); });
     return folder;
-}
-
-/// Section, tag and value of one tag of a manager's cache, or with an empty tag a section.
-using Entry = std::tuple<wstring, wstring, wstring>;
-
-/// All that a manager lists and answers, in its order. Sections with a colon, which no key reaches, go
-/// without tags.
-inline std::vector<Entry> StateOf(ConfigManager& manager) {
-    std::vector<Entry> state;
-    std::vector<wstring> sections;
-    manager.EnumerateSubKeys(sections);
-    for (const wstring& section : sections) {
-        state.emplace_back(section, wstring(), wstring());
-        std::vector<wstring> tags;
-        if (section.find(u':') == wstring::npos)
-            manager.EnumerateTags(manager.BuildKey(section, wstring()), tags);
-        for (const wstring& tag : tags) {
-            wstring value;
-            const wstring key = manager.BuildKey(section, tag);
-            Require(manager.Exists(key) && manager.GetValue(key, value) == 0, "what is listed can be read");
-            state.emplace_back(section, tag, value);
-        }
-    }
-    return state;
 }
 
 inline std::string Trimmed(std::string text) {

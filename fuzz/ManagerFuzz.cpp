@@ -154,7 +154,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         const std::size_t kind = input.Below(10);
         const std::string section = sectionNames[input.Below(std::size(sectionNames))];
         const std::string tag = tagNames[input.Below(std::size(tagNames))];
-        const wstring key = corvane::ToWide(section + ":" + tag);
+        const wstring key = corvane::ToWide(section) + u':' + corvane::ToWide(tag);
         const std::size_t file = input.Below(2);
         bool wanted = true;
         int result = 0;

@@ -8,22 +8,18 @@ namespace {
 
 class Loading : public ConfigFixture {};
 
-const std::string sample = "[Mail]\nPort=25\nHost=h\u00e4user.example\nEmpty=\n[Bare]\n[mail]\nPort=26\n";
-
 TEST_F(Loading, IsSkippedOnlyWhenNothingCanHaveChanged) {
-    Put(sample);
-    ASSERT_EQ(Load(), 0);
+    Put("[Mail]\nPort=25\nHost=h\u00e4user.example\nEmpty=\n[Bare]\n[mail]\nPort=26\n");
     const Lines loading = {"loading config from '" + file.u8string() + "'"};
-    EXPECT_EQ(log.Take(), loading);
-    EXPECT_TRUE(manager.IsReady());
-    EXPECT_EQ(corvane::ToUtf8(manager.GetConfigName()), file.u8string());
-    EXPECT_EQ(List() + " " + List("Mail:") + " " + Get("MAIL:host"),
-              "Bare,Mail Host,Port h\u00e4user.example");
-    for (const int policy : {0, 1, -1}) {
+    for (const int policy : {-1, 0, 1, -1}) {
         EXPECT_EQ(Load(policy), 0);
         EXPECT_EQ(log.Take(),
                   policy < 0 ? loading : Lines{"config source was not modified, reload not performed"});
     }
+    EXPECT_TRUE(manager.IsReady());
+    EXPECT_EQ(corvane::ToUtf8(manager.GetConfigName()), file.u8string());
+    EXPECT_EQ(List() + " " + List("Mail:") + " " + Get("MAIL:host"),
+              "Bare,Mail Host,Port h\u00e4user.example");
     Put("[Mail]\nPort=99\n");
     EXPECT_TRUE(manager.SourceWasModified());
     EXPECT_EQ(Get("Mail:Port"), "25"); // the picture of the last load
@@ -41,36 +37,31 @@ TEST_F(Loading, IsSkippedOnlyWhenNothingCanHaveChanged) {
 }
 
 TEST_F(Loading, FailsWithoutATraceInTheManager) {
-    const std::string failed = "Error 32768 \"failed to initialize config manager from '%'\" at func: "
-                               "ConfigManager::Update";
-    const std::string bare = "Error 32768 at func: ConfigManager::Initialize";
     const std::string noSections = "failed to get sections from new config source";
     const std::pair<std::string, std::string> rows[] = {
         // the content, or none, and the problem
         {"-", "new configuration object is not ready"},
-        {"", noSections},
         {"a=b\n", noSections},
         {std::string("\xFF\xFE[\0a\0]\0", 8), noSections},
         {std::string("\0\x01\x02\xFF\xFE\x80\n\0", 8), noSections},
         {"[Mail]\nPort=1\n[_$CACHE$_]\na=b\n", "cache node specified in config file (illegal)"}};
-    Start(sample);
+    Start("[Mail]\nPort=25\n");
     ASSERT_EQ(Set("_$CACHE$_:Token", "kept", true), 0);
     for (const auto& [content, problem] : rows) {
         SCOPED_TRACE(content);
         if (differences::filesInUtf16AreRead && content[0] == '\xFF')
             continue;
-        const fs::path other = folder.Path() / "other.cfg";
-        fs::remove(other);
+        const std::string other = (folder.Path() / "other.cfg").u8string();
         if (content != "-")
             WriteFile(other, content);
-        log.Take();
-        EXPECT_EQ(manager.Update(WidePath(other).c_str(), 0), FAILURE_GENERAL);
-        std::string last = failed;
-        last.replace(last.find('%'), 1, other.u8string());
-        EXPECT_EQ(log.Take(), (Lines{"loading config from '" + other.u8string() + "'", problem, bare, last}));
-        EXPECT_EQ(Get("Mail:Port"), "25");
-        EXPECT_EQ(Get("_$CACHE$_:Token"), "kept");
+        EXPECT_EQ(manager.Update(Wide(other).c_str(), 0), FAILURE_GENERAL);
+        EXPECT_EQ(log.Take(), (Lines{"loading config from '" + other + "'", problem,
+                                     "Error 32768 at func: ConfigManager::Initialize",
+                                     "Error 32768 \"failed to initialize config manager from '" + other +
+                                         "'\" at func: ConfigManager::Update"}));
+        EXPECT_EQ(Get("Mail:Port") + Get("_$CACHE$_:Token"), "25kept");
         EXPECT_EQ(corvane::ToUtf8(manager.GetConfigName()), file.u8string());
+        log.Take();
     }
 }
 
@@ -90,7 +81,6 @@ TEST_F(Loading, TakesWhatAFileMayHold) {
         const char *content, *key, *value;
     } rows[] = {{"\xEF\xBB\xBF[a]\r\nb=c\r\n", "a:b", "c"},
                 {"[a]\nb = \" c \"\n", "a:b", " c "},
-                {"[a]\n; b=1\n  b\t=\t2 \n", "a:b", "2"},
                 {"[a]\nb=1\nB=2\n", "a:b", "1"},
                 {"[a]\nx=1\n[A]\nb=2\n", "a:b", "<none>"},
                 {"[a]\nb:c=d", "a:b:c", "d"},
@@ -112,8 +102,7 @@ TEST_F(Loading, ShowsOnePictureOfAFileThatIsReplacedMeanwhile) {
     const auto text = [](int version) {
         std::string content;
         for (int tag = 0; tag < 2000; ++tag)
-            content += (tag % 100 ? "" : "[s" + std::to_string(tag) + "]\n") + std::string("t") +
-                       std::to_string(tag) + "=" + std::to_string(version) + "\n";
+            content += "[s" + std::to_string(tag / 100) + "]\nt=" + std::to_string(version) + "\n";
         return content;
     };
     Start(text(0));
@@ -121,18 +110,15 @@ TEST_F(Loading, ShowsOnePictureOfAFileThatIsReplacedMeanwhile) {
     std::thread writer([&] {
         for (int version = 1; !done; ++version) {
             WriteFile(folder.Path() / "next", text(version));
-            std::error_code ignored; // Windows replaces no file that is open
-            fs::rename(folder.Path() / "next", file, ignored);
+            fs::rename(folder.Path() / "next", file);
         }
     });
-    int mixed = 0;
     for (int loads = 0; loads < 40; ++loads) {
-        ASSERT_EQ(Load(-1), 0);
-        mixed += Get("s0:t0") != Get("s1900:t1999");
+        EXPECT_EQ(Load(-1), 0);
+        EXPECT_EQ(Get("s0:t"), Get("s19:t"));
     }
     done = true;
     writer.join();
-    EXPECT_EQ(mixed, 0);
 }
 
 } // namespace

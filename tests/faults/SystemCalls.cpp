@@ -1,12 +1,14 @@
-// These definitions stand in front of the C library's. A sleep takes no time here and moves the clock
-// instead, so that all waiting is over at once.
+// These definitions stand in front of the C library's. A sleep takes no time here and moves the clock a
+// second on, so that all waiting is over at once.
 #include "SystemCalls.h"
 
 #include <atomic>
 #include <cerrno>
+#include <cmath>
 #include <csignal>
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 #include <ctime>
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -15,16 +17,15 @@
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
+#include <utility>
 
 namespace faults {
 namespace {
 
-constexpr long second = 1'000'000'000;
-
 bool active = false;
 Plan plan;
 Outcome outcome;
-std::atomic<long> slept{0}; // nanoseconds
+std::atomic<long> sleeps{0};
 
 bool IsTheOne() noexcept {
     return active && ++outcome.calls == plan.n;
@@ -83,34 +84,27 @@ COUNTED_WITH_REST(open, (const char* path, int flags, ...), flags, mode_t, path,
 COUNTED_WITH_REST(openat, (int folder, const char* path, int flags, ...), flags, mode_t, folder, path, flags)
 COUNTED_WITH_REST(fcntl, (int file, int command, ...), command, void*, file, command)
 COUNTED(int, chmod, (const char* path, mode_t mode), (path, mode))
-COUNTED(int, faccessat, (int folder, const char* path, int mode, int flags), (folder, path, mode, flags))
+COUNTED(int, faccessat, (int at, const char* path, int mode, int flags), (at, path, mode, flags))
 COUNTED(int, fallocate, (int file, int mode, off_t at, off_t size), (file, mode, at, size))
 COUNTED(int, fchmod, (int file, mode_t mode), (file, mode))
 COUNTED(int, fchown, (int file, uid_t user, gid_t group), (file, user, group))
 COUNTED(int, flock, (int file, int operation), (file, operation))
 COUNTED(int, fstat, (int file, struct stat* status), (file, status))
-COUNTED(int, fstatat, (int folder, const char* path, struct stat* status, int flags),
-        (folder, path, status, flags))
+COUNTED(int, fstatat, (int at, const char* path, struct stat* status, int flags), (at, path, status, flags))
 COUNTED(int, ftruncate, (int file, off_t size), (file, size))
 COUNTED(int, futimens, (int file, const timespec* times), (file, times))
-COUNTED(int, linkat, (int from, const char* path, int to, const char* name, int flags),
-        (from, path, to, name, flags))
+COUNTED(int, linkat, (int from, const char* a, int to, const char* b, int flags), (from, a, to, b, flags))
 COUNTED(int, mkdir, (const char* path, mode_t mode), (path, mode))
-COUNTED(int, mkdirat, (int folder, const char* path, mode_t mode), (folder, path, mode))
-COUNTED(int, renameat, (int from, const char* path, int to, const char* name), (from, path, to, name))
-COUNTED(int, renameat2, (int from, const char* path, int to, const char* name, unsigned flags),
-        (from, path, to, name, flags))
+COUNTED(int, mkdirat, (int at, const char* path, mode_t mode), (at, path, mode))
+COUNTED(int, renameat, (int from, const char* a, int to, const char* b), (from, a, to, b))
+COUNTED(int, renameat2, (int from, const char* a, int to, const char* b, unsigned how), (from, a, to, b, how))
 COUNTED(int, stat, (const char* path, struct stat* status), (path, status))
-COUNTED(int, unlinkat, (int folder, const char* path, int flags), (folder, path, flags))
-COUNTED(int, utimensat, (int folder, const char* path, const timespec* times, int flags),
-        (folder, path, times, flags))
-COUNTED(ssize_t, fgetxattr, (int file, const char* name, void* value, std::size_t size),
-        (file, name, value, size))
+COUNTED(int, unlinkat, (int at, const char* path, int flags), (at, path, flags))
+COUNTED(int, utimensat, (int at, const char* path, const timespec* times, int how), (at, path, times, how))
+COUNTED(ssize_t, fgetxattr, (int file, const char* name, void* to, std::size_t size), (file, name, to, size))
 COUNTED(ssize_t, flistxattr, (int file, char* list, std::size_t size), (file, list, size))
-COUNTED(ssize_t, getrandom, (void* bytes, std::size_t size, unsigned flags), (bytes, size, flags))
 COUNTED(ssize_t, pread, (int file, void* bytes, std::size_t size, off_t at), (file, bytes, size, at))
-COUNTED(ssize_t, readlinkat, (int folder, const char* path, char* link, std::size_t size),
-        (folder, path, link, size))
+COUNTED(ssize_t, readlinkat, (int at, const char* path, char* to, std::size_t size), (at, path, to, size))
 
 // Asked before a file is made without a name.
 extern "C" int access(const char* path, int mode) noexcept {
@@ -127,30 +121,44 @@ extern "C" ssize_t pwrite(int file, const void* bytes, std::size_t size, off_t a
     return original(file, bytes, isShort ? (size + 1) / 2 : size, at);
 }
 
+extern "C" ssize_t getrandom(void* bytes, std::size_t size,
+                             unsigned flags) noexcept(noexcept(::getrandom(bytes, size, flags))) {
+    static const auto original = ORIGINAL(getrandom);
+    if (faults::Strikes(false))
+        return -1;
+    if (!faults::active || !std::exchange(faults::plan.firstNameIsKnown, false))
+        return original(bytes, size, flags);
+    std::memset(bytes, 0, size);
+    return static_cast<ssize_t>(size);
+}
+
 // What goes through is not carried out: it takes long, and nothing here would show it.
-extern "C" int fsync(int) {
-    return faults::Strikes(false) ? -1 : 0;
+extern "C" int fsync(int file) {
+    static const auto original = ORIGINAL(fstat);
+    struct stat status {};
+    const bool isFile = original(file, &status) == 0 && S_ISREG(status.st_mode);
+    const bool fails = faults::Strikes(false);
+    faults::outcome.flushFailed = isFile ? fails : faults::outcome.flushFailed;
+    return fails ? -1 : 0;
 }
 
 extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept {
     static const auto original = ORIGINAL(clock_gettime);
     const int result = original(clock, time);
-    if (clock == CLOCK_MONOTONIC) {
-        const long nanoseconds = time->tv_nsec + faults::slept % faults::second;
-        time->tv_sec += faults::slept / faults::second + nanoseconds / faults::second;
-        time->tv_nsec = nanoseconds % faults::second;
-    }
+    time->tv_sec += clock == CLOCK_MONOTONIC ? faults::sleeps.load() : 0;
     return result;
 }
 
-extern "C" int nanosleep(const timespec* time, timespec*) {
-    faults::slept += time->tv_sec * faults::second + time->tv_nsec;
+extern "C" int nanosleep(const timespec*, timespec*) {
+    ++faults::sleeps;
     return 0;
 }
 
 extern "C" int clock_nanosleep(clockid_t clock, int, const timespec* until, timespec*) {
     timespec now{};
     ::clock_gettime(clock, &now);
-    faults::slept += (until->tv_sec - now.tv_sec) * faults::second + until->tv_nsec - now.tv_nsec;
+    faults::outcome.secondsSlept += std::lround(std::difftime(until->tv_sec, now.tv_sec) +
+                                                static_cast<double>(until->tv_nsec - now.tv_nsec) / 1e9);
+    ++faults::sleeps;
     return 0;
 }

@@ -14,14 +14,17 @@ enum class Kind {
 struct Plan {
     Kind kind = Kind::Fail;
     int error = 0;
-    long n = 0;              ///< counted from 1; 0 for no fault
-    bool needsNames = false; ///< no file can be made without a name
+    long n = 0;                    ///< counted from 1; 0 for no fault
+    bool needsNames = false;       ///< no file can be made without a name
+    bool firstNameIsKnown = false; ///< the first random number is 0
 };
 
 struct Outcome {
     long calls = 0;
     bool struck = false;        ///< the n-th call was reached
     bool cleanUpFailed = false; ///< a removal was among the calls that failed
+    bool flushFailed = false;   ///< the last one of a file
+    long secondsSlept = 0;      ///< between two attempts
 };
 
 void Begin(const Plan& plan) noexcept;

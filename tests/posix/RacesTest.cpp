@@ -2,6 +2,7 @@
 #include "posix/TestFolder.h"
 
 #include <corvane/config.h>
+#include <corvane/platform/posix/PosixPlatform.h>
 
 #include <random>
 #include <thread>
@@ -16,13 +17,11 @@ using corvane::wstring;
 class Races : public TestFolder {
 protected:
     static constexpr int workers = 4;
+    static constexpr int paddings = 100;
 
     Races() {
-        std::string text = "[s]\n";
-        for (int i = 0; i < 8; ++i)
-            text += "t" + std::to_string(i) + "=" + Value(i) + "\n";
-        text += "[Padding]\n";
-        for (int i = 0; i < 100; ++i)
+        std::string text = "[s]\n[Padding]\n";
+        for (int i = 0; i < paddings; ++i)
             text += "line" + std::to_string(i) + "=" + Value(i) + "\n";
         m_file = ToWide(Make("f", text));
         LoggerRegistry::setSink([](const auto&) {});
@@ -41,7 +40,7 @@ protected:
     }
     static bool IsWhole(ConfigManager& manager) {
         std::vector<wstring> names;
-        bool isWhole = manager.EnumerateTags(u"Padding:", names) == 100;
+        bool isWhole = manager.EnumerateTags(u"Padding:", names) == paddings;
         for (const wstring& name : names) {
             wstring value;
             isWhole = isWhole && manager.GetValue(u"Padding:" + name, value) == 0 && IsWhole(value);
@@ -75,6 +74,15 @@ protected:
         return wrong;
     }
 
+    /// Runs `work` for each worker's number in a process of its own; each has to give 0.
+    static void InProcesses(const std::function<int(int)>& work) {
+        std::vector<pid_t> children;
+        for (int worker = 1; worker <= workers; ++worker)
+            children.push_back(Fork([&] { return work(worker); }));
+        for (const pid_t child : children)
+            EXPECT_EQ(Wait(child), 0);
+    }
+
     /// The file is whole and nothing stands beside it but snapshots.
     void CheckEnd() {
         for (const auto& entry : fs::directory_iterator(Path("."))) {
@@ -95,7 +103,7 @@ TEST_F(Races, OfThreadsEndWell) {
             ConfigManager own;
             for (ConfigManager* manager :
                  {&own, &shared, static_cast<ConfigManager*>(ApplicationConfigManager::Instance())})
-                EXPECT_EQ(Work(*manager, seed, 80), 0);
+                EXPECT_EQ(Work(*manager, seed, 40), 0);
         });
     for (std::thread& thread : threads)
         thread.join();
@@ -104,16 +112,50 @@ TEST_F(Races, OfThreadsEndWell) {
 }
 
 TEST_F(Races, OfProcessesEndWell) {
-    std::vector<pid_t> children;
-    for (unsigned seed = 1; seed <= workers; ++seed) {
-        children.push_back(Fork([&] {
-            ConfigManager manager;
-            return Work(manager, seed, 200);
-        }));
-    }
-    for (const pid_t child : children)
-        EXPECT_EQ(Wait(child), 0);
+    InProcesses([&](int seed) {
+        ConfigManager manager;
+        return Work(manager, static_cast<unsigned>(seed), 120);
+    });
     CheckEnd();
+}
+
+TEST_F(Races, ShowReadersTheOldOrTheNew) {
+    const std::string values[] = {std::string(20'000, 'a'), std::string(9'000, 'b')};
+    for (const bool inPlace : {false, true}) {
+        const std::string file =
+            Make("f", "[s]\n;" + std::string(9'000, ' ') + "\nv=" + values[0] + "\nend=1\n");
+        if (inPlace)
+            fs::create_hard_link(file, Path("hard"));
+        const pid_t writer = Fork([&] {
+            for (unsigned i = 1; i <= 200; ++i, ::usleep(1000)) // for the reader to see it
+                corvane::platform::WritePrivateProfileStringA("s", "v", values[i % 2].c_str(), file.c_str());
+            return 0;
+        });
+        std::string text(40'000, '#');
+        int seen[2] = {};
+        do {
+            const auto count =
+                corvane::platform::GetPrivateProfileSectionA("s", text.data(), 40'000, file.c_str());
+            const int which = text[2] == 'b';
+            ASSERT_EQ(text.substr(0, count), "v=" + values[which] + std::string("\0end=1\0", 7));
+            ++seen[which];
+        } while (::waitpid(writer, nullptr, WNOHANG) == 0);
+        EXPECT_TRUE(seen[0] > 0 && seen[1] > 0);
+    }
+}
+
+TEST_F(Races, OfWritersLoseNothing) {
+    constexpr int tags = 100;
+    InProcesses([&](int worker) {
+        ConfigManager manager;
+        int wrong = manager.Update(m_file.c_str(), 0);
+        for (int tag = worker; tag < tags; tag += workers)
+            wrong += manager.SetValue(u"s:" + ToWide(std::to_string(tag)), ToWide(Value(tag)));
+        return wrong;
+    });
+    const std::string text = Bytes(Path("f"));
+    for (int tag = 1; tag < tags; ++tag)
+        EXPECT_NE(text.find("\n" + std::to_string(tag) + "=" + Value(tag) + "\n"), std::string::npos) << tag;
 }
 
 } // namespace

@@ -17,7 +17,7 @@ protected:
     std::string Path(const std::string& name) const { return m_folder.Path(name); }
 
     std::string Make(const std::string& name, const std::string& content, mode_t mode = 0644) const {
-        const std::string path = m_folder.Write(name, content);
+        std::string path = m_folder.Write(name, content);
         ::chmod(path.c_str(), mode);
         return path;
     }

@@ -16,7 +16,8 @@ public:
         LoggerRegistry::setThreshold(threshold);
         LoggerRegistry::setSink([this](const LogLine& line) {
             const std::lock_guard lock(m_mutex);
-            m_lines.push_back(WithoutSourceLine(corvane::ToUtf8(line.text)));
+            const std::string text = corvane::ToUtf8(line.text);
+            m_lines.push_back(text.substr(0, text.find(" line: ")));
         });
     }
     LogCapture(const LogCapture&) = delete;
@@ -30,8 +31,6 @@ public:
     }
 
 private:
-    static std::string WithoutSourceLine(std::string text) { return text.substr(0, text.find(" line: ")); }
-
     std::mutex m_mutex;
     std::vector<std::string> m_lines;
 };

@@ -3,25 +3,22 @@
 
 #include <corvane/platform/windows/WindowsPlatform.h>
 
-#include <array>
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace corvane {
 
 class TemporaryRegistry : public ::testing::Test {
 protected:
     TemporaryRegistry() {
-        const Place places[] = {{HKEY_LOCAL_MACHINE, L"\\machine"},
-                                {HKEY_CLASSES_ROOT, L"\\machine\\Software\\Classes"},
-                                {HKEY_USERS, L"\\users"},
-                                {HKEY_CURRENT_USER, L"\\user"}};
-        for (const Place& place : places) {
+        for (const auto& [root, path] : {std::pair(HKEY_LOCAL_MACHINE, L"\\machine"),
+                                         {HKEY_CLASSES_ROOT, L"\\machine\\Software\\Classes"},
+                                         {HKEY_USERS, L"\\users"},
+                                         {HKEY_CURRENT_USER, L"\\user"}}) {
             HKEY stand = nullptr;
-            const auto path = m_path + place.path;
-            EXPECT_EQ(::RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS,
-                                        nullptr, &stand, nullptr),
-                      0);
-            EXPECT_EQ(::RegOverridePredefKey(place.root, stand), 0);
+            ::RegCreateKeyExW(HKEY_CURRENT_USER, (m_path + path).c_str(), 0, nullptr, 0, KEY_ALL_ACCESS,
+                              nullptr, &stand, nullptr);
+            EXPECT_EQ(::RegOverridePredefKey(root, stand), 0);
             ::RegCloseKey(stand);
         }
     }
@@ -32,10 +29,6 @@ protected:
     }
 
 private:
-    struct Place {
-        HKEY root;
-        const wchar* path;
-    };
     const wstring m_path = L"Software\\corvane-test-" + std::to_wstring(::GetCurrentProcessId());
 };
 

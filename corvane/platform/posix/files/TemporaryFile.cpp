@@ -12,6 +12,7 @@ namespace corvane::posix {
 namespace {
 
 constexpr char openFiles[] = "/proc/self/fd/"; // how a file without a name is reached for giving it one
+constexpr int mostTries = 8;                   // for a name that is free
 
 // A name that is cut short for the system's limit is still one of a kind.
 int TemporaryName(const std::string& name, std::string& result) {
@@ -48,17 +49,31 @@ int TemporaryFile::Create(int folder, const std::string& name) {
 }
 
 int TemporaryFile::CreateNamed() {
-    std::string name;
-    if (const int error = TemporaryName(m_name, name))
+    const auto create = [this](const std::string& name) {
+        m_file = FileHandle(
+            ::openat(m_folder, name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+        return m_file ? 0 : errno;
+    };
+    if (const int error = TakeTemporaryName(create))
         return error;
-    m_file = FileHandle(
-        ::openat(m_folder, name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
-    if (!m_file)
-        return errno;
-    m_temporaryName.swap(name);
     // An umask may have taken away the owner's own rights, and a folder's access list may have given others
     // some.
     return ::fchmod(m_file.Get(), 0600) == 0 || errno == EPERM ? 0 : errno;
+}
+
+// What somebody planted under a name, a link maybe, is left alone, and another name is tried.
+template <typename Operation>
+int TemporaryFile::TakeTemporaryName(Operation take) {
+    std::string name;
+    for (int tries = 1;; ++tries) {
+        if (const int error = TemporaryName(m_name, name))
+            return error;
+        const int error = take(name);
+        if (error == 0)
+            m_temporaryName.swap(name);
+        if (error != EEXIST || tries == mostTries)
+            return error;
+    }
 }
 
 int TemporaryFile::LinkTo(const std::string& name) noexcept {
@@ -69,12 +84,9 @@ int TemporaryFile::LinkTo(const std::string& name) noexcept {
 
 int TemporaryFile::Replace() {
     if (m_temporaryName.empty()) {
-        std::string name;
-        if (const int error = TemporaryName(m_name, name))
+        const auto link = [this](const std::string& name) { return LinkTo(name); };
+        if (const int error = TakeTemporaryName(link))
             return error;
-        if (const int error = LinkTo(name))
-            return error;
-        m_temporaryName.swap(name);
     }
     if (::renameat(m_folder, m_temporaryName.c_str(), m_folder, m_name.c_str()) != 0)
         return errno;

@@ -29,6 +29,8 @@ public:
 
 private:
     int CreateNamed();
+    template <typename Operation>
+    int TakeTemporaryName(Operation take);
     int LinkTo(const std::string& name) noexcept;
 
     int m_folder = -1;

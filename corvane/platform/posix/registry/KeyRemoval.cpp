@@ -81,7 +81,7 @@ ulong RemoveSubkey(const KeyFolder& key, wstring_view name) {
             break;
         }
         // What was put there by somebody, or cannot be read, stays, and the next number serves.
-        if ((errno != ENOTEMPTY && errno != EEXIST) || number == mostGraves)
+        if ((errno != ENOTEMPTY && errno != EEXIST && errno != ENOTDIR) || number == mostGraves)
             return KeyError(errno);
     }
     FlushFolder(subkey.parent->Get());

@@ -1,0 +1,131 @@
+// Lack of memory at every allocation in turn, and roads on which nothing may be allocated at all.
+#include "support/ConfigFixture.h"
+#include "support/StateOf.h"
+
+#include <corvane/sources/IConfigSource.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <new>
+#include <thread>
+
+namespace {
+
+// Counts the allocations of one thread, and lets the n-th and all after it fail.
+thread_local long allocations = 0;
+thread_local long allowed = -1;
+thread_local std::size_t largest = 0;
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    ++allocations;
+    largest = std::max(largest, size);
+    if (allowed == 0)
+        throw std::bad_alloc();
+    if (allowed > 0)
+        --allowed;
+    if (void* const memory = std::malloc(size ? size : 1))
+        return memory;
+    throw std::bad_alloc();
+}
+// Inlined where operator new is not, it would look like a mismatch to the compiler.
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+namespace {
+
+using corvane::wstring;
+
+class Allocation : public ConfigFixture {
+protected:
+    void SetUp() override {
+        Quillon::NativeLogging::LoggerRegistry::setThreshold(Quillon::NativeLogging::Severity::problem);
+        Quillon::NativeLogging::LoggerRegistry::setSink([](const auto&) {});
+        Start("[A section with a long name]\na tag with a long name=" + std::string(3000, 'x') + "\nb=1\n");
+        ASSERT_EQ(Set("_$CACHE$_:a long key of the cache", "a value that is too long for a small string"), 0);
+        manager.GetConfigSource()->SetWriteRetries(0);
+    }
+
+    /// Whether another thread can take the lock.
+    bool LockIsFree() {
+        bool answered = false;
+        std::thread([&] { answered = manager.GetConfigName() != nullptr; }).join();
+        return answered;
+    }
+
+    /// Runs `operation` with one allocation more each time, until it gives 0; before that the manager has to
+    /// stay as it was.
+    template <class Operation>
+    void FailEachAllocation(Operation operation) {
+        const auto before = StateOf(manager);
+        int result = 1;
+        for (long count = 0; result != 0; ++count) {
+            allowed = count;
+            try {
+                result = operation();
+            } catch (const std::bad_alloc&) {
+            }
+            allowed = -1;
+            ASSERT_TRUE(result == 0 ? count > 0 : StateOf(manager) == before) << count;
+            ASSERT_TRUE(LockIsFree());
+        }
+    }
+
+    const wstring key = CORVANE_TEXT("A section with a long name:A TAG WITH A LONG NAME");
+    const wstring value = CORVANE_TEXT("a value that is too long for the small string");
+};
+
+TEST_F(Allocation, FailingChangesNothing) {
+    wstring snapshot;
+    FailEachAllocation([&] { return manager.CreateSnapshot(snapshot); });
+    Put(Bytes(file) + "[Another section]\nc=2\n");
+    const wstring path = WidePath(file);
+    FailEachAllocation([&] { return manager.Update(path.c_str(), -1); });
+    EXPECT_EQ(Get("Another section:c"), "2");
+    FailEachAllocation([this] { return manager.SetValue(key, value); });
+    FailEachAllocation(
+        [this] { return manager.SetValue(CORVANE_TEXT("New section, long name:tag"), value); });
+    FailEachAllocation(
+        [this] { return manager.SetValue(CORVANE_TEXT("New cached one, long:tag"), value, true); });
+    ConfigManager other;
+    FailEachAllocation([&] {
+        manager = other = manager;
+        return 0;
+    });
+    FailEachAllocation([this] { return manager.DeleteValue(key) + manager.Exists(key); });
+    FailEachAllocation([&] { return manager.RestoreSnapshot(snapshot); });
+}
+
+TEST_F(Allocation, ReusesTheRoomOfWhatIsGone) {
+    const wstring large(10'000, 'x');
+    largest = 0;
+    for (int round = 0; round < 300; ++round) {
+        EXPECT_EQ(manager.SetValue(CORVANE_TEXT("_$CACHE$_:a"), large), 0);
+        EXPECT_EQ(manager.SetValue(CORVANE_TEXT("_$CACHE$_:a"), large + large), 0);
+        corvane::TagMap map;
+        map.Insert({CORVANE_TEXT("kept"), value, false});
+        for (int again = 0; again < 100; ++again) {
+            map.Insert({CORVANE_TEXT("a"), large, false});
+            EXPECT_TRUE(map.Erase(CORVANE_TEXT("A")));
+        }
+        EXPECT_EQ(map.At(0).value, value);
+    }
+    EXPECT_LT(largest, 40 * large.size());
+}
+
+TEST_F(Allocation, IsNotNeededToRead) {
+    wstring text(3000, 'y');
+    EXPECT_EQ(manager.GetValue(key, text), 0); // the key's buffers grow to its length
+    const long before = allocations;
+    EXPECT_EQ(manager.GetValue(key, text), 0);
+    EXPECT_TRUE(manager.Exists(key));
+    EXPECT_EQ(manager.GetValue(CORVANE_TEXT("No such section is there"), text), FAILURE_GENERAL);
+    EXPECT_EQ(allocations - before, 1); // the test's own key
+}
+
+} // namespace

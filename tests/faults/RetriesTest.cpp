@@ -1,0 +1,72 @@
+// Writes that are refused for a while, since somebody else has locked the file.
+#include "SystemCalls.h"
+#include "support/ConfigFixture.h"
+
+#include <corvane/sources/IConfigSource.h>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace {
+
+using namespace Quillon::NativeLogging;
+
+class Retries : public ConfigFixture {};
+
+std::string Attempt(std::size_t number) {
+    return "Error 32 \"attempt #" + std::to_string(number) +
+           " to write to config file fails, will retry in 1 seconds\" at func: "
+           "ConfigFile::WritePrivateProfileStringWithRetry";
+}
+
+TEST_F(Retries, AreCountedAndLogged) {
+    struct Row {
+        std::uint32_t retries;
+        std::size_t refusals;
+        bool done;
+    };
+    for (const Row& row : {Row{30, 0, true}, Row{30, 2, true}, Row{3, 3, false}, Row{0, 1, false},
+                           Row{1, 1, false}, Row{30, 30, false}}) {
+        for (const bool deletion : {false, true}) {
+            SCOPED_TRACE(std::to_string(row.retries) + (deletion ? " delete" : " write"));
+            Start("[Mail]\nPort=25\n");
+            manager.GetConfigSource()->SetWriteRetries(row.retries);
+            EXPECT_EQ(manager.GetConfigSource()->GetWriteRetries(), row.retries);
+            const int holder = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
+            ASSERT_EQ(::flock(holder, row.refusals > 0 ? LOCK_EX : LOCK_UN), 0);
+            MoveTime(file, 5);
+            Lines lines;
+            LoggerRegistry::setSink([&](const LogLine& line) {
+                const std::string text = corvane::ToUtf8(line.text);
+                lines.push_back(text.substr(0, text.find(" line: ")));
+                if (row.done && lines.size() == row.refusals)
+                    ::flock(holder, LOCK_UN);
+            });
+            faults::Begin({});
+            const int result = deletion ? Delete("mail:port") : Set("mail:port", " 26");
+            EXPECT_EQ(faults::End().secondsSlept, static_cast<long>(row.refusals));
+            LoggerRegistry::setSink([](const auto&) {});
+            ::close(holder);
+
+            Lines expected;
+            while (expected.size() < row.refusals)
+                expected.push_back(Attempt(expected.size() + 1));
+            if (!row.done && deletion)
+                expected.emplace_back(
+                    "Error 32 \"WritePrivateProfileString\" at func: ConfigFile::DeleteValue");
+            if (!row.done && !deletion)
+                expected.insert(expected.end(),
+                                {"Error 32 \"WritePrivateProfileStringA\" at func: ConfigFile::WriteValue",
+                                 "Error 32768 \"mail:port\" at func: ConfigManager::_SetValue"});
+            EXPECT_EQ(lines, expected);
+            EXPECT_EQ(result, deletion || row.done ? 0 : FAILURE_GENERAL);
+            EXPECT_EQ(manager.SourceWasModified(), deletion && !row.done); // a refused write hides the change
+            EXPECT_EQ(Exists("mail:port"), !deletion || !row.done);
+            const char* const done = deletion ? "[Mail]\n" : "[Mail]\nPort=26\n";
+            EXPECT_EQ(Bytes(file), row.done ? done : "[Mail]\nPort=25\n");
+        }
+    }
+}
+
+} // namespace
