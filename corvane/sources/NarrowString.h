@@ -37,6 +37,7 @@ public:
     NarrowName() = default;
     NarrowName(const NarrowName&) = delete;
     NarrowName& operator=(const NarrowName&) = delete;
+    ~NarrowName() = default;
 
     /// Takes the UTF-8 form of `name`. False when it cannot be made, and null then stays.
     bool Convert(const corvane::wstring& name) {
