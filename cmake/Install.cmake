@@ -27,7 +27,7 @@ set(public_headers
   sources/IConfigSource.h
 )
 if(NOT WIN32)
-  list(APPEND public_headers platform/posix/RegistryFolders.h)
+  list(APPEND public_headers platform/posix/RegistryFolders.h platform/posix/RegistryKeys.h)
 endif()
 set(inner_headers # what the public ones stand on; nothing in them is for programs
   foundations/CaseFolding.h

@@ -35,6 +35,7 @@ T Get(ConfigManager& config, std::string_view key, T fallback) {
         return *std::move(value);
     return fallback;
 }
+/// The same for a literal.
 inline std::string Get(ConfigManager& config, std::string_view key, const char* fallback) {
     return Get<std::string>(config, key, fallback);
 }
@@ -46,6 +47,7 @@ bool Set(ConfigManager& config, std::string_view key, const T& value) {
     const std::string text = ValueText<T>::ToText(value);
     return ValueText<T>::FromText(text) && config.SetValue(ToWide(key), ToWide(text)) == 0;
 }
+/// The same for a literal.
 inline bool Set(ConfigManager& config, std::string_view key, const char* value) {
     return config.SetValue(ToWide(key), ToWide(value)) == 0;
 }

@@ -40,6 +40,7 @@ struct LogLine {
     corvane::wstring_view text;    ///< the finished text, without a line break
 };
 
+/// Takes finished lines; an empty one stands for standard error.
 using LogSink = std::function<void(const LogLine&)>;
 
 /// The process's loggers and where their lines go: without a sink, reports and problems to standard error in

@@ -14,15 +14,17 @@ using wchar = wchar_t;
 using ulong = unsigned long;
 #define CORVANE_TEXT(literal) L##literal
 #else
-using wchar = char16_t;
+using wchar = char16_t;      ///< a code unit of the library's texts: `wchar_t` on Windows
 using ulong = std::uint32_t; ///< `unsigned long` of the platform: 32 bits
+
+/// A literal of the library's texts: `u"..."` here and `L"..."` on Windows.
 #define CORVANE_TEXT(literal) u##literal
 #endif
 
 static_assert(sizeof(wchar) == 2 && sizeof(ulong) == 4);
 
-using wstring = std::basic_string<wchar>;
-using wstring_view = std::basic_string_view<wchar>;
+using wstring = std::basic_string<wchar>;           ///< a text: `std::wstring` on Windows
+using wstring_view = std::basic_string_view<wchar>; ///< a text that somebody else owns
 
 /// The UTF-16 form of a UTF-8 text, embedded NULs included. Every ill-formed sequence becomes U+FFFD.
 /// Throws only for lack of memory; safe from any thread.

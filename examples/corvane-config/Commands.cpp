@@ -11,7 +11,8 @@ constexpr Command commands[] = {
     {Target::file, "get", "SECTION:TAG [DEFAULT]", "show one value", 1, 2, GetValue},
     {Target::file, "exists", "SECTION:TAG", "say yes or no; 'SECTION:' asks for the section", 1, 1,
      AskForKey},
-    {Target::file, "set", "SECTION:TAG VALUE", "write one value", 2, 2, SetValue},
+    {Target::file, "set", "SECTION:TAG VALUE", "write one value; an empty one counts as not there", 2, 2,
+     SetValue},
     {Target::file, "delete", "SECTION:TAG", "delete one value; 'SECTION:' deletes the section", 1, 1,
      DeleteKey},
     {Target::file, "snapshot", "", "copy the file and show the copy's name", 0, 0, MakeSnapshot},
@@ -45,7 +46,9 @@ const Command& FindCommand(Target target, const std::string& name, std::size_t a
             return command.target == target && command.name == name;
         });
     if (found == std::end(commands))
-        throw Failure(Usage, "there is no command '" + name + "'; --help lists them");
+        throw Failure(Usage, "there is no command '" + name + "'; --help lists them, and options go first");
+    if (found->most == 0 && arguments > 0)
+        throw Failure(Usage, "'" + name + "' takes nothing behind it");
     if (arguments < found->fewest || arguments > found->most)
         throw Failure(Usage, "'" + name + "' wants: " + name + " " + found->parameters);
     return *found;

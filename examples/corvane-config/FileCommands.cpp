@@ -20,8 +20,8 @@ void Load(ConfigManager& config, const std::string& path) {
     // Windows looks for a bare name in a folder of its own.
     if (corvane::Load(config, file.has_parent_path() ? path : "./" + path))
         return;
-    std::error_code ignored;
-    if (!std::filesystem::exists(file, ignored))
+    std::error_code unknown;
+    if (!std::filesystem::exists(file, unknown) && !unknown)
         throw Failure(Refused, "there is no file '" + path +
                                    "'; give the path of one, or make it with a line such as [Section]");
     throw Failure(Refused, "'" + path +
@@ -43,6 +43,20 @@ std::vector<std::string> SectionsAskedFor(const Arguments& arguments) {
 
 std::string Line(const std::string& section, const corvane::TagValue& value) {
     return section + ":" + value.tag + "=" + value.value;
+}
+
+// With quotes where the file would not give it back without: it takes blanks and one pair of quotes off.
+std::string Quoted(const std::string& value) {
+    static constexpr const char* blanks = " \t";
+    static constexpr const char* quotes = "\"'";
+    const auto isOneOf = [](char c, const char* some) {
+        return std::string(some).find(c) != std::string::npos;
+    };
+    const bool losesBlanks =
+        !value.empty() && (isOneOf(value.front(), blanks) || isOneOf(value.back(), blanks));
+    const bool losesQuotes =
+        value.size() > 1 && value.front() == value.back() && isOneOf(value.front(), quotes);
+    return losesBlanks || losesQuotes ? '"' + value + '"' : value;
 }
 
 } // namespace
@@ -92,7 +106,7 @@ ExitCode SetValue(const Arguments& arguments) {
                       "'" + tag + "' is no tag; give one without '=' that begins with neither ';' nor '['");
     if ((key + arguments[1]).find_first_of("\r\n") != std::string::npos)
         throw Failure(Usage, "a line break cannot be written; give a key and a value of one line each");
-    if (!corvane::Set(Config(), key, arguments[1]))
+    if (!corvane::Set(Config(), key, Quoted(arguments[1])))
         throw NotDone("'" + key + "' was not written");
     return Done;
 }

@@ -24,7 +24,8 @@ ExitCode TellStatus(const std::string& path, int status) {
         throw Failure(Usage, "'" + path + "' has no root; begin it with one, such as HKEY_CURRENT_USER\\");
     case notFound: throw Failure(No, "there is no key '" + path + "'; 'list' shows the subkeys of a key");
     case denied:
-        throw Failure(Refused, "'" + path + "' is denied; delete its subkeys first, or ask for the rights");
+        throw Failure(Refused,
+                      "'" + path + "' is denied; see to your rights, and delete subkeys before their key");
     case FAILURE_GENERAL:
         throw Failure(Usage, "'" + path +
                                  "' names no key to delete; give one below a root, such as "
@@ -104,7 +105,7 @@ ExitCode ListRegistryKeys(const Arguments& arguments) {
         registry_loadSubSectionNames(nullptr, ToWide(arguments[0]).c_str(), 0), &std::free);
     if (!names)
         throw Failure(No, "'" + arguments[0] +
-                              "' has no subkeys; see to it that it begins with a root, such as "
+                              "' has no subkeys or is not there; a path begins with a root, such as "
                               "HKEY_CURRENT_USER\\");
     for (const corvane::wchar* name = names.get(); *name; name += corvane::wstring_view(name).size() + 1)
         std::cout << corvane::ToUtf8(name) << '\n';

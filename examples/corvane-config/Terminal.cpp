@@ -3,7 +3,8 @@
 #include <cstdlib>
 
 std::string Painted(Paint paint, const std::string& text) {
-    static const bool inColour = !std::getenv("NO_COLOR") && TerminalShowsColour();
+    static const char* const refusal = std::getenv("NO_COLOR");
+    static const bool inColour = !(refusal && *refusal) && TerminalShowsColour();
     static constexpr const char* codes[] = {"1", "36", "31", "32"};
     if (!inColour)
         return text;

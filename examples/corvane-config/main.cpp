@@ -23,7 +23,24 @@ std::string Take(Arguments& arguments) {
     return first;
 }
 
+// Anything else would come to the file as another text.
+void RefuseWhatIsNotUtf8(const Arguments& arguments) {
+    for (const std::string& argument : arguments)
+        if (const std::string readable = corvane::ToUtf8(corvane::ToWide(argument)); readable != argument)
+            throw Failure(Usage, "'" + readable + "' is not in UTF-8; give every argument in it");
+}
+
+bool AsksForHelp(const std::string& argument) {
+    return argument == "--help" || argument == "-h";
+}
+
+ExitCode ShowHelp() {
+    std::cout << Help();
+    return Done;
+}
+
 ExitCode Run(Arguments arguments) {
+    RefuseWhatIsNotUtf8(arguments);
     const bool log = !arguments.empty() && arguments[0] == "--log";
     if (log)
         Take(arguments);
@@ -32,10 +49,8 @@ ExitCode Run(Arguments arguments) {
     if (arguments.empty())
         throw Failure(Usage, "expected: FILE COMMAND ...; --help tells more");
     const std::string first = Take(arguments);
-    if (first == "--help" || first == "-h") {
-        std::cout << Help();
-        return Done;
-    }
+    if (AsksForHelp(first))
+        return ShowHelp();
     if (first == "--version") {
         std::cout << "corvane-config " << corvane::Version() << '\n';
         return Done;
@@ -49,6 +64,8 @@ ExitCode Run(Arguments arguments) {
     if (arguments.empty())
         throw Failure(Usage, "expected a command behind '" + first + "'; --help lists them");
     const std::string name = Take(arguments);
+    if (AsksForHelp(name))
+        return ShowHelp();
     const Command& command = FindCommand(target, name, arguments.size());
     if (target == Target::file)
         LoadFile(first);

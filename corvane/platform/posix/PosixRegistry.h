@@ -1,64 +1,25 @@
 // The registry as the POSIX layer keeps it: a tree of folders, one text file of values in each. The same
 // arguments and statuses as the real operations. All of them may be called from any thread, and no one of
-// them throws.
+// them throws. What programs may use of it, to open keys, is in RegistryKeys.h.
 #pragma once
 
-#include <corvane/foundations/Export.h>
-#include <corvane/foundations/WideString.h>
 #include <corvane/platform/posix/Errors.h>
+#include <corvane/platform/posix/RegistryKeys.h>
 
 #include <cstdint>
 #include <utility>
 
 namespace corvane::platform {
 
-using HKEY = struct RegistryKeyHandle*;
 using HMODULE = struct ModuleHandle*;
 using FARPROC = std::intptr_t (*)();
-using LSTATUS = std::int32_t;
 struct FILETIME;
-
-// The predefined keys have fixed handles that are always open.
-// NOLINTBEGIN(performance-no-int-to-ptr, misc-misplaced-const)
-inline const HKEY HKEY_CLASSES_ROOT = reinterpret_cast<HKEY>(0x80000000);
-inline const HKEY HKEY_CURRENT_USER = reinterpret_cast<HKEY>(0x80000001);
-inline const HKEY HKEY_LOCAL_MACHINE = reinterpret_cast<HKEY>(0x80000002);
-inline const HKEY HKEY_USERS = reinterpret_cast<HKEY>(0x80000003);
-inline const HKEY HKEY_PERFORMANCE_DATA = reinterpret_cast<HKEY>(0x80000004);
-inline const HKEY HKEY_CURRENT_CONFIG = reinterpret_cast<HKEY>(0x80000005);
-inline const HKEY HKEY_DYN_DATA = reinterpret_cast<HKEY>(0x80000006);
-// NOLINTEND(performance-no-int-to-ptr, misc-misplaced-const)
 
 inline constexpr ulong REG_SZ = 1;
 inline constexpr ulong REG_EXPAND_SZ = 2;
 inline constexpr ulong REG_BINARY = 3;
 inline constexpr ulong REG_DWORD = 4;
 inline constexpr ulong REG_DWORD_BIG_ENDIAN = 5;
-
-inline constexpr ulong KEY_QUERY_VALUE = 0x1;
-inline constexpr ulong KEY_SET_VALUE = 0x2;
-inline constexpr ulong KEY_CREATE_SUB_KEY = 0x4;
-inline constexpr ulong KEY_ENUMERATE_SUB_KEYS = 0x8;
-inline constexpr ulong KEY_READ = 0x20019;
-inline constexpr ulong KEY_ALL_ACCESS = 0xF003F;
-
-inline constexpr ulong REG_OPTION_NON_VOLATILE = 0;
-inline constexpr ulong REG_CREATED_NEW_KEY = 1;
-inline constexpr ulong REG_OPENED_EXISTING_KEY = 2;
-
-/// Opens an existing key; a null or empty `subKey` opens `key` anew. The handle is closed with RegCloseKey.
-/// The access bits are checked against the file permissions of the key's folder. A root under which nothing
-/// was ever written isn't there yet (2).
-CORVANE_API LSTATUS RegOpenKeyExW(HKEY key, const wchar* subKey, ulong options, ulong access,
-                                  HKEY* opened) noexcept;
-
-/// Opens a key, and makes it and the missing levels above it. Class and security have no meaning here;
-/// volatile keys are not supported (87).
-CORVANE_API LSTATUS RegCreateKeyExW(HKEY key, const wchar* subKey, ulong reserved, wchar* className,
-                                    ulong options, ulong access, const void* security, HKEY* opened,
-                                    ulong* disposition) noexcept;
-
-CORVANE_API LSTATUS RegCloseKey(HKEY key) noexcept;
 
 /// Deletes a key with its values; one that has subkeys is refused (5).
 LSTATUS RegDeleteKeyW(HKEY key, const wchar* subKey) noexcept;
