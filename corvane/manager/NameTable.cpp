@@ -56,6 +56,7 @@ void NameTable::Assign(std::uint32_t index, wstring_view text, bool marked) {
     }
     m_entries[index].textLength = static_cast<std::uint32_t>(text.size());
     m_entries[index].marked = marked ? 1U : 0U;
+    GiveBackUnused();
 }
 
 void NameTable::Remove(std::uint32_t index) noexcept {
@@ -63,6 +64,7 @@ void NameTable::Remove(std::uint32_t index) noexcept {
     m_entries.erase(m_entries.begin() + index);
     m_order.clear();
     Relink();
+    GiveBackUnused();
 }
 
 const std::vector<std::uint32_t>& NameTable::Order() const {
@@ -77,9 +79,10 @@ const std::vector<std::uint32_t>& NameTable::Order() const {
 }
 
 void NameTable::Reserve(std::size_t names) {
-    constexpr std::size_t unitsOfEntry = 40; // of an ordinary name and value
+    constexpr std::size_t unitsOfEntry = 40;                   // of an ordinary name and value
+    constexpr std::size_t mostReserved = std::size_t{1} << 20; // before there is any text
     RoomForEntries(names);
-    m_text.reserve(names * unitsOfEntry);
+    m_text.reserve(std::min(names * unitsOfEntry, mostReserved));
 }
 
 void NameTable::Shrink() {
@@ -115,14 +118,30 @@ void NameTable::RoomForEntries(std::size_t names) {
 
 void NameTable::RoomForText(std::size_t units) {
     const std::size_t used = m_text.size() - m_unused;
-    if (units > mostText - m_text.size() && units > mostText - used)
+    if (units > mostText - used)
         throw std::length_error("too much text");
-    if (m_text.capacity() - m_text.size() >= units)
+    if (std::min(m_text.capacity(), mostText) - m_text.size() >= units)
         return;
     const std::size_t room = std::max(used + units, std::min(used * 2, mostText));
     if (m_unused == 0)
-        return m_text.reserve(room);
-    // What no entry has any more is left behind on the way to the larger room.
+        m_text.reserve(room);
+    else
+        MoveText(room);
+}
+
+// Cannot fail: where there is no memory for it, the text stays as it is.
+void NameTable::GiveBackUnused() noexcept {
+    constexpr std::size_t alwaysKept = 4096; // units
+    if (m_unused <= m_text.size() / 2 || m_unused <= alwaysKept)
+        return;
+    try {
+        MoveText(m_text.size() - m_unused);
+    } catch (const std::bad_alloc&) { // NOLINT(bugprone-empty-catch): it is tried again at the next change
+    }
+}
+
+// To another room, leaving behind what no entry has any more.
+void NameTable::MoveText(std::size_t room) {
     wstring text;
     text.reserve(room);
     for (Entry& entry : m_entries) {

@@ -79,6 +79,8 @@ private:
     void RoomForEntry();
     void RoomForEntries(std::size_t names);
     void RoomForText(std::size_t units);
+    void GiveBackUnused() noexcept;
+    void MoveText(std::size_t room);
     void SetSlots(std::size_t count);
     void Relink() noexcept;
 

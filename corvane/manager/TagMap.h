@@ -32,7 +32,7 @@ public:
     /// Makes room for that many tags at once.
     void Reserve(std::size_t tags) { m_names.Reserve(tags); }
 
-    /// Gives back the room that no tag needs.
+    /// Gives back the room for text that no tag needs, if it is much.
     void Shrink() { m_names.Shrink(); }
 
     /// Adds a tag; the first of two equal names stands.
