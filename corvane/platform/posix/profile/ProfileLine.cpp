@@ -1,5 +1,6 @@
 #include <corvane/foundations/CaseFolding.h>
 #include <corvane/foundations/Utf.h>
+#include <corvane/platform/Platform.h>
 #include <corvane/platform/posix/profile/ProfileLine.h>
 
 #include <cstddef>
@@ -65,18 +66,9 @@ char32_t TakeFolded(std::string_view& name) noexcept {
     return code <= 0xFFFF ? FoldCase(static_cast<wchar>(code)) : code;
 }
 
-// One number for all letter cases that a locale can tell of a character. Outside ASCII only what is plain is
-// told apart: the Cyrillic alphabet, and the scripts without letter case.
+// One number for all letter cases that a locale can tell of a character.
 char32_t WithoutCase(char32_t code) noexcept {
-    if (code == 0x212A) // the Kelvin sign, whose lower case is ASCII, and so is that of the dotted I
-        return 'k';
-    if (code == 0x130)
-        return 'i';
-    if (code >= 0x410 && code < 0x450)
-        return 0x410 + (code & 0x1F);
-    const bool caseless =
-        (code >= 0x3000 && code < 0xA000) || (code >= 0xAC00 && code < 0xD800) || code > 0xFFFF;
-    return caseless ? code : 0xFFFD;
+    return code <= 0xFFFF ? platform::LowerInvariant(static_cast<wchar>(code)) : code;
 }
 
 // Mixes characters in groups of eight bytes, of which one outside ASCII takes four: so it is one and the same
@@ -96,8 +88,10 @@ public:
     }
 
     void Put(char32_t code) noexcept {
-        for (PutByte(code); code >= 0x80; code >>= 8)
-            PutByte(code >> 8);
+        if (code < 0x80)
+            return PutByte(code);
+        for (int i = 0; i < 4; ++i, code >>= 8)
+            PutByte(code);
     }
 
     std::uint64_t Get() noexcept {

@@ -72,7 +72,9 @@ std::vector<NamePart> PartsOf(wstring_view keyName) {
 
 int CompareKeyNames(wstring_view a, wstring_view b) noexcept {
     const auto lower = [](wchar unit) {
-        return unit < 0x80 ? FoldCase(unit) : platform::LowerInvariant(unit);
+        constexpr wchar unknown = 0xFFFD; // names in different letters never become one
+        const wchar folded = unit < 0x80 ? FoldCase(unit) : platform::LowerInvariant(unit);
+        return folded == unknown ? unit : folded;
     };
     const std::size_t common = std::min(a.size(), b.size());
     for (std::size_t i = 0; i < common; ++i) {
