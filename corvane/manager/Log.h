@@ -7,8 +7,7 @@
 namespace corvane {
 
 inline Quillon::NativeLogging::ILogger& Log() {
-    static auto& logger = *Quillon::NativeLogging::LoggerRegistry::getLogger(configChannel);
-    return logger;
+    return *Quillon::NativeLogging::LoggerRegistry::getLogger(configChannel);
 }
 
 /// Reports a failure of the library's own making; gives FAILURE_GENERAL.

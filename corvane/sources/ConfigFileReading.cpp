@@ -6,6 +6,7 @@
 #include <corvane/sources/KeyParts.h>
 #include <corvane/sources/NarrowString.h>
 
+#include <cstring>
 #include <limits>
 #include <new>
 
@@ -15,12 +16,14 @@ using corvane::wstring_view;
 
 namespace {
 
-// The bytes that a read operation fills, up to a NUL of its own. How long a text is shows only when it fits,
-// so the buffer doubles until it does. Nothing is cleared, which would take longer than most reads.
+// The bytes that a read operation fills. How long a text is shows only when it fits, so the buffer doubles
+// until it does.
 class ReadBuffer {
 public:
     char* Data() noexcept { return m_larger.empty() ? m_first : m_larger.data(); }
     std::int32_t Size() const noexcept { return m_size; }
+
+    void Clear() noexcept { std::memset(Data(), 0, static_cast<std::size_t>(m_size)); }
 
     void Double() {
         if (m_size > std::numeric_limits<std::int32_t>::max() / 2)
@@ -61,6 +64,7 @@ std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
 
     for (;;) {
         std::int32_t count = 0;
+        buffer.Clear();
         try {
             count = static_cast<std::int32_t>(platform::GetPrivateProfileStringA(
                 narrowSection.Get(), narrowTag.Get(), nullptr, buffer.Data(),

@@ -32,8 +32,8 @@ void Futex(CRITICAL_SECTION& section, int operation, std::uint32_t value) noexce
 // Looks rarely, with some calls of the system in between: at each look the thread that has the lock loses it
 // from its processor's cache.
 void Wait(CRITICAL_SECTION& section) noexcept {
-    constexpr int looks = 50;
-    constexpr int pauses = 4;
+    constexpr int looks = 16;
+    constexpr int pauses = 16;
     for (int i = 0; i < looks * pauses; ++i) {
         ::sched_yield();
         if (i % pauses == 0 && TakeIfFree(section))
