@@ -110,9 +110,9 @@ TEST_F(RegistryStore, SeesChangesThroughAnOpenHandle) {
         ulong size = 1;
         return RegEnumValueW(key, 0, name, &length, nullptr, nullptr, &data, &size);
     };
-    for (char number = 1; number < 50; ++number) {
+    for (unsigned char number = 1; number < 50; ++number) {
         const int before = data;
-        ASSERT_EQ(Set(writer, u"n", REG_BINARY, std::string(1, number)), 0);
+        ASSERT_EQ(Set(writer, u"n", REG_BINARY, std::string(1, static_cast<char>(number))), 0);
         if (before) { // a walk holds the values of its key, and of no other
             const ValueWalk walk(reader);
             EXPECT_EQ(read(reader) || data != before, 0);
