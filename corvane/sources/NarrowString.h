@@ -34,6 +34,7 @@ public:
 /// take no allocation.
 class NarrowName {
 public:
+    // cppcheck-suppress uninitMemberVar ; the text is there before anything points to it
     NarrowName() = default;
     NarrowName(const NarrowName&) = delete;
     NarrowName& operator=(const NarrowName&) = delete;
