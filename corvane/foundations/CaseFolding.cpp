@@ -15,6 +15,17 @@ wchar FoldOutsideAscii(wchar unit) noexcept {
     return folded == lower ? folded : unit;
 }
 
+int CompareIgnoringCase(wstring_view a, wstring_view b) noexcept {
+    for (std::size_t i = 0;; ++i) {
+        const wchar left = i < a.size() ? a[i] : wchar();
+        const wchar right = i < b.size() ? b[i] : wchar();
+        if (left != right && FoldCase(left) != FoldCase(right))
+            return FoldCase(left) < FoldCase(right) ? -1 : 1;
+        if (left == 0)
+            return 0;
+    }
+}
+
 namespace {
 
 constexpr std::size_t unitsOfBlock = 4;
@@ -26,10 +37,9 @@ std::uint64_t BlockAt(const wchar* units) noexcept {
     return block;
 }
 
-// Not zero if a lane holds a NUL or is outside ASCII: only then is there anything from bit 7 on up in it, or
-// in what is left of it after one is taken away.
-std::uint64_t NotPlain(std::uint64_t block) noexcept {
-    return (block | (block - each)) & each * 0xFF80;
+// What it gives for a block has one of the bits from 7 up in a lane that holds a NUL or is outside ASCII.
+std::uint64_t Conspicuous(std::uint64_t block) noexcept {
+    return block | (block - each);
 }
 
 std::uint64_t FoldedBlock(wstring_view units) noexcept { // of at most one block
@@ -39,29 +49,32 @@ std::uint64_t FoldedBlock(wstring_view units) noexcept { // of at most one block
     return BlockAt(folded);
 }
 
-std::uint64_t Mix(std::uint64_t hash, std::uint64_t block) noexcept {
-    // the bit that parts the letter cases of ASCII
-    hash = (hash ^ (block | each * 0x20)) * 0x9E3779B97F4A7C15;
-    return hash ^ hash >> 32;
+std::uint64_t Mix(std::uint64_t hash, std::uint64_t first, std::uint64_t second) noexcept {
+    constexpr std::uint64_t caseBit = each * 0x20; // it parts the letter cases of ASCII
+    hash = (hash ^ (first | caseBit)) * 0x9E3779B97F4A7C15;
+    const std::uint64_t other = (second | caseBit) * 0xC2B2AE3D27D4EB4F;
+    return hash ^ hash >> 32 ^ (other << 32 | other >> 32);
 }
 
-// Calls `put` with the beginning of each block of a text of at least one block. The last one may reach back
-// into the one before it.
+// Calls `put` with the beginnings of two blocks after two, for a text of at least one block. The last ones
+// may reach back into those before them.
 template <class Put>
-void ForEachBlock(wstring_view text, Put put) noexcept {
-    const wchar* const last = text.data() + text.size() - unitsOfBlock;
-    for (const wchar* at = text.data(); at < last; at += unitsOfBlock)
-        put(at);
-    put(last);
+void ForEachPair(wstring_view text, Put put) noexcept {
+    const wchar* at = text.data();
+    const wchar* const last = at + text.size() - unitsOfBlock;
+    for (; last - at > static_cast<std::ptrdiff_t>(unitsOfBlock); at += 2 * unitsOfBlock)
+        put(at, at + unitsOfBlock);
+    put(at < last ? at : last, last);
 }
 
 std::uint32_t HashUnitByUnit(wstring_view text) noexcept {
     text = text.substr(0, FindUnit(text, wchar()));
-    std::uint64_t hash = 0;
     if (text.size() < unitsOfBlock)
-        hash = Mix(hash, FoldedBlock(text));
-    else
-        ForEachBlock(text, [&hash](const wchar* at) { hash = Mix(hash, FoldedBlock({at, unitsOfBlock})); });
+        return static_cast<std::uint32_t>(Mix(0, FoldedBlock(text), 0));
+    std::uint64_t hash = 0;
+    ForEachPair(text, [&hash](const wchar* first, const wchar* second) {
+        hash = Mix(hash, FoldedBlock({first, unitsOfBlock}), FoldedBlock({second, unitsOfBlock}));
+    });
     return static_cast<std::uint32_t>(hash);
 }
 
@@ -71,13 +84,13 @@ std::uint32_t HashIgnoringCase(wstring_view text) noexcept {
     if (text.size() < unitsOfBlock)
         return HashUnitByUnit(text);
     std::uint64_t hash = 0;
-    std::uint64_t notPlain = 0;
-    ForEachBlock(text, [&](const wchar* at) {
-        const std::uint64_t block = BlockAt(at);
-        notPlain |= NotPlain(block);
-        hash = Mix(hash, block);
+    std::uint64_t conspicuous = 0;
+    ForEachPair(text, [&](const wchar* first, const wchar* second) {
+        const std::uint64_t blocks[] = {BlockAt(first), BlockAt(second)};
+        conspicuous |= Conspicuous(blocks[0]) | Conspicuous(blocks[1]);
+        hash = Mix(hash, blocks[0], blocks[1]);
     });
-    return notPlain == 0 ? static_cast<std::uint32_t>(hash) : HashUnitByUnit(text);
+    return (conspicuous & each * 0xFF80) == 0 ? static_cast<std::uint32_t>(hash) : HashUnitByUnit(text);
 }
 
 } // namespace corvane

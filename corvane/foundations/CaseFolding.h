@@ -8,7 +8,7 @@
 namespace corvane {
 
 /// The lower-case form of a code unit outside ASCII in the current locale. Surrogates stay as they are.
-CORVANE_API wchar FoldOutsideAscii(wchar unit) noexcept;
+wchar FoldOutsideAscii(wchar unit) noexcept;
 
 inline wchar FoldCase(wchar unit) noexcept {
     if (unit >= 0x80)
@@ -18,16 +18,7 @@ inline wchar FoldCase(wchar unit) noexcept {
 
 /// Below zero, zero or above zero as `a` sorts before, with or behind `b` after folding to lower case. Each
 /// text ends at its first NUL. Safe from any thread.
-inline int CompareIgnoringCase(wstring_view a, wstring_view b) noexcept {
-    for (std::size_t i = 0;; ++i) {
-        const wchar left = i < a.size() ? a[i] : wchar();
-        const wchar right = i < b.size() ? b[i] : wchar();
-        if (left != right && FoldCase(left) != FoldCase(right))
-            return FoldCase(left) < FoldCase(right) ? -1 : 1;
-        if (left == 0)
-            return 0;
-    }
-}
+CORVANE_API int CompareIgnoringCase(wstring_view a, wstring_view b) noexcept;
 
 /// Whether CompareIgnoringCase gives zero.
 inline bool SameIgnoringCase(wstring_view a, wstring_view b) noexcept {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 namespace corvane {
 namespace {
@@ -103,75 +104,79 @@ char* Append(char* out, char32_t code) noexcept {
     return out + bytes;
 }
 
-// ASCII is taken in blocks of this many units.
-constexpr std::ptrdiff_t blockUnits = 8;
-constexpr std::ptrdiff_t half = blockUnits / 2;
-
-template <typename Unit>
+// Whether `count` units are ASCII. Blocks of a fixed size are what compilers make vector operations of.
+template <std::size_t count, typename Unit>
 bool IsAsciiBlock(const Unit* at) noexcept {
+    constexpr std::size_t bytes = count * sizeof(Unit);
+    using Number = std::conditional_t<bytes % sizeof(std::uint64_t) == 0, std::uint64_t, std::uint32_t>;
     constexpr std::uint64_t beyondAscii = sizeof(Unit) == 1 ? 0x8080808080808080 : 0xFF80FF80FF80FF80;
-    std::uint64_t numbers[sizeof(Unit)];
-    std::memcpy(numbers, at, sizeof numbers);
-    return ((numbers[0] | numbers[sizeof(Unit) - 1]) & beyondAscii) == 0;
+    Number numbers[bytes / sizeof(Number)];
+    std::memcpy(numbers, at, bytes);
+    Number all = 0;
+    for (const Number number : numbers)
+        all |= number;
+    return (all & static_cast<Number>(beyondAscii)) == 0;
 }
 
-template <typename Number, typename Unit>
-Number Load(const Unit* at) noexcept {
-    Number number = 0;
-    std::memcpy(&number, at, sizeof number);
-    return number;
+// Copies `count` units if they are ASCII.
+template <std::size_t count, typename From, typename To>
+bool CopyBlock(const From* at, To* out) noexcept {
+    if (!IsAsciiBlock<count>(at))
+        return false;
+    From from[count]; // known not to be where `out` is
+    To to[count];
+    std::memcpy(from, at, sizeof from);
+    for (std::size_t i = 0; i < count; ++i)
+        to[i] = static_cast<To>(from[i]);
+    std::memcpy(out, to, sizeof to);
+    return true;
 }
 
-// Moves four bytes apart, whichever end the machine's numbers have first.
-std::uint64_t Apart(std::uint64_t bytes) noexcept {
-    bytes = (bytes | bytes << 16) & 0x0000FFFF0000FFFF;
-    return (bytes | bytes << 8) & 0x00FF00FF00FF00FF;
+// Copies from `count` to twice `count` units if they are ASCII, in two blocks that may overlap.
+template <std::size_t count, typename From, typename To>
+bool CopyEnds(const From* at, std::size_t length, To* out) noexcept {
+    return CopyBlock<count>(at, out) && CopyBlock<count>(at + length - count, out + length - count);
 }
 
-// Moves them together again.
-std::uint32_t Together(std::uint64_t units) noexcept {
-    units = (units | units >> 8) & 0x0000FFFF0000FFFF;
-    return static_cast<std::uint32_t>(units | units >> 16);
+template <typename From, typename To>
+bool CopyShortAscii(const From* at, std::size_t length, To* out) noexcept {
+    if (length >= 8)
+        return CopyEnds<8>(at, length, out);
+    if (length >= 4)
+        return CopyEnds<4>(at, length, out);
+    return false;
 }
 
-void CopyBlock(const unsigned char* at, wchar* out) noexcept {
-    const std::uint64_t units[] = {Apart(Load<std::uint32_t>(at)), Apart(Load<std::uint32_t>(at + half))};
-    std::memcpy(out, units, sizeof units);
-}
+constexpr std::size_t blockUnits = 16;
 
-void CopyBlock(const wchar* at, char* out) noexcept {
-    const std::uint32_t bytes[] = {Together(Load<std::uint64_t>(at)),
-                                   Together(Load<std::uint64_t>(at + half))};
-    std::memcpy(out, bytes, sizeof bytes);
-}
-
-// Moves `at` behind the run of ASCII there and returns its length.
-template <typename Unit>
-std::size_t SkipAscii(const Unit*& at, const Unit* end) noexcept {
-    const Unit* const begin = at;
-    while (end - at >= blockUnits && IsAsciiBlock(at))
-        at += blockUnits;
-    if (end - at < blockUnits && end - begin >= blockUnits && IsAsciiBlock(end - blockUnits))
-        at = end;
-    while (at != end && *at < 0x80)
-        ++at;
-    return static_cast<std::size_t>(at - begin);
-}
-
-// The same, copied. A rest that is shorter than a block is taken with what stands before it, once more.
+// Copies the run of ASCII at `at` and moves both pointers behind it.
 template <typename From, typename To>
 void CopyAscii(const From*& at, const From* end, To*& out) noexcept {
-    const From* const begin = at;
-    for (; end - at >= blockUnits && IsAsciiBlock(at); at += blockUnits, out += blockUnits)
-        CopyBlock(at, out);
-    const std::ptrdiff_t rest = end - at;
-    if (rest < blockUnits && end - begin >= blockUnits && IsAsciiBlock(end - blockUnits)) {
-        out += rest;
+    auto length = static_cast<std::size_t>(end - at);
+    const bool reachesBack = length >= blockUnits; // for its rest, to units that were ASCII
+    for (; length >= blockUnits && CopyBlock<blockUnits>(at, out); length -= blockUnits) {
+        at += blockUnits;
+        out += blockUnits;
+    }
+    if (length < blockUnits &&
+        (reachesBack ? CopyBlock<blockUnits>(end - blockUnits, out + length - blockUnits)
+                     : CopyShortAscii(at, length, out))) {
         at = end;
-        CopyBlock(end - blockUnits, out - blockUnits);
+        out += length;
     }
     while (at != end && *at < 0x80)
         *out++ = static_cast<To>(*at++);
+}
+
+// The same without a copy; the length of the run.
+template <typename Unit>
+std::size_t SkipAscii(const Unit*& at, const Unit* end) noexcept {
+    const Unit* const begin = at;
+    while (static_cast<std::size_t>(end - at) >= blockUnits && IsAsciiBlock<blockUnits>(at))
+        at += blockUnits;
+    while (at != end && *at < 0x80)
+        ++at;
+    return static_cast<std::size_t>(at - begin);
 }
 
 } // namespace

@@ -30,7 +30,8 @@ void ReadTags(IConfigSource& source, const wstring& sectionKey, const std::vecto
     wstring key = sectionKey;
     tagMap.Reserve(tags.size());
     for (const wstring& tag : tags) {
-        key.replace(sectionKey.size(), wstring::npos, tag);
+        key.resize(sectionKey.size());
+        key += tag;
         entry.value.clear();
         const std::int32_t result = source.ReadValue(key, entry.value);
         const bool failed = result == FAILURE_GENERAL && entry.value.empty();

@@ -1,4 +1,3 @@
-#include <corvane/foundations/CaseFolding.h>
 #include <corvane/manager/NameTable.h>
 
 #include <algorithm>
@@ -92,13 +91,14 @@ void NameTable::Shrink() {
 
 // The name's slot, or the free one where it belongs. There are slots, and one of them is free.
 std::size_t NameTable::SlotFor(wstring_view name, std::uint32_t hash) const noexcept {
-    for (std::size_t at = SlotOf(hash);; ++at) {
-        if (at == m_slots.size())
+    const std::uint32_t* const slots = m_slots.data();
+    const std::size_t count = m_slots.size();
+    std::size_t at = SlotOf(hash);
+    while (slots[at] != none && !IsAt(slots[at], name, hash)) {
+        if (++at == count)
             at = 0;
-        const std::uint32_t index = m_slots[at];
-        if (index == none || (m_entries[index].hash == hash && SameIgnoringCase(Name(index), name)))
-            return at;
     }
+    return at;
 }
 
 void NameTable::RoomForEntry() {

@@ -1,7 +1,7 @@
 // Names found without regard to letter case, by hash, and listed in the order of the cache.
 #pragma once
 
-#include <corvane/foundations/WideString.h>
+#include <corvane/foundations/CaseFolding.h>
 
 #include <cstdint>
 #include <utility>
@@ -74,6 +74,9 @@ private:
 
     std::size_t SlotOf(std::uint32_t hash) const noexcept {
         return static_cast<std::size_t>((std::uint64_t{hash} * m_slots.size()) >> 31);
+    }
+    bool IsAt(std::uint32_t index, wstring_view name, std::uint32_t hash) const noexcept {
+        return m_entries[index].hash == hash && SameIgnoringCase(Name(index), name);
     }
     std::size_t SlotFor(wstring_view name, std::uint32_t hash) const noexcept;
     void RoomForEntry();

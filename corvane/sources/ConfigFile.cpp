@@ -34,14 +34,13 @@ void ConfigFile::UpdateModifyTime() {
 bool ConfigFile::ParseKey(const corvane::wstring& key, corvane::wstring& section, corvane::wstring& tag) {
     if (key.empty())
         return false;
+    section.clear();
+    tag.clear();
     const std::size_t colon = corvane::FindUnit(key, ':');
-    if (colon == key.size()) {
-        section.clear();
-        tag.clear();
+    if (colon == key.size())
         return false;
-    }
-    section.assign(key, 0, colon);
-    tag.assign(key, colon + 1);
+    section.append(key, 0, colon);
+    tag.append(key, colon + 1);
     return true;
 }
 

@@ -4,7 +4,6 @@
 #include <corvane/sources/IConfigSource.h>
 
 #include <atomic>
-#include <memory>
 
 namespace corvane {
 
@@ -12,23 +11,49 @@ namespace corvane {
 /// next: splitting allocates only for a key longer than those before it, or while another operation has them.
 class KeyParts {
 public:
-    KeyParts();
+    KeyParts() : KeyParts(TheSpare()) {}
     KeyParts(const KeyParts&) = delete;
     KeyParts& operator=(const KeyParts&) = delete;
-    ~KeyParts();
+    ~KeyParts() {
+        if (m_lender)
+            GiveBack();
+    }
 
     /// Has the source split `key`. False if it is no key.
     bool Parse(IConfigSource& source, const wstring& key) { return source.ParseKey(key, section, tag); }
 
 private:
-    struct Buffers {
+    struct Spare {
+        std::atomic<bool> lent{false};
         wstring section;
         wstring tag;
     };
 
-    static std::atomic<Buffers*> spare;
+    // Never destroyed: managers may be used by the destructors of static objects.
+    static Spare& TheSpare() {
+        static Spare& spare = *new Spare;
+        return spare;
+    }
 
-    std::unique_ptr<Buffers> m_buffers;
+    explicit KeyParts(Spare& spare) noexcept
+        : m_lender(spare.lent.exchange(true, std::memory_order_acquire) ? nullptr : &spare),
+          section(m_lender ? spare.section : m_section), tag(m_lender ? spare.tag : m_tag) {
+        section.clear();
+        tag.clear();
+    }
+
+    void GiveBack() noexcept {
+        constexpr std::size_t largestKept = 4096; // units
+        if (section.capacity() + tag.capacity() > largestKept) {
+            section = wstring();
+            tag = wstring();
+        }
+        m_lender->lent.store(false, std::memory_order_release);
+    }
+
+    Spare* m_lender;
+    wstring m_section; // in use if there is no lender
+    wstring m_tag;
 
 public:
     wstring& section;
