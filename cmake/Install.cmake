@@ -32,7 +32,9 @@ endif()
 set(inner_headers # what the public ones stand on; nothing in them is for programs
   foundations/CaseFolding.h
   foundations/Export.h
+  manager/MemoryPool.h
   manager/NameTable.h
+  manager/PlainArray.h
   manager/SectionMap.h
   manager/TagMap.h
   platform/CriticalSection.h

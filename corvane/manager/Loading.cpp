@@ -23,11 +23,13 @@ bool SameConfiguration(IConfigSource& source, const wchar* name) {
     return platform::_wcsicmp(name, source.GetConfigName()) == 0;
 }
 
-// A tag whose value is empty or cannot be read is left out. `sectionKey` is the section and a colon.
+// Fills `tagMap` anew. A tag whose value is empty or cannot be read is left out. `sectionKey` is the section
+// and a colon.
 void ReadTags(IConfigSource& source, const wstring& sectionKey, const std::vector<wstring>& tags,
               ConfigManager::TagMap& tagMap) {
     ConfigManager::ConfigValue entry;
     wstring key = sectionKey;
+    tagMap.Clear();
     tagMap.Reserve(tags.size());
     for (const wstring& tag : tags) {
         key.resize(sectionKey.size());
@@ -38,7 +40,6 @@ void ReadTags(IConfigSource& source, const wstring& sectionKey, const std::vecto
         if (result > 0 && !failed)
             tagMap.Insert({tag, entry.value, entry.cacheOnly});
     }
-    tagMap.Shrink();
 }
 
 } // namespace
@@ -74,16 +75,17 @@ int ConfigManager::Initialize(const wchar* name, int reloadPolicy) {
     std::vector<wstring> sections;
     if (!newSource->EnumerateSections(sections))
         return FailLoad(CORVANE_TEXT("failed to get sections from new config source"), __LINE__);
+    newCache.Reserve(sections.size());
     std::vector<wstring> tags;
+    TagMap tagMap;
     for (const wstring& section : sections) {
         tags.clear();
         if (section == corvane::reservedSection)
             return FailLoad(CORVANE_TEXT("cache node specified in config file (illegal)"), __LINE__);
         if (!newSource->EnumerateTags(section, tags))
             continue;
-        TagMap tagMap;
         ReadTags(*newSource, BuildKey(section, nullptr), tags, tagMap);
-        newCache.Insert(section, std::move(tagMap));
+        newCache.InsertCopy(section, tagMap);
     }
     RestoreCacheOnlyValues(preserved, newCache);
 

@@ -19,10 +19,14 @@ std::uint32_t HashOf(wstring_view name) noexcept {
 } // namespace
 
 NameTable::NameTable(const NameTable& other)
-    : m_entries(other.m_entries), m_text(other.m_text), m_unused(other.m_unused), m_slots(other.m_slots) {}
+    : m_entries(other.m_entries), m_text(other.m_text), m_slots(other.m_slots), m_unused(other.m_unused) {}
+
+NameTable::NameTable(const NameTable& other, MemoryPool& pool)
+    : m_entries(other.m_entries, pool), m_text(other.m_text, pool), m_slots(other.m_slots, pool),
+      m_unused(other.m_unused) {}
 
 std::uint32_t NameTable::Find(wstring_view name) const noexcept {
-    return m_slots.empty() ? none : m_slots[SlotFor(name, HashOf(name))];
+    return m_slots.Empty() ? none : m_slots[SlotFor(name, HashOf(name))];
 }
 
 std::pair<std::uint32_t, bool> NameTable::Add(wstring_view name, wstring_view text, bool marked) {
@@ -32,22 +36,24 @@ std::pair<std::uint32_t, bool> NameTable::Add(wstring_view name, wstring_view te
     if (slot != none)
         return {slot, false};
     RoomForText(name.size() + text.size());
-    slot = static_cast<std::uint32_t>(m_entries.size());
-    m_entries.push_back({static_cast<std::uint32_t>(m_text.size()), static_cast<std::uint32_t>(name.size()),
-                         static_cast<std::uint32_t>(text.size()), hash & mostHash, marked ? 1U : 0U});
-    m_text.append(name).append(text);
+    slot = static_cast<std::uint32_t>(m_entries.Size());
+    const Entry entry{static_cast<std::uint32_t>(m_text.Size()), static_cast<std::uint32_t>(name.size()),
+                      static_cast<std::uint32_t>(text.size()), hash & mostHash, marked ? 1U : 0U};
+    m_entries.Append(&entry, 1);
+    AppendText(name);
+    AppendText(text);
     return {slot, true};
 }
 
 void NameTable::Assign(std::uint32_t index, wstring_view text, bool marked) {
     if (text.size() > m_entries[index].textLength) {
-        const std::size_t length = m_entries[index].nameLength + text.size();
-        RoomForText(length);
+        RoomForText(m_entries[index].nameLength + text.size());
         Entry& entry = m_entries[index];
         m_unused += entry.Length();
-        const auto begin = static_cast<std::uint32_t>(m_text.size());
-        m_text.append(m_text, entry.begin, entry.nameLength).append(text);
-        entry.begin = begin;
+        const wstring_view name = Name(index);
+        entry.begin = static_cast<std::uint32_t>(m_text.Size());
+        AppendText(name);
+        AppendText(text);
     } else {
         const Entry& entry = m_entries[index];
         m_unused += entry.textLength - text.size();
@@ -60,39 +66,47 @@ void NameTable::Assign(std::uint32_t index, wstring_view text, bool marked) {
 
 void NameTable::Remove(std::uint32_t index) noexcept {
     m_unused += m_entries[index].Length();
-    m_entries.erase(m_entries.begin() + index);
-    m_order.clear();
+    m_entries.Erase(index);
+    m_order.Clear();
     Relink();
     GiveBackUnused();
 }
 
-const std::vector<std::uint32_t>& NameTable::Order() const {
-    if (m_order.size() == m_entries.size())
+const PlainArray<std::uint32_t>& NameTable::Order() const {
+    if (m_order.Size() == m_entries.Size())
         return m_order;
-    std::vector<std::uint32_t> order(m_entries.size());
+    PlainArray<std::uint32_t> order;
+    order.Reserve(m_entries.Size());
+    order.Fill(m_entries.Size(), 0);
     std::iota(order.begin(), order.end(), 0U);
     std::sort(order.begin(), order.end(),
               [this](std::uint32_t a, std::uint32_t b) { return CaseInsensitiveLess()(Name(a), Name(b)); });
-    m_order.swap(order);
+    m_order.Swap(order);
     return m_order;
 }
 
 void NameTable::Reserve(std::size_t names) {
-    constexpr std::size_t unitsOfEntry = 40;                   // of an ordinary name and value
-    constexpr std::size_t mostReserved = std::size_t{1} << 20; // before there is any text
-    RoomForEntries(names);
-    m_text.reserve(std::min(names * unitsOfEntry, mostReserved));
+    m_entries.Reserve(names);
+    const std::size_t slots = names * slotsOfEntry;
+    if (slots <= m_slots.Size())
+        return;
+    m_slots.Reserve(slots);
+    m_slots.Fill(slots, none);
+    Relink();
 }
 
-void NameTable::Shrink() {
-    if (m_text.capacity() - m_text.size() > m_text.size() / 4) // less is not worth a second copy for a while
-        m_text.shrink_to_fit();
+void NameTable::Clear() noexcept {
+    m_entries.Clear();
+    m_text.Clear();
+    m_slots.Clear();
+    m_order.Clear();
+    m_unused = 0;
 }
 
 // The name's slot, or the free one where it belongs. There are slots, and one of them is free.
 std::size_t NameTable::SlotFor(wstring_view name, std::uint32_t hash) const noexcept {
-    const std::uint32_t* const slots = m_slots.data();
-    const std::size_t count = m_slots.size();
+    const std::uint32_t* const slots = m_slots.begin();
+    const std::size_t count = m_slots.Size();
     std::size_t at = SlotOf(hash);
     while (slots[at] != none && !IsAt(slots[at], name, hash)) {
         if (++at == count)
@@ -102,29 +116,23 @@ std::size_t NameTable::SlotFor(wstring_view name, std::uint32_t hash) const noex
 }
 
 void NameTable::RoomForEntry() {
-    const std::size_t names = m_entries.size();
-    if (names < m_entries.capacity() && (names + 1) * slotsOfEntry <= m_slots.size())
+    const std::size_t names = m_entries.Size();
+    if (names < m_entries.Room() && (names + 1) * slotsOfEntry <= m_slots.Size())
         return;
     if (names >= none / 2)
         throw std::length_error("too many names");
-    RoomForEntries(std::max(names * 2, leastEntries));
-}
-
-void NameTable::RoomForEntries(std::size_t names) {
-    m_entries.reserve(names);
-    if (names * slotsOfEntry > m_slots.size())
-        SetSlots(names * slotsOfEntry);
+    Reserve(std::max(names * 2, leastEntries));
 }
 
 void NameTable::RoomForText(std::size_t units) {
-    const std::size_t used = m_text.size() - m_unused;
+    const std::size_t used = m_text.Size() - m_unused;
     if (units > mostText - used)
         throw std::length_error("too much text");
-    if (std::min(m_text.capacity(), mostText) - m_text.size() >= units)
+    if (m_text.Size() + units <= m_text.Room())
         return;
     const std::size_t room = std::max(used + units, std::min(used * 2, mostText));
     if (m_unused == 0)
-        m_text.reserve(room);
+        m_text.Reserve(room);
     else
         MoveText(room);
 }
@@ -132,38 +140,33 @@ void NameTable::RoomForText(std::size_t units) {
 // Cannot fail: where there is no memory for it, the text stays as it is.
 void NameTable::GiveBackUnused() noexcept {
     constexpr std::size_t alwaysKept = 4096; // units
-    if (m_unused <= m_text.size() / 2 || m_unused <= alwaysKept)
+    if (m_unused <= m_text.Size() / 2 || m_unused <= alwaysKept)
         return;
     try {
-        MoveText(m_text.size() - m_unused);
+        MoveText(m_text.Size() - m_unused);
     } catch (const std::bad_alloc&) { // NOLINT(bugprone-empty-catch): it is tried again at the next change
     }
 }
 
 // To another room, leaving behind what no entry has any more.
 void NameTable::MoveText(std::size_t room) {
-    wstring text;
-    text.reserve(room);
+    PlainArray<wchar> text;
+    text.Reserve(room);
     for (Entry& entry : m_entries) {
-        const auto begin = static_cast<std::uint32_t>(text.size());
-        text.append(m_text, entry.begin, entry.Length());
+        const auto begin = static_cast<std::uint32_t>(text.Size());
+        text.Append(m_text.begin() + entry.begin, entry.Length());
         entry.begin = begin;
     }
-    m_text.swap(text);
+    m_text.Swap(text);
     m_unused = 0;
 }
 
-void NameTable::SetSlots(std::size_t count) {
-    std::vector<std::uint32_t>(count, none).swap(m_slots);
-    Relink();
-}
-
 void NameTable::Relink() noexcept {
-    std::fill(m_slots.begin(), m_slots.end(), none);
-    for (std::uint32_t index = 0; index < m_entries.size(); ++index) {
+    m_slots.Fill(m_slots.Size(), none);
+    for (std::uint32_t index = 0; index < m_entries.Size(); ++index) {
         std::size_t at = SlotOf(m_entries[index].hash);
         while (m_slots[at] != none)
-            at = at + 1 < m_slots.size() ? at + 1 : 0;
+            at = at + 1 < m_slots.Size() ? at + 1 : 0;
         m_slots[at] = index;
     }
 }

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <corvane/foundations/CaseFolding.h>
+#include <corvane/manager/PlainArray.h>
 
 #include <cstdint>
 #include <utility>
-#include <vector>
 
 namespace corvane {
 
@@ -21,32 +21,34 @@ public:
     NameTable() = default;
     /// The copy works its order out for itself: the other's may be coming up on another thread.
     NameTable(const NameTable& other);
+    /// A copy in the pool's memory, without room for more than it holds.
+    NameTable(const NameTable& other, MemoryPool& pool);
     NameTable(NameTable&&) noexcept = default;
     NameTable& operator=(const NameTable&) = delete;
     NameTable& operator=(NameTable&&) noexcept = default;
     ~NameTable() = default;
 
-    std::size_t Size() const noexcept { return m_entries.size(); }
+    std::size_t Size() const noexcept { return m_entries.Size(); }
 
     /// What belongs to an index. The views last until the next change of the table.
     wstring_view Name(std::uint32_t index) const noexcept {
         const Entry& entry = m_entries[index];
-        return {m_text.data() + entry.begin, entry.nameLength};
+        return {m_text.begin() + entry.begin, entry.nameLength};
     }
     wstring_view Text(std::uint32_t index) const noexcept {
         const Entry& entry = m_entries[index];
-        return {m_text.data() + entry.begin + entry.nameLength, entry.textLength};
+        return {m_text.begin() + entry.begin + entry.nameLength, entry.textLength};
     }
     bool IsMarked(std::uint32_t index) const noexcept { return m_entries[index].marked; }
 
     /// The index of the name in any letter case, or `none`.
     std::uint32_t Find(wstring_view name) const noexcept;
 
-    /// Makes room for that many names and texts of ordinary length at once.
+    /// Makes room for that many names at once.
     void Reserve(std::size_t names);
 
-    /// Gives back the room for text that nothing needs, if it is much.
-    void Shrink();
+    /// Removes all names, and keeps the room that they had.
+    void Clear() noexcept;
 
     /// Adds a name if it is not there yet. Gives its index, and whether it was added; a new one has the size
     /// of the table before as its index. None of the views may be of this table.
@@ -59,7 +61,7 @@ public:
     void Remove(std::uint32_t index) noexcept;
 
     /// All indices in the order of the names. It is worked out when first asked for after a change.
-    const std::vector<std::uint32_t>& Order() const;
+    const PlainArray<std::uint32_t>& Order() const;
 
 private:
     struct Entry {
@@ -73,25 +75,24 @@ private:
     };
 
     std::size_t SlotOf(std::uint32_t hash) const noexcept {
-        return static_cast<std::size_t>((std::uint64_t{hash} * m_slots.size()) >> 31);
+        return static_cast<std::size_t>((std::uint64_t{hash} * m_slots.Size()) >> 31);
     }
     bool IsAt(std::uint32_t index, wstring_view name, std::uint32_t hash) const noexcept {
         return m_entries[index].hash == hash && SameIgnoringCase(Name(index), name);
     }
     std::size_t SlotFor(wstring_view name, std::uint32_t hash) const noexcept;
     void RoomForEntry();
-    void RoomForEntries(std::size_t names);
     void RoomForText(std::size_t units);
+    void AppendText(wstring_view text) noexcept { m_text.Append(text.data(), text.size()); }
     void GiveBackUnused() noexcept;
     void MoveText(std::size_t room);
-    void SetSlots(std::size_t count);
     void Relink() noexcept;
 
-    std::vector<Entry> m_entries;
-    wstring m_text;
-    std::size_t m_unused = 0;           // units of m_text that no entry has any more
-    std::vector<std::uint32_t> m_slots; // open addressing: an index or `none`, at most half of them taken
-    mutable std::vector<std::uint32_t> m_order; // not that of the table if it has another size
+    PlainArray<Entry> m_entries;
+    PlainArray<wchar> m_text;
+    PlainArray<std::uint32_t> m_slots; // open addressing: an index or `none`, at most half of them taken
+    mutable PlainArray<std::uint32_t> m_order; // not that of the table if it has another size
+    std::size_t m_unused = 0;                  // units of m_text that no entry has any more
 };
 
 } // namespace corvane

@@ -5,11 +5,20 @@
 
 namespace corvane {
 
+void SectionMap::Reserve(std::size_t sections) {
+    m_names.Reserve(sections);
+    m_tags.reserve(sections);
+}
+
 void SectionMap::Insert(wstring_view name, TagMap tags) {
     if (m_tags.size() == m_tags.capacity())
-        m_tags.reserve(std::max<std::size_t>(m_tags.size() * 2, 4));
+        Reserve(std::max<std::size_t>(m_tags.size() * 2, 4));
     if (m_names.Add(name).second)
         m_tags.push_back(std::move(tags));
+}
+
+void SectionMap::InsertCopy(wstring_view name, const TagMap& tags) {
+    Insert(name, TagMap(tags, m_pool));
 }
 
 void SectionMap::Erase(std::uint32_t index) noexcept {
@@ -18,6 +27,7 @@ void SectionMap::Erase(std::uint32_t index) noexcept {
 }
 
 void SectionMap::Swap(SectionMap& other) noexcept {
+    m_pool.Swap(other.m_pool);
     std::swap(m_names, other.m_names);
     m_tags.swap(other.m_tags);
 }

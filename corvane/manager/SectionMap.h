@@ -11,6 +11,11 @@ class SectionMap {
 public:
     static constexpr std::uint32_t none = NameTable::none;
 
+    SectionMap() = default;
+    SectionMap(const SectionMap& other) : m_names(other.m_names), m_tags(other.m_tags) {}
+    SectionMap& operator=(const SectionMap&) = delete;
+    ~SectionMap() = default;
+
     bool Empty() const noexcept { return m_tags.empty(); }
     const NameTable& Names() const noexcept { return m_names; }
 
@@ -21,8 +26,15 @@ public:
     TagMap& Tags(std::uint32_t index) noexcept { return m_tags[index]; }
     const TagMap& Tags(std::uint32_t index) const noexcept { return m_tags[index]; }
 
+    /// Makes room for that many sections at once.
+    void Reserve(std::size_t sections);
+
     /// Adds a section; the first of two equal names stands.
     void Insert(wstring_view name, TagMap tags);
+
+    /// The same with a copy of `tags` in large blocks of the map's own, which go with the map: for the many
+    /// sections of a load.
+    void InsertCopy(wstring_view name, const TagMap& tags);
 
     /// Removes the section of that index; the indices behind it move up by one. Cannot fail.
     void Erase(std::uint32_t index) noexcept;
@@ -31,6 +43,7 @@ public:
     void Clear() noexcept;
 
 private:
+    MemoryPool m_pool;
     NameTable m_names;
     std::vector<TagMap> m_tags; // by the index of the name
 };

@@ -18,6 +18,10 @@ public:
 
     static constexpr std::uint32_t none = NameTable::none;
 
+    TagMap() = default;
+    /// A copy in the pool's memory, without room for more than it holds.
+    TagMap(const TagMap& other, MemoryPool& pool) : m_names(other.m_names, pool) {}
+
     std::size_t Size() const noexcept { return m_names.Size(); }
     bool Empty() const noexcept { return Size() == 0; }
     const NameTable& Names() const noexcept { return m_names; }
@@ -32,8 +36,8 @@ public:
     /// Makes room for that many tags at once.
     void Reserve(std::size_t tags) { m_names.Reserve(tags); }
 
-    /// Gives back the room for text that no tag needs, if it is much.
-    void Shrink() { m_names.Shrink(); }
+    /// Removes all tags, and keeps the room that they had.
+    void Clear() noexcept { m_names.Clear(); }
 
     /// Adds a tag; the first of two equal names stands.
     void Insert(const Tag& tag) { m_names.Add(tag.name, tag.value, tag.cacheOnly); }

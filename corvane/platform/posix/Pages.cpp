@@ -1,0 +1,40 @@
+#include <corvane/platform/Pages.h>
+
+#include <cstdint>
+#include <new>
+#include <sys/mman.h>
+
+namespace corvane {
+namespace {
+
+using platform::largePage;
+
+// A mapping that begins at a large page: what it has too much before and behind that goes back at once.
+void* MapLargePages(std::size_t size) {
+    const std::size_t mapped = size + largePage;
+    void* const map = ::mmap(nullptr, mapped, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (map == MAP_FAILED)
+        throw std::bad_alloc();
+    char* const begin = static_cast<char*>(map);
+    const std::size_t before = (largePage - reinterpret_cast<std::uintptr_t>(map) % largePage) % largePage;
+    if (before > 0)
+        ::munmap(begin, before);
+    ::munmap(begin + before + size, mapped - before - size);
+    ::madvise(begin + before, size, MADV_HUGEPAGE); // advice alone: small pages serve as well
+    return begin + before;
+}
+
+} // namespace
+
+void* platform::TakePages(std::size_t size) {
+    return size < largePage ? ::operator new(size) : MapLargePages(size);
+}
+
+void platform::GivePagesBack(void* block, std::size_t size) noexcept {
+    if (size < largePage)
+        ::operator delete(block);
+    else
+        ::munmap(block, size);
+}
+
+} // namespace corvane
