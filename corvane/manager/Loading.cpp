@@ -82,6 +82,8 @@ int ConfigManager::Initialize(const wchar* name, int reloadPolicy) {
         tags.clear();
         if (section == corvane::reservedSection)
             return FailLoad(CORVANE_TEXT("cache node specified in config file (illegal)"), __LINE__);
+        if (newCache.Contains(section)) // the first stands: reading it again would only take time
+            continue;
         if (!newSource->EnumerateTags(section, tags))
             continue;
         ReadTags(*newSource, BuildKey(section, nullptr), tags, tagMap);

@@ -96,11 +96,21 @@ TEST_F(Loading, TakesWhatAFileMayHold) {
     }
 }
 
+TEST_F(Loading, ReadsADoubledSectionOnce) { // each double anew would take until the test's time is out
+    std::string content = "[a]\n";
+    for (int tag = 0; tag < 5000; ++tag)
+        content += "t" + std::to_string(tag) + "=1\n";
+    for (int section = 0; section < 1'000'000; ++section)
+        content += "[A]\n";
+    Start(content + "[b]\nc=2\n");
+    EXPECT_EQ(List() + Get("A:t4999") + Get("b:c"), "a,b12");
+}
+
 TEST_F(Loading, ShowsOnePictureOfAFileThatIsReplacedMeanwhile) {
     if (differences::loadsMixAFileThatIsReplaced)
         GTEST_SKIP() << "the operations read each value by itself";
     const auto text = [](int version) {
-        std::string content;
+        std::string content = "[no:key]\n[no text: \xE4]\n\xE4=1\n[\xE4]\n\xE4=1\n";
         for (int tag = 0; tag < 2000; ++tag)
             content += "[s" + std::to_string(tag / 100) + "]\nt=" + std::to_string(version) + "\n";
         return content;

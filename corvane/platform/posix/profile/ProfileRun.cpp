@@ -1,11 +1,19 @@
 #include <corvane/platform/posix/PosixPlatform.h>
 #include <corvane/platform/posix/profile/ProfileCache.h>
+#include <corvane/platform/posix/profile/ProfileLine.h>
 #include <corvane/platform/posix/profile/ProfileRun.h>
 
 #include <cstring>
 #include <utility>
 
 namespace corvane::posix {
+namespace {
+
+bool HasColon(std::string_view name) noexcept {
+    return name.find(':') != std::string_view::npos;
+}
+
+} // namespace
 
 ProfileRun*& ProfileRun::OfThisThread() noexcept {
     thread_local ProfileRun* run = nullptr;
@@ -22,7 +30,6 @@ const ProfileIndex* ProfileRun::Continue(const char* file, const char* section, 
 void ProfileRun::Begin(const char* file, const Profile& profile) {
     m_file = file;
     m_profile = profile;
-    m_place = nullptr;
     m_section = nullptr;
     m_line = nullptr;
     m_answer = nullptr;
@@ -30,33 +37,32 @@ void ProfileRun::Begin(const char* file, const Profile& profile) {
 
 void ProfileRun::Answered(const ProfileIndex& profile, bool cut) {
     m_cut = cut;
-    if (cut || (m_section && NextTag(profile)) || NextSection(profile))
+    if (cut || (m_section && NextTag(profile)) || NextSection(profile, m_section))
         return;
     ProfileCache::Instance().Forget(m_file.c_str(), m_profile);
     End();
 }
 
-// A section or tag that has the name of one before it gives what that one holds. In another locale than the
-// one that the file was parsed in, there may be no such one.
+// A section with a colon is passed over: no key leads there.
 bool ProfileRun::StepToList(const ProfileIndex& profile, const char* section) noexcept {
     const bool again = m_cut && m_section && !m_line;
     if (!again && m_section && NextTag(profile))
         return false;
-    const Section* const next = again ? m_place : NextSection(profile);
-    if (!next || !Is(profile.Text(next->name), section))
+    const Section* next = again ? m_section : NextSection(profile, m_section);
+    while (next && !Is(profile.Text(next->name), section))
+        next = HasColon(profile.Text(next->name)) ? NextSection(profile, next) : nullptr;
+    if (!next)
         return false;
-    const Section* const first = next->IsShadowed() ? profile.FindSection(section) : next;
-    if (!first)
-        return false;
-    m_place = next;
-    m_section = first;
+    m_section = next;
     m_line = nullptr;
     m_answer = nullptr;
     return true;
 }
 
+// A tag that has the name of one before it gives what that one holds. In another locale than the one that the
+// file was parsed in, there may be no such one.
 bool ProfileRun::StepToTag(const ProfileIndex& profile, const char* section, const char* tag) noexcept {
-    if (!m_place || !Is(profile.Text(m_place->name), section))
+    if (!m_section || !Is(profile.Text(m_section->name), section))
         return false;
     const Line* const next = m_cut && m_line ? m_line : NextTag(profile);
     if (!next || !Is(profile.Text(next->name), tag))
@@ -73,16 +79,19 @@ const ProfileRun::Line* ProfileRun::NextTag(const ProfileIndex& profile) const n
     return line != profile.End(*m_section) ? line : nullptr;
 }
 
-const ProfileRun::Section* ProfileRun::NextSection(const ProfileIndex& profile) const noexcept {
+const ProfileRun::Section* ProfileRun::NextSection(const ProfileIndex& profile,
+                                                   const Section* place) noexcept {
     const auto& sections = profile.Sections();
-    const Section* section = m_place ? m_place + 1 : sections.data();
-    while (section != sections.data() + sections.size() && section->name.size == 0)
+    const Section* section = place ? place + 1 : sections.data();
+    while (section != sections.data() + sections.size() && (section->name.size == 0 || section->IsShadowed()))
         ++section;
     return section != sections.data() + sections.size() ? section : nullptr;
 }
 
+// A name with ill-formed bytes is not asked for with the same bytes.
 bool ProfileRun::Is(std::string_view name, const char* text) noexcept {
-    return std::strncmp(name.data(), text, name.size()) == 0 && text[name.size()] == '\0';
+    const bool same = std::strncmp(name.data(), text, name.size()) == 0 && text[name.size()] == '\0';
+    return same || SameName(name, text);
 }
 
 } // namespace corvane::posix

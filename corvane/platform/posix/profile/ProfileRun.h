@@ -9,10 +9,10 @@
 namespace corvane::posix {
 
 /// Follows the reads of a load: from the list of sections on, through each section's list of tags and each
-/// tag, in the order of the file. They are answered from the picture of the file that the run began with,
-/// whoever writes meanwhile: that needs neither a look at the file nor a search. Any other read ends the run
-/// and looks at the file itself. There is a run only while a platform::LoadScope lives; it belongs to the
-/// scope's thread.
+/// tag, in the order of the file and without the doubles of a section. They are answered from the picture of
+/// the file that the run began with, whoever writes meanwhile: that needs neither a look at the file nor a
+/// search. Any other read looks at the file itself. There is a run only while a platform::LoadScope lives; it
+/// belongs to the scope's thread.
 class ProfileRun {
 public:
     using Profile = std::shared_ptr<const ProfileIndex>;
@@ -45,15 +45,14 @@ private:
     bool StepToList(const ProfileIndex& profile, const char* section) noexcept;
     bool StepToTag(const ProfileIndex& profile, const char* section, const char* tag) noexcept;
     const Line* NextTag(const ProfileIndex& profile) const noexcept;
-    const Section* NextSection(const ProfileIndex& profile) const noexcept;
+    static const Section* NextSection(const ProfileIndex& profile, const Section* place) noexcept;
     static bool Is(std::string_view name, const char* text) noexcept;
 
     Profile m_profile;
     std::string m_file;
-    const Section* m_place = nullptr;   // in the list of sections
-    const Section* m_section = nullptr; // the first of that name
-    const Line* m_line = nullptr;       // in the section, null before its first tag
-    const Line* m_answer = nullptr;     // the first of that name
+    const Section* m_section = nullptr;
+    const Line* m_line = nullptr;   // in the section, null before its first tag
+    const Line* m_answer = nullptr; // the first of that name
     bool m_cut = false;
 };
 

@@ -158,11 +158,8 @@ ulong platform::GetPrivateProfileStringA(const char* section, const char* tag, c
     if (!buffer || size == 0)
         return 0;
     ProfileRun* const run = ProfileRun::OfThisThread();
-    if (run) {
-        if (const auto* const profile = run->Continue(file, section, tag))
-            return Answer(*run, *profile, buffer, size);
-        run->End();
-    }
+    if (const auto* const profile = run ? run->Continue(file, section, tag) : nullptr)
+        return Answer(*run, *profile, buffer, size);
     const bool isList = !section || !tag;
     const auto profile = OpenProfile(file);
     if (!profile)
