@@ -20,10 +20,11 @@ namespace {
 constexpr int openFlags = O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
 
 // Why a new file cannot take the old one's place although the old one itself may be written: the folder or
-// its sticky bit forbids it, the owner or an attribute cannot be kept, the file is a mount point, or its name
-// leaves no room for a temporary one. A full disk is not among them.
+// its sticky bit forbids it, the owner or an attribute cannot be kept, the file is a mount point, maybe in a
+// folder that is read-only, or its name leaves no room for a temporary one. A full disk is not among them.
 bool ServesInPlace(int error) noexcept {
-    return error == EACCES || error == EPERM || error == EBUSY || error == EXDEV || error == ENAMETOOLONG;
+    return error == EACCES || error == EPERM || error == EBUSY || error == EXDEV || error == EROFS ||
+           error == ENAMETOOLONG;
 }
 
 } // namespace
