@@ -8,7 +8,7 @@
 namespace corvane::posix {
 namespace {
 
-constexpr std::chrono::microseconds longestSleep{5000};
+constexpr std::chrono::microseconds longestSleep{1000};
 
 // A seed of its own for every thread of every process, the two sides of a fork included.
 std::minstd_rand Generator() noexcept {
