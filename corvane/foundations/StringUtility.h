@@ -6,8 +6,8 @@
 #include <cstddef>
 
 /// Converts a NUL-terminated wide text, not null, to UTF-8. Gives 0 and in `*result` a new text that the
-/// caller frees with string_freeA; or a non-zero value, for lack of memory only: a lone surrogate becomes
-/// U+FFFD.
+/// caller frees with string_freeA; or a non-zero value for lack of memory or a lone surrogate in the text,
+/// which UTF-8 could not give back.
 int stringCnv_wcsToUTF8Alloc(const corvane::wchar* text, char** result) noexcept;
 
 void string_freeA(char* text) noexcept;

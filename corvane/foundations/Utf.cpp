@@ -233,6 +233,19 @@ std::size_t utf::Utf8Length(wstring_view wide) noexcept {
     return bytes;
 }
 
+bool utf::HasLoneSurrogate(wstring_view wide) noexcept {
+    const wchar* at = wide.data();
+    const wchar* const end = at + wide.size();
+    while (at != end) {
+        const wchar unit = *at;
+        if (unit < 0x80)
+            SkipAscii(at, end);
+        else if (DecodeUtf16(at, end) == replacement && unit != replacement)
+            return true;
+    }
+    return false;
+}
+
 wstring ToWide(std::string_view utf8) {
     wstring wide(utf::WideLength(utf8), wchar());
     utf::ToWide(utf8, wide.data());

@@ -26,4 +26,7 @@ std::size_t ToUtf8(wstring_view wide, char* out) noexcept;
 /// The number of bytes that the conversion of `wide` writes.
 std::size_t Utf8Length(wstring_view wide) noexcept;
 
+/// Whether the text has half of a surrogate pair in it, for which there is no UTF-8.
+bool HasLoneSurrogate(wstring_view wide) noexcept;
+
 } // namespace corvane::utf

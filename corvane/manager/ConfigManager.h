@@ -94,7 +94,8 @@ public:
     int SetValue(const corvane::wstring& key, const corvane::wstring& value, bool cacheOnly = false);
 
     /// Deletes a tag, or with an empty tag the section, from the source and then from the cache. 0 also if
-    /// the source refused, which leaves the value readable; FAILURE_GENERAL if the cache had no such entry.
+    /// the source refused, which leaves the value readable; FAILURE_GENERAL if the cache had no such entry: a
+    /// tag whose value is empty in the file is not in the cache, and goes from the file all the same.
     int DeleteValue(const corvane::wstring& key);
 
     /// Adds the names of all sections at the end of `subKeys`, in the order of the cache. Returns its size.

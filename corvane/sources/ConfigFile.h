@@ -36,6 +36,6 @@ private:
                                                     const corvane::wchar* file) const;
 
     corvane::wstring m_fileName;
-    NarrowString m_narrowFileName; // for the narrow operations; null if it could not be made
+    NarrowString m_narrowFileName; // for the reads, which are many; null if it could not be made
     std::uint32_t m_writeRetries = 30;
 };

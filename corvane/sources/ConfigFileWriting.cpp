@@ -65,14 +65,16 @@ std::int32_t ConfigFile::WriteValue(const wstring& key, const wstring& value) {
     NarrowString narrowSection;
     NarrowString narrowTag;
     NarrowString narrowValue;
+    NarrowString narrowFileName;
     if (!narrowSection.ConvertName(section) || !narrowTag.ConvertName(tag) ||
-        !narrowValue.Convert(string_skipWhiteSpaceW(value.c_str())) || !m_narrowFileName.Get())
+        !narrowValue.Convert(string_skipWhiteSpaceW(value.c_str())) ||
+        !narrowFileName.Convert(m_fileName.c_str()))
         return fail(section.c_str(), __LINE__);
 
     std::int32_t written = 0;
     try {
         written = WritePrivateProfileStringWithRetry(narrowSection.Get(), narrowTag.Get(), narrowValue.Get(),
-                                                     m_narrowFileName.Get());
+                                                     narrowFileName.Get());
         if (written == 0)
             failure_report(LastError(), CORVANE_TEXT("WritePrivateProfileStringA"), configChannel,
                            "ConfigFile::WriteValue", __LINE__);

@@ -49,7 +49,10 @@ public:
             m_text = m_long.Get();
             return converted;
         }
-        m_inline[corvane::utf::ToUtf8(name, m_inline)] = '\0';
+        const std::size_t size = corvane::utf::ToUtf8(name, m_inline);
+        if (size != name.size() && corvane::utf::HasLoneSurrogate(name))
+            return false;
+        m_inline[size] = '\0';
         m_text = m_inline;
         return true;
     }

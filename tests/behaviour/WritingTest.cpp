@@ -62,6 +62,11 @@ TEST_F(Writing, IsRefusedBeforeAnythingChanges) {
         EXPECT_EQ(Set(row.key, row.value, row.cacheOnly), FAILURE_GENERAL);
         EXPECT_EQ(log.Take(), row.bySource ? (Lines{thrown, Refusal(row.key)}) : Lines{Refusal(row.key)});
     }
+    const corvane::wstring half(1, 0xD83D);
+    for (const auto& [key, value] : {std::pair(Wide("Mail:Port"), half), {Wide("Mail:") + half, Wide("x")}}) {
+        EXPECT_EQ(manager.SetValue(key, value), FAILURE_GENERAL) << "UTF-8 has no form for it";
+        EXPECT_EQ(log.Take().front(), "Error 32768 \"Mail\" at func: ConfigFile::WriteValue");
+    }
     EXPECT_EQ(Bytes(file), commented);
     EXPECT_EQ(List() + " " + List("Mail:") + " " + Get("Mail:Port"), "Mail,Net Port 25");
 }

@@ -64,6 +64,9 @@ TEST_F(WriteMounts, FileThatIsAMountPointIsWrittenInPlace) {
     ASSERT_EQ(::mount(outside.c_str(), file.c_str(), "none", MS_BIND, nullptr), 0);
     EXPECT_EQ(Write("new", "small/f"), ERROR_SUCCESS);
     EXPECT_EQ(Bytes(outside), "[s]\na=new\n");
+    ASSERT_EQ(::mount("none", Path("small").c_str(), "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr), 0);
+    EXPECT_EQ(Write("newer", "small/f"), ERROR_SUCCESS) << "only the folder is read-only";
+    EXPECT_EQ(Bytes(outside), "[s]\na=newer\n");
     ::umount(file.c_str());
 }
 

@@ -78,6 +78,15 @@ TEST_F(WriteProfile, KeepsModeOwnerAndAttributes) {
     EXPECT_EQ(EntryCount(), 1U) << "a temporary file was left";
 }
 
+TEST_F(WriteProfile, DeletesNothingForANameThatHasNoUtf8) {
+    const std::string text = "[\uFFFD]\na=1\n[s]\n\uFFFD=2\n";
+    const std::string file = Make("f", text);
+    const char16_t half[] = {0xD83D, 0};
+    EXPECT_TRUE(WritePrivateProfileStringW(half, nullptr, nullptr, ToWide(file).c_str()));
+    EXPECT_TRUE(WritePrivateProfileStringW(u"s", half, nullptr, ToWide(file).c_str()));
+    EXPECT_EQ(Bytes(file), text);
+}
+
 TEST_F(WriteProfile, KeepsSymbolicLinks) {
     fs::create_directory(Path("d"));
     Make("d/f", "[s]\n");

@@ -17,6 +17,8 @@ bool IsWhiteSpace(Character c) noexcept {
 
 int stringCnv_wcsToUTF8Alloc(const corvane::wchar* text, char** result) noexcept {
     const corvane::wstring_view wide = text;
+    if (corvane::utf::HasLoneSurrogate(wide))
+        return 1;
     auto* const utf8 = static_cast<char*>(std::malloc(wide.size() * 3 + 1));
     if (!utf8)
         return 1;

@@ -8,7 +8,8 @@
 namespace corvane::posix {
 namespace {
 
-constexpr std::chrono::microseconds longestSleep{5000};
+constexpr std::chrono::microseconds longestSleep{1000};
+constexpr std::chrono::milliseconds lateTime{800}; // before the end
 
 // A seed of its own for every thread of every process, the two sides of a fork included.
 std::minstd_rand Generator() noexcept {
@@ -19,13 +20,14 @@ std::minstd_rand Generator() noexcept {
 } // namespace
 
 bool BoundedWait::Pause() noexcept {
-    if (Clock::now() >= m_end)
+    const auto left = m_end - Clock::now();
+    if (left <= Clock::duration::zero())
         return false;
     auto generator = Generator();
     generator.discard(1);
     const auto part = static_cast<long>(generator() % 1000);
     std::this_thread::sleep_for(m_longest * (500 + part) / 1500);
-    m_longest = std::min(m_longest * 2, longestSleep);
+    m_longest = left < lateTime ? shortestSleep : std::min(m_longest * 2, longestSleep);
     return true;
 }
 

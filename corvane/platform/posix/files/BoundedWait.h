@@ -5,7 +5,8 @@
 namespace corvane::posix {
 
 /// Patience of about a second for a lock that another process holds: short sleeps that grow and differ at
-/// random, so that the waiting ones don't march in step.
+/// random, so that the waiting ones don't march in step. Who has waited for long looks more often again, so
+/// as not to be passed over by those who came later.
 class BoundedWait {
 public:
     /// Sleeps a little. False, without a sleep, when the second is over.
@@ -14,8 +15,10 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
+    static constexpr std::chrono::microseconds shortestSleep{200};
+
     Clock::time_point m_end = Clock::now() + std::chrono::seconds(1);
-    std::chrono::microseconds m_longest{200};
+    std::chrono::microseconds m_longest = shortestSleep;
 };
 
 } // namespace corvane::posix

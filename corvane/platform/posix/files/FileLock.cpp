@@ -23,17 +23,17 @@ int SetContentLock(int descriptor, short type) noexcept {
 } // namespace
 
 ulong LockForChange(int descriptor, BoundedWait& wait) noexcept {
-    while (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
-        if (errno != EWOULDBLOCK && errno != EINTR)
-            return ErrorFromErrno(errno);
-        if (!wait.Pause())
-            return ERROR_SHARING_VIOLATION;
-    }
-    return ERROR_SUCCESS;
+    ulong error = ERROR_SUCCESS;
+    do
+        error = LockAtOnce(descriptor);
+    while (error == ERROR_SHARING_VIOLATION && wait.Pause());
+    return error;
 }
 
-bool LockAtOnce(int descriptor) noexcept {
-    return ::flock(descriptor, LOCK_EX | LOCK_NB) == 0;
+ulong LockAtOnce(int descriptor) noexcept {
+    if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0)
+        return ERROR_SUCCESS;
+    return errno == EINTR ? ERROR_SHARING_VIOLATION : ErrorFromErrno(errno);
 }
 
 void Unlock(int descriptor) noexcept {

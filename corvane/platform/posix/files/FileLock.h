@@ -11,8 +11,8 @@ namespace corvane::posix {
 /// `wait` runs out first.
 ulong LockForChange(int descriptor, BoundedWait& wait) noexcept;
 
-/// The same without a wait: whether this one has the lock, from now or from before.
-bool LockAtOnce(int descriptor) noexcept;
+/// The same without a wait. A lock that this open file has already is a success.
+ulong LockAtOnce(int descriptor) noexcept;
 
 void Unlock(int descriptor) noexcept;
 

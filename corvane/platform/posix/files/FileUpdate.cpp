@@ -1,4 +1,5 @@
 #include <corvane/platform/posix/Errors.h>
+#include <corvane/platform/posix/files/BoundedWait.h>
 #include <corvane/platform/posix/files/FileAttributes.h>
 #include <corvane/platform/posix/files/FileLock.h>
 #include <corvane/platform/posix/files/FileUpdate.h>
@@ -20,10 +21,11 @@ namespace {
 constexpr int openFlags = O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
 
 // Why a new file cannot take the old one's place although the old one itself may be written: the folder or
-// its sticky bit forbids it, the owner or an attribute cannot be kept, the file is a mount point, or its name
-// leaves no room for a temporary one. A full disk is not among them.
+// its sticky bit forbids it, the owner or an attribute cannot be kept, the file is a mount point, maybe in a
+// folder that is read-only, or its name leaves no room for a temporary one. A full disk is not among them.
 bool ServesInPlace(int error) noexcept {
-    return error == EACCES || error == EPERM || error == EBUSY || error == EXDEV || error == ENAMETOOLONG;
+    return error == EACCES || error == EPERM || error == EBUSY || error == EXDEV || error == EROFS ||
+           error == ENAMETOOLONG;
 }
 
 } // namespace
@@ -31,19 +33,21 @@ bool ServesInPlace(int error) noexcept {
 FileUpdate::~FileUpdate() {
     struct stat status {};
     // Begin may have failed before it had the lock, and without that the file may be another writer's by now.
-    if (m_created && LockAtOnce(m_file.Get()) && IsStillTheFile() && ::fstat(m_file.Get(), &status) == 0 &&
-        status.st_size == 0)
+    if (m_created && LockAtOnce(m_file.Get()) == ERROR_SUCCESS && IsStillTheFile() &&
+        ::fstat(m_file.Get(), &status) == 0 && status.st_size == 0)
         ::unlinkat(m_target.folder.Get(), m_target.name.c_str(), 0);
     // Closing alone would leave the lock to a child that was forked meanwhile.
     if (m_file)
         Unlock(m_file.Get());
 }
 
+// Each attempt opens the file anew: the one that was waited for may have been replaced, and the new one is
+// free as soon as it has the name.
 ulong FileUpdate::Begin(const std::string& path, Missing missing) {
     BoundedWait wait;
     do {
         ulong error = ERROR_SUCCESS;
-        const Outcome outcome = TryBegin(path, missing, wait, error);
+        const Outcome outcome = TryBegin(path, missing, error);
         if (outcome == Outcome::Refused)
             return error;
         if (outcome == Outcome::Locked)
@@ -52,19 +56,18 @@ ulong FileUpdate::Begin(const std::string& path, Missing missing) {
     return ERROR_SHARING_VIOLATION;
 }
 
-FileUpdate::Outcome FileUpdate::TryBegin(const std::string& path, Missing missing, BoundedWait& wait,
-                                         ulong& error) {
+FileUpdate::Outcome FileUpdate::TryBegin(const std::string& path, Missing missing, ulong& error) {
     m_created = false;
     if ((error = FindTarget(path, m_target)))
         return Outcome::Refused;
     if (const int reason = Open(missing)) {
         error = ErrorFromErrno(reason);
         // Made, removed or turned into a link by someone else between two looks at it.
-        return reason == EEXIST || reason == ELOOP ? Outcome::Changed : Outcome::Refused;
+        return reason == EEXIST || reason == ELOOP ? Outcome::Busy : Outcome::Refused;
     }
-    if ((error = LockForChange(m_file.Get(), wait)))
-        return Outcome::Refused;
-    return IsStillTheFile() ? Outcome::Locked : Outcome::Changed;
+    if ((error = LockAtOnce(m_file.Get())))
+        return error == ERROR_SHARING_VIOLATION ? Outcome::Busy : Outcome::Refused;
+    return IsStillTheFile() ? Outcome::Locked : Outcome::Busy;
 }
 
 int FileUpdate::Open(Missing missing) noexcept {

@@ -1,7 +1,6 @@
 // One safe change of one file: locked against other writers, replaced whole or not at all.
 #pragma once
 
-#include <corvane/platform/posix/files/BoundedWait.h>
 #include <corvane/platform/posix/files/FileHandle.h>
 #include <corvane/platform/posix/files/TargetPath.h>
 #include <corvane/platform/posix/files/TextPieces.h>
@@ -44,9 +43,9 @@ public:
     ulong CommitCopy(const TextPieces& content, const struct stat& source);
 
 private:
-    enum class Outcome { Locked, Refused, Changed };
+    enum class Outcome { Locked, Refused, Busy };
 
-    Outcome TryBegin(const std::string& path, Missing missing, BoundedWait& wait, ulong& error);
+    Outcome TryBegin(const std::string& path, Missing missing, ulong& error);
     int Open(Missing missing) noexcept;
     bool IsStillTheFile() const noexcept;
     ulong Done() noexcept;

@@ -1,29 +1,93 @@
+#include <corvane/platform/posix/Errors.h>
+#include <corvane/platform/posix/files/FileLock.h>
+#include <corvane/platform/posix/files/FolderEntries.h>
 #include <corvane/platform/posix/files/TemporaryFile.h>
 
+#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <cstdint>
 #include <cstdio>
 #include <fcntl.h>
+#include <functional>
 #include <sys/random.h>
 #include <sys/stat.h>
 
 namespace corvane::posix {
+
+using namespace platform;
+
 namespace {
 
 constexpr char openFiles[] = "/proc/self/fd/"; // how a file without a name is reached for giving it one
 constexpr int mostTries = 8;                   // for a name that is free
 
-// A name that is cut short for the system's limit is still one of a kind.
+constexpr std::string_view lastPart = ".tmp";
+constexpr std::size_t digitCount = 16; // of the random number before it
+
+// The part before that number. A name that is cut short for the system's limit is still one of a kind.
+std::string FirstPart(const std::string& name) {
+    return "." + name.substr(0, NAME_MAX - 2 - digitCount - lastPart.size()) + ".";
+}
+
 int TemporaryName(const std::string& name, std::string& result) {
     std::uint64_t number = 0;
     if (::getrandom(&number, sizeof number, 0) != sizeof number)
         return errno;
-    char ending[24];
-    const int length =
-        std::snprintf(ending, sizeof ending, ".%016llx.tmp", static_cast<unsigned long long>(number));
-    result = "." + name.substr(0, NAME_MAX - 1 - static_cast<std::size_t>(length)) + ending;
+    char digits[digitCount + 1];
+    std::snprintf(digits, sizeof digits, "%016llx", static_cast<unsigned long long>(number));
+    result = FirstPart(name).append(digits).append(lastPart);
     return 0;
+}
+
+bool IsTemporaryName(std::string_view name, std::string_view firstPart) noexcept {
+    if (name.size() != firstPart.size() + digitCount + lastPart.size())
+        return false;
+    const std::string_view digits = name.substr(firstPart.size(), digitCount);
+    return name.substr(0, firstPart.size()) == firstPart &&
+           name.substr(name.size() - lastPart.size()) == lastPart &&
+           digits.find_first_not_of("0123456789abcdef") == std::string_view::npos;
+}
+
+// Whoever makes a temporary file holds its lock for as long as it has its name: one that is free was left by
+// a process that was killed.
+void RemoveIfFree(int folder, const char* name) noexcept {
+    const FileHandle file(::openat(folder, name, O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    struct stat status {};
+    if (!file || ::fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode) ||
+        LockAtOnce(file.Get()) != ERROR_SUCCESS)
+        return;
+    ::unlinkat(folder, name, 0);
+    Unlock(file.Get());
+}
+
+// For most names, says so once only in the life of the process, of which a fork begins another.
+bool IsNewToProcess(int folder, const std::string& name) noexcept {
+    static std::atomic<std::size_t> last[64];
+    struct stat status {};
+    if (::fstat(folder, &status) != 0)
+        return false;
+    std::size_t hash = std::hash<std::string>()(name);
+    for (const std::size_t part :
+         {std::size_t{status.st_ino}, std::size_t{status.st_dev}, static_cast<std::size_t>(::getpid())})
+        hash = hash * 31 + part;
+    return last[hash % std::size(last)].exchange(hash, std::memory_order_relaxed) != hash;
+}
+
+// What processes before this one left on their way to `name`. A huge folder is not searched to its end.
+void RemoveLeftovers(int folder, const std::string& name) {
+    constexpr int mostEntries = 10'000;
+    if (!IsNewToProcess(folder, name))
+        return;
+    const std::string firstPart = FirstPart(name);
+    FolderEntries entries(folder);
+    for (int i = 0; entries && i < mostEntries; ++i) {
+        const char* const entry = entries.Next();
+        if (!entry)
+            return;
+        if (IsTemporaryName(entry, firstPart))
+            RemoveIfFree(folder, entry);
+    }
 }
 
 int OpenNameless(int folder) noexcept {
@@ -42,17 +106,26 @@ TemporaryFile::~TemporaryFile() {
 int TemporaryFile::Create(int folder, const std::string& name) {
     m_folder = folder;
     m_name = name;
+    RemoveLeftovers(folder, name);
     // The file system may not know files without names, and has several ways to say so. Whatever else it
     // refuses, it refuses for the named one too.
     m_file = FileHandle(OpenNameless(folder));
-    return m_file ? 0 : CreateNamed();
+    if (!m_file)
+        return CreateNamed();
+    LockAtOnce(m_file.Get());
+    return 0;
 }
 
 int TemporaryFile::CreateNamed() {
     const auto create = [this](const std::string& name) {
         m_file = FileHandle(
             ::openat(m_folder, name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
-        return m_file ? 0 : errno;
+        if (!m_file)
+            return errno;
+        if (LockAtOnce(m_file.Get()) != ERROR_SHARING_VIOLATION)
+            return 0;
+        ::unlinkat(m_folder, name.c_str(), 0); // as is about to do who took it for one that was left
+        return EEXIST;
     };
     if (const int error = TakeTemporaryName(create))
         return error;
@@ -90,17 +163,23 @@ int TemporaryFile::Replace() {
     }
     if (::renameat(m_folder, m_temporaryName.c_str(), m_folder, m_name.c_str()) != 0)
         return errno;
+    return InPlace();
+}
+
+// The lock of the temporary file would be one on the file now.
+int TemporaryFile::InPlace() noexcept {
     m_temporaryName.clear();
+    Unlock(m_file.Get());
     return 0;
 }
 
 int TemporaryFile::Appear() noexcept {
-    if (m_temporaryName.empty())
-        return LinkTo(m_name);
-    if (::renameat2(m_folder, m_temporaryName.c_str(), m_folder, m_name.c_str(), RENAME_NOREPLACE) == 0) {
-        m_temporaryName.clear();
-        return 0;
+    if (m_temporaryName.empty()) {
+        const int error = LinkTo(m_name);
+        return error ? error : InPlace();
     }
+    if (::renameat2(m_folder, m_temporaryName.c_str(), m_folder, m_name.c_str(), RENAME_NOREPLACE) == 0)
+        return InPlace();
     if (errno != EINVAL && errno != ENOSYS)
         return errno;
     // The temporary name is left to the destructor.

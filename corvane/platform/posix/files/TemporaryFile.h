@@ -8,7 +8,8 @@ namespace corvane::posix {
 
 /// A new file on its way to its name: open for writing, for its owner only, without a name where the file
 /// system can do that, else under one that cannot be guessed and begins with a dot and ends in `.tmp`. What
-/// was not put in place vanishes with the object. All operations return an `errno` value, 0 for done.
+/// was not put in place vanishes with the object, or if the process is killed, when another one writes the
+/// same file for the first time. All operations return an `errno` value, 0 for done.
 class TemporaryFile {
 public:
     TemporaryFile() = default;
@@ -32,6 +33,7 @@ private:
     template <typename Operation>
     int TakeTemporaryName(Operation take);
     int LinkTo(const std::string& name) noexcept;
+    int InPlace() noexcept;
 
     int m_folder = -1;
     FileHandle m_file;

@@ -1,3 +1,4 @@
+#include <corvane/foundations/Utf.h>
 #include <corvane/platform/ProfileRules.h>
 #include <corvane/platform/posix/Errors.h>
 #include <corvane/platform/posix/PosixPlatform.h>
@@ -68,6 +69,9 @@ int platform::WritePrivateProfileStringA(const char* section, const char* tag, c
 
 int platform::WritePrivateProfileStringW(const wchar* section, const wchar* tag, const wchar* value,
                                          const wchar* file) {
+    const auto fitsNoFile = [](const wchar* text) { return text && utf::HasLoneSurrogate(text); };
+    if (!value && (fitsNoFile(section) || fitsNoFile(tag)))
+        return 1; // gone already: what it would narrow to is another name
     const auto narrow = [](const wchar* text) { return text ? ToUtf8(text) : std::string(); };
     const std::string texts[] = {narrow(section), narrow(tag), narrow(value), narrow(file)};
     return WritePrivateProfileStringA(section ? texts[0].c_str() : nullptr, tag ? texts[1].c_str() : nullptr,

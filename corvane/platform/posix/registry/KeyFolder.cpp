@@ -1,6 +1,6 @@
 #include <corvane/platform/posix/Errors.h>
+#include <corvane/platform/posix/files/FolderEntries.h>
 #include <corvane/platform/posix/files/TemporaryFile.h>
-#include <corvane/platform/posix/registry/FolderEntries.h>
 #include <corvane/platform/posix/registry/FolderLock.h>
 #include <corvane/platform/posix/registry/KeyFolder.h>
 

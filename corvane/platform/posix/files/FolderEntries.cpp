@@ -1,4 +1,4 @@
-#include <corvane/platform/posix/registry/FolderEntries.h>
+#include <corvane/platform/posix/files/FolderEntries.h>
 
 #include <cstring>
 #include <fcntl.h>
