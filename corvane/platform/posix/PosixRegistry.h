@@ -7,7 +7,11 @@
 #include <corvane/platform/posix/RegistryKeys.h>
 
 #include <cstdint>
-#include <utility>
+#include <memory>
+
+namespace corvane::posix {
+struct OpenKey;
+}
 
 namespace corvane::platform {
 
@@ -40,16 +44,20 @@ LSTATUS RegEnumValueW(HKEY key, ulong index, wchar* name, ulong* nameLength, ulo
 /// call looks whether the values have changed. Scopes may nest; the innermost holds its key.
 class ValueWalk {
 public:
-    explicit ValueWalk(HKEY key) noexcept : m_outer(std::exchange(s_key, key)) {}
+    explicit ValueWalk(HKEY key) noexcept;
     ValueWalk(const ValueWalk&) = delete;
     ValueWalk& operator=(const ValueWalk&) = delete;
-    ~ValueWalk() { s_key = m_outer; }
+    ~ValueWalk();
 
-    static bool Holds(HKEY key) noexcept { return key == s_key; }
+    /// The key behind the handle, if the innermost walk of this thread holds it; otherwise null.
+    static posix::OpenKey* Held(HKEY key) noexcept;
 
 private:
-    static inline thread_local HKEY s_key = nullptr;
-    HKEY m_outer;
+    static thread_local const ValueWalk* s_innermost;
+
+    const ValueWalk* m_outer;
+    HKEY m_handle;
+    std::shared_ptr<posix::OpenKey> m_key; // null if it can't be read
 };
 
 /// The name of the subkey at `index`, in the order of their lower-cased code units.

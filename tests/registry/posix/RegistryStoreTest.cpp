@@ -99,6 +99,54 @@ TEST_F(RegistryStore, KeepsAnyValue) {
     EXPECT_EQ(Bytes(valuesFile), "; mine\r\n\r\n\"wrapped\"=hex:01,02\n\"n\"=dword:0000000b\n; end");
 }
 
+TEST_F(RegistryStore, RefusesADamagedFileAndLeavesItAlone) {
+    HKEY key = Create(u"App");
+    const std::string first = "\"n\"=dword:00000001\n";
+    for (const std::string& line :
+         {std::string("word"), std::string("; \0", 3), std::string("[App]"), std::string("\"x\""),
+          std::string("x=dword:1"), std::string("\"x=dword:1"), std::string("\"x\"=\"1"),
+          std::string("\"x\"=\"1\"2"), std::string("\"x\"=dword:"), std::string("\"x\"=dword:123456789"),
+          std::string("\"x\"=hex:0g"), std::string("\"x\"=hex(2:00"), std::string("\"x\"=hex:00,\\"),
+          std::string("\"\\u0000\"=\"1\""), std::string("\"x\"=\"\\u12\""), std::string("\"x\"=\"\\x\""),
+          std::string("\"x\"=\"\xFF\""), std::string("\"\xED\xA0\x80\"=\"1\"")}) {
+        WriteFile(valuesFile, first + line);
+        ulong count = 0;
+        EXPECT_EQ(RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &count, nullptr,
+                                   nullptr, nullptr, nullptr),
+                  1009)
+            << line;
+        EXPECT_EQ(ReadNumber(u"\\App"), 7U) << line;
+        EXPECT_EQ(WriteNumber(u"\\App", 2), 1009) << line;
+        EXPECT_EQ(Bytes(valuesFile), first + line);
+    }
+}
+
+TEST_F(RegistryStore, TellsWhatDoesNotFit) {
+    HKEY key = Create(u"App");
+    Create(u"App\\Sub");
+    ASSERT_EQ(Set(key, u"name", REG_BINARY, "12345"), 0);
+    static const struct {
+        ulong room, dataRoom;
+        LSTATUS status;
+    } rows[] = {{5, 5, 0}, {9, 9, 0}, {5, 4, 234}, {4, 5, 234}, {1, 0, 234}};
+    for (const auto& row : rows) {
+        wstring name(10, '#');
+        std::string data(10, '#');
+        ulong length = row.room;
+        ulong size = row.dataRoom;
+        EXPECT_EQ(RegEnumValueW(key, 0, name.data(), &length, nullptr, nullptr,
+                                reinterpret_cast<unsigned char*>(data.data()), &size),
+                  row.status);
+        EXPECT_EQ(size, 5U);
+        EXPECT_EQ(data, row.dataRoom < 5 ? std::string(10, '#') : "12345#####");
+        EXPECT_EQ(name, row.room < 5 ? wstring(10, '#') : wstring(u"name\0#####", 10));
+        length = row.room - 1;
+        EXPECT_EQ(RegEnumKeyExW(key, 0, name.data(), &length, nullptr, nullptr, nullptr, nullptr),
+                  row.room - 1 < 4 ? 234 : 0);
+        EXPECT_EQ(RegEnumValueW(key, 1, name.data(), &length, nullptr, nullptr, nullptr, nullptr), 259);
+    }
+}
+
 TEST_F(RegistryStore, SeesChangesThroughAnOpenHandle) {
     HKEY writer = Create(u"App");
     HKEY reader = nullptr;

@@ -39,9 +39,7 @@ ulong ReadOnce(int descriptor, FileSnapshot& snapshot, bool& stable) {
     struct stat after {};
     timespec now{};
     ::clock_gettime(CLOCK_REALTIME_COARSE, &now);
-    if (::fstat(descriptor, &before) != 0)
-        return ErrorFromErrno(errno);
-    if (const ulong error = ReadWholeFile(descriptor, snapshot.content))
+    if (const ulong error = ReadWholeFile(descriptor, snapshot.content, before))
         return error;
     if (::fstat(descriptor, &after) != 0)
         return ErrorFromErrno(errno);

@@ -11,7 +11,11 @@ namespace corvane {
 using namespace platform;
 
 ulong posix::ReadWholeFile(int descriptor, std::string& content) {
-    struct stat status {};
+    struct stat before {};
+    return ReadWholeFile(descriptor, content, before);
+}
+
+ulong posix::ReadWholeFile(int descriptor, std::string& content, struct stat& status) {
     if (::fstat(descriptor, &status) != 0)
         return ErrorFromErrno(errno);
     if (!S_ISREG(status.st_mode))
@@ -19,11 +23,12 @@ ulong posix::ReadWholeFile(int descriptor, std::string& content) {
     if (static_cast<std::size_t>(status.st_size) > maximumFileSize)
         return ERROR_FILE_TOO_LARGE;
 
-    // The size is only a hint: the file may grow meanwhile, or have none, as those under /proc.
-    constexpr std::size_t leastRoom = 4096;
+    // The size is only a hint: the file may shrink or grow meanwhile, or have none, as those under /proc.
+    constexpr std::size_t roomForNoSize = 4096;
     std::size_t count = 0;
-    content.resize(std::max(static_cast<std::size_t>(status.st_size) + 1, leastRoom));
-    for (;;) {
+    const auto size = static_cast<std::size_t>(status.st_size);
+    content.resize(size == 0 ? roomForNoSize : size + 1);
+    while (count != size || size == 0) {
         const ssize_t got =
             ::pread(descriptor, &content[count], content.size() - count, static_cast<off_t>(count));
         if (got < 0 && errno == EINTR)

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <string>
+#include <sys/stat.h>
 
 namespace corvane::posix {
 
@@ -15,5 +16,8 @@ inline constexpr std::size_t maximumFileSize = std::size_t{1} << 30;
 /// ERROR_FILE_TOO_LARGE. Returns ERROR_SUCCESS or the platform's error number; throws only for lack of
 /// memory.
 ulong ReadWholeFile(int descriptor, std::string& content);
+
+/// The same, with the file's status as it was before the first byte was read.
+ulong ReadWholeFile(int descriptor, std::string& content, struct stat& before);
 
 } // namespace corvane::posix

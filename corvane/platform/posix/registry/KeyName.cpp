@@ -10,7 +10,9 @@
 namespace corvane::posix {
 namespace {
 
-constexpr std::size_t longestPart = 240; // in bytes, at three for a code unit and six for a lone surrogate
+constexpr std::size_t longestPart = 240; // in bytes
+constexpr std::size_t weightOfUnit = 3;
+constexpr std::size_t weightOfSurrogate = 6;
 constexpr std::string_view continuation = "%+";
 
 bool IsSurrogate(wchar unit) noexcept {
@@ -54,10 +56,14 @@ bool TakeEscape(std::string_view& text, wchar& unit) noexcept {
 
 std::vector<NamePart> PartsOf(wstring_view keyName) {
     std::vector<NamePart> parts(1);
+    if (keyName.size() * weightOfSurrogate <= longestPart) { // most names
+        parts[0].text = keyName;
+        return parts;
+    }
     std::size_t size = 0;
     while (!keyName.empty()) {
         const std::size_t units = CharacterLength(keyName);
-        const std::size_t weight = IsSurrogate(keyName[0]) ? 6 : 3;
+        const std::size_t weight = IsSurrogate(keyName[0]) ? weightOfSurrogate : weightOfUnit;
         if (size + weight > longestPart) {
             parts.back().isLast = false;
             parts.emplace_back();

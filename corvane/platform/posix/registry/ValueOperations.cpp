@@ -2,7 +2,7 @@
 #include <corvane/platform/posix/registry/OpenKeys.h>
 
 #include <algorithm>
-#include <cstring>
+#include <utility>
 
 namespace corvane {
 
@@ -98,16 +98,35 @@ LSTATUS platform::RegQueryInfoKeyW(HKEY key, wchar* className, ulong* classLengt
     });
 }
 
+thread_local const platform::ValueWalk* platform::ValueWalk::s_innermost = nullptr;
+
+platform::ValueWalk::ValueWalk(HKEY key) noexcept : m_outer(std::exchange(s_innermost, this)), m_handle(key) {
+    Guarded([this] { return UseKey(m_handle, KEY_QUERY_VALUE, false, m_key); });
+}
+
+platform::ValueWalk::~ValueWalk() {
+    s_innermost = m_outer;
+}
+
+OpenKey* platform::ValueWalk::Held(HKEY key) noexcept {
+    return s_innermost && s_innermost->m_handle == key ? s_innermost->m_key.get() : nullptr;
+}
+
 LSTATUS platform::RegEnumValueW(HKEY key, ulong index, wchar* name, ulong* nameLength, ulong* reserved,
                                 ulong* type, unsigned char* data, ulong* size) noexcept {
     return Guarded([&]() -> ulong {
-        std::shared_ptr<OpenKey> open;
         if (!name || !nameLength || reserved || (data && !size))
             return ERROR_INVALID_PARAMETER;
-        if (const ulong error = UseKey(key, KEY_QUERY_VALUE, false, open))
-            return error;
+        std::shared_ptr<OpenKey> found;
+        OpenKey* open = ValueWalk::Held(key);
+        const bool isWalk = open != nullptr;
+        if (!isWalk) {
+            if (const ulong error = UseKey(key, KEY_QUERY_VALUE, false, found))
+                return error;
+            open = found.get();
+        }
         const std::lock_guard guard(open->mutex);
-        if (!ValueWalk::Holds(key) || !open->values.WasRead()) {
+        if (!isWalk || !open->values.WasRead()) {
             if (const ulong error = open->values.Refresh(open->place))
                 return error;
         }
@@ -153,8 +172,7 @@ LSTATUS platform::RegSetValueExW(HKEY key, const wchar* name, ulong reserved, ul
             return ERROR_INVALID_PARAMETER;
         if (const ulong error = UseKey(key, KEY_SET_VALUE, true, open))
             return error;
-        RegistryValue value;
-        value.name = valueName;
+        RegistryValue value(valueName);
         value.type = type;
         if (size > 0)
             value.data.assign(reinterpret_cast<const char*>(data), size);

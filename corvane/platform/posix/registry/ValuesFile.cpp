@@ -24,9 +24,9 @@ FileHandle OpenFile(const KeyFolder& key, int access) noexcept {
     return FileHandle(::openat(key.Get(), fileName, access | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
 }
 
-ulong ParseFile(const FileHandle& file, RegistryValues& content) {
+ulong ParseFile(const FileHandle& file, RegistryValues& content, struct stat& status) {
     std::string text;
-    if (const ulong error = ReadWholeFile(file.Get(), text))
+    if (const ulong error = ReadWholeFile(file.Get(), text, status))
         return error;
     if (text.size() > largestFile)
         return ERROR_FILE_TOO_LARGE;
@@ -34,18 +34,17 @@ ulong ParseFile(const FileHandle& file, RegistryValues& content) {
 }
 
 // The new file is as readable as the old one was, or as the tree is for the first one.
-int GiveAccess(const KeyFolder& key, const FileHandle& old, int next) {
-    struct stat status {};
+int GiveAccess(const KeyFolder& key, const FileHandle& old, const struct stat& status, int next) {
     if (!old)
         return ::fchmod(next, key.isPrivate ? 0600 : 0644) == 0 ? 0 : errno;
-    return ::fstat(old.Get(), &status) == 0 ? TakeOverWhatIsPossible(old.Get(), status, next) : errno;
+    return TakeOverWhatIsPossible(old.Get(), status, next);
 }
 
-int Replace(const KeyFolder& key, const FileHandle& old, std::string_view text) {
+int Replace(const KeyFolder& key, const FileHandle& old, const struct stat& status, std::string_view text) {
     TemporaryFile next;
     if (const int error = next.Create(key.Get(), fileName))
         return error;
-    if (const int error = GiveAccess(key, old, next.Get()))
+    if (const int error = GiveAccess(key, old, status, next.Get()))
         return error;
     if (const int error = WriteWhole(next.Get(), {text}))
         return error;
@@ -88,9 +87,9 @@ ulong ValuesFile::Read(const KeyFolder& key) {
     struct stat status {};
     if (!file && errno == ENOENT)
         return key.IsDeleted() ? ERROR_KEY_DELETED : ERROR_SUCCESS;
-    if (!file || ::fstat(file.Get(), &status) != 0)
+    if (!file)
         return KeyError(errno);
-    if (const ulong error = ParseFile(file, m_content))
+    if (const ulong error = ParseFile(file, m_content, status))
         return error;
     m_stamp = FileStamp(status);
     m_file = std::move(file);
@@ -104,14 +103,15 @@ ulong StoreValue(const KeyFolder& key, RegistryValue value) {
     // Opened for writing: who may not write the file may not replace it either, though the folder allows it.
     const FileHandle old = OpenFile(key, O_RDWR);
     RegistryValues content;
+    struct stat status {};
     if (!old && errno != ENOENT)
         return KeyError(errno);
-    if (const ulong error = old ? ParseFile(old, content) : ERROR_SUCCESS)
+    if (const ulong error = old ? ParseFile(old, content, status) : ERROR_SUCCESS)
         return error;
     if (!Put(std::move(value), content))
         return ERROR_SUCCESS;
     const std::string text = PrintValues(content);
-    return text.size() > largestFile ? ERROR_FILE_TOO_LARGE : KeyError(Replace(key, old, text));
+    return text.size() > largestFile ? ERROR_FILE_TOO_LARGE : KeyError(Replace(key, old, status, text));
 }
 
 } // namespace corvane::posix

@@ -16,6 +16,8 @@
 namespace corvane::posix {
 
 struct RegistryValue {
+    explicit RegistryValue(wstring_view valueName) : name(valueName) {}
+
     std::string comment; ///< the lines in front of it that hold no value, kept as they are
     wstring name;        ///< empty for the default value
     ulong type = 0;
