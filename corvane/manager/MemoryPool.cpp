@@ -1,5 +1,5 @@
 #include <corvane/manager/MemoryPool.h>
-#include <corvane/platform/Pages.h>
+#include <corvane/platform/LargeBlocks.h>
 
 #include <algorithm>
 
@@ -7,13 +7,12 @@ namespace corvane {
 namespace {
 
 constexpr std::size_t leastBlock = 4096;
-constexpr std::size_t worthLargePages = platform::largePage / 8; // even if no more should come
 
 } // namespace
 
 MemoryPool::~MemoryPool() {
     for (const Block& block : m_blocks)
-        platform::GivePagesBack(block.memory, block.size);
+        platform::GiveBlockBack(block.memory, block.size);
 }
 
 void* MemoryPool::Take(std::size_t bytes) {
@@ -29,11 +28,10 @@ void* MemoryPool::Take(std::size_t bytes) {
 
 // As much as there is already, so that there are few blocks, and in the end one large page after the other.
 void MemoryPool::AddBlock(std::size_t least) {
-    const std::size_t ordinary =
-        m_total < worthLargePages ? std::max(m_total, leastBlock) : platform::largePage;
-    const std::size_t size = platform::WholePages(std::max(least, ordinary));
+    const std::size_t ordinary = std::clamp(m_total, leastBlock, platform::worthLargePage);
+    const std::size_t size = platform::BlockSize(std::max(least, ordinary));
     m_blocks.reserve(m_blocks.size() + 1);
-    m_free = static_cast<char*>(platform::TakePages(size));
+    m_free = static_cast<char*>(platform::TakeBlock(size));
     m_room = size;
     m_total += size;
     m_blocks.push_back({m_free, size});

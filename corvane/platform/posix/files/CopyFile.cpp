@@ -21,7 +21,7 @@ namespace {
 struct Source {
     FileHandle file;
     struct stat status {};
-    std::string content;
+    FileText content;
 };
 
 ulong Open(const std::string& path, Source& source) {
@@ -42,7 +42,7 @@ ulong Open(const std::string& path, Source& source) {
 int Fill(TemporaryFile& copy, const Source& source) {
     if (const int error = TakeOverWhatIsPossible(source.file.Get(), source.status, copy.Get()))
         return error;
-    if (const int error = WriteWhole(copy.Get(), {source.content}))
+    if (const int error = WriteWhole(copy.Get(), {source.content.View()}))
         return error;
     SetModificationTime(copy.Get(), source.status);
     return ::fsync(copy.Get()) == 0 ? 0 : errno;
@@ -75,7 +75,7 @@ ulong CopyOver(const Source& source, const std::string& to) {
     FileUpdate update;
     if (const ulong error = update.Begin(to, FileUpdate::Missing::Refuse))
         return error;
-    return update.CommitCopy({source.content}, source.status);
+    return update.CommitCopy({source.content.View()}, source.status);
 }
 
 ulong CopyToMissing(const Source& source, const std::string& to) {

@@ -2,9 +2,9 @@
 #pragma once
 
 #include <corvane/foundations/WideString.h>
+#include <corvane/platform/posix/files/FileText.h>
 
 #include <ctime>
-#include <string>
 #include <sys/stat.h>
 
 namespace corvane::posix {
@@ -26,7 +26,7 @@ struct FileStamp {
 bool operator==(const FileStamp& a, const FileStamp& b) noexcept;
 
 struct FileSnapshot {
-    std::string content;
+    FileText content;
     FileStamp stamp;
     /// Whether every later change shows in the stamp. False when the file changed so shortly before it was
     /// read that one more change could have got the same time.

@@ -128,7 +128,7 @@ ulong FileUpdate::Write(const TextPieces& content, const struct stat* source) {
     // Narrowed before the content comes, which may be for fewer eyes than the old.
     if (status.st_mode != oldMode && ::fchmod(m_file.Get(), status.st_mode & 07777) != 0)
         return ErrorFromErrno(errno);
-    if (const ulong refused = WriteInPlace(m_file.Get(), content, m_content)) {
+    if (const ulong refused = WriteInPlace(m_file.Get(), content, Content())) {
         ::fchmod(m_file.Get(), oldMode & 07777);
         return refused;
     }

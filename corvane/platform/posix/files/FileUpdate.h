@@ -2,6 +2,7 @@
 #pragma once
 
 #include <corvane/platform/posix/files/FileHandle.h>
+#include <corvane/platform/posix/files/FileText.h>
 #include <corvane/platform/posix/files/TargetPath.h>
 #include <corvane/platform/posix/files/TextPieces.h>
 
@@ -31,7 +32,7 @@ public:
     /// away again when nothing is committed.
     ulong Begin(const std::string& path, Missing missing);
 
-    const std::string& Content() const noexcept { return m_content; }
+    std::string_view Content() const noexcept { return m_content.View(); }
 
     /// Puts `content`, whose pieces may be of Content(), in the file's place and flushes it to disk: through
     /// a temporary file in the same folder that takes over owner, permissions and attributes, or in place
@@ -55,7 +56,7 @@ private:
     TargetPath m_target;
     FileHandle m_file;
     bool m_created = false; // by Begin, and nothing committed yet
-    std::string m_content;
+    FileText m_content;
 };
 
 } // namespace corvane::posix

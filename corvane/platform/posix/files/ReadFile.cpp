@@ -10,12 +10,12 @@ namespace corvane {
 
 using namespace platform;
 
-ulong posix::ReadWholeFile(int descriptor, std::string& content) {
+ulong posix::ReadWholeFile(int descriptor, FileText& content) {
     struct stat before {};
     return ReadWholeFile(descriptor, content, before);
 }
 
-ulong posix::ReadWholeFile(int descriptor, std::string& content, struct stat& status) {
+ulong posix::ReadWholeFile(int descriptor, FileText& content, struct stat& status) {
     if (::fstat(descriptor, &status) != 0)
         return ErrorFromErrno(errno);
     if (!S_ISREG(status.st_mode))
@@ -27,10 +27,10 @@ ulong posix::ReadWholeFile(int descriptor, std::string& content, struct stat& st
     constexpr std::size_t roomForNoSize = 4096;
     std::size_t count = 0;
     const auto size = static_cast<std::size_t>(status.st_size);
-    content.resize(size == 0 ? roomForNoSize : size + 1);
+    content.Resize(size == 0 ? roomForNoSize : size + 1);
     while (count != size || size == 0) {
         const ssize_t got =
-            ::pread(descriptor, &content[count], content.size() - count, static_cast<off_t>(count));
+            ::pread(descriptor, content.Data() + count, content.Size() - count, static_cast<off_t>(count));
         if (got < 0 && errno == EINTR)
             continue;
         if (got < 0)
@@ -40,10 +40,10 @@ ulong posix::ReadWholeFile(int descriptor, std::string& content, struct stat& st
         count += static_cast<std::size_t>(got);
         if (count > maximumFileSize)
             return ERROR_FILE_TOO_LARGE;
-        if (count == content.size())
-            content.resize(std::min(content.size() * 2, maximumFileSize + 1));
+        if (count == content.Size())
+            content.Resize(std::min(content.Size() * 2, maximumFileSize + 1));
     }
-    content.resize(count);
+    content.Resize(count);
     return ERROR_SUCCESS;
 }
 

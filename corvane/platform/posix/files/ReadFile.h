@@ -1,9 +1,9 @@
 #pragma once
 
 #include <corvane/foundations/WideString.h>
+#include <corvane/platform/posix/files/FileText.h>
 
 #include <cstddef>
-#include <string>
 #include <sys/stat.h>
 
 namespace corvane::posix {
@@ -15,9 +15,9 @@ inline constexpr std::size_t maximumFileSize = std::size_t{1} << 30;
 /// lock; what is no regular file is ERROR_ACCESS_DENIED, what is above maximumFileSize is
 /// ERROR_FILE_TOO_LARGE. Returns ERROR_SUCCESS or the platform's error number; throws only for lack of
 /// memory.
-ulong ReadWholeFile(int descriptor, std::string& content);
+ulong ReadWholeFile(int descriptor, FileText& content);
 
 /// The same, with the file's status as it was before the first byte was read.
-ulong ReadWholeFile(int descriptor, std::string& content, struct stat& before);
+ulong ReadWholeFile(int descriptor, FileText& content, struct stat& before);
 
 } // namespace corvane::posix

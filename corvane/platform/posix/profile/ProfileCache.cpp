@@ -34,7 +34,7 @@ ulong ProfileCache::Load(const char* path, std::shared_ptr<const ProfileIndex>& 
         Forget(path);
         return error;
     }
-    if (!kept || kept->Content() != snapshot.content)
+    if (!kept || kept->Content() != snapshot.content.View())
         kept = std::make_shared<const ProfileIndex>(std::move(snapshot.content));
     Keep({path, snapshot.stamp, snapshot.settled, kept});
     profile = std::move(kept);

@@ -18,8 +18,8 @@ std::size_t BytesOf(const std::vector<T>& items) noexcept {
 
 } // namespace
 
-ProfileIndex::ProfileIndex(std::string content) : m_content(std::move(content)) {
-    if (IsUtf16(m_content))
+ProfileIndex::ProfileIndex(FileText content) : m_content(std::move(content)) {
+    if (IsUtf16(Content()))
         return;
     TakeLines();
     LinkSections();
@@ -27,9 +27,9 @@ ProfileIndex::ProfileIndex(std::string content) : m_content(std::move(content)) 
 
 void ProfileIndex::TakeLines() {
     constexpr std::size_t bytesOfLine = 24; // or more, in most files: what is not needed is never touched
-    m_lines.reserve(m_content.size() / bytesOfLine);
-    m_tagBuckets.reserve(m_content.size() / bytesOfLine);
-    ProfileLines lines(m_content);
+    m_lines.reserve(m_content.Size() / bytesOfLine);
+    m_tagBuckets.reserve(m_content.Size() / bytesOfLine);
+    ProfileLines lines(Content());
     for (ProfileLine line; lines.Next(line);) {
         if (line.kind == ProfileLine::Kind::Header) {
             CloseSection();
@@ -99,14 +99,14 @@ const ProfileIndex::Line* ProfileIndex::FindTag(const Section& section, std::str
 }
 
 std::size_t ProfileIndex::Footprint() const noexcept {
-    return sizeof *this + m_content.capacity() + BytesOf(m_sections) + BytesOf(m_lines) +
+    return sizeof *this + m_content.Room() + BytesOf(m_sections) + BytesOf(m_lines) +
            BytesOf(m_sectionBuckets) + BytesOf(m_tagBuckets);
 }
 
 ProfileIndex::Span ProfileIndex::SpanOf(std::string_view piece) const noexcept {
     if (piece.empty())
         return {};
-    return {static_cast<std::uint32_t>(piece.data() - m_content.data()),
+    return {static_cast<std::uint32_t>(piece.data() - Content().data()),
             static_cast<std::uint32_t>(piece.size())};
 }
 

@@ -1,11 +1,12 @@
 // A private-profile text, parsed once and then looked up in without scanning.
 #pragma once
 
+#include <corvane/platform/posix/files/FileText.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <optional>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -41,10 +42,10 @@ public:
         std::uint32_t endLine = 0;
     };
 
-    explicit ProfileIndex(std::string content);
+    explicit ProfileIndex(FileText content);
 
-    const std::string& Content() const noexcept { return m_content; }
-    std::string_view Text(Span span) const noexcept { return {m_content.data() + span.begin, span.size}; }
+    std::string_view Content() const noexcept { return m_content.View(); }
+    std::string_view Text(Span span) const noexcept { return {Content().data() + span.begin, span.size}; }
 
     /// All sections in order, doubles and the one without a name among them.
     const std::vector<Section>& Sections() const noexcept { return m_sections; }
@@ -73,7 +74,7 @@ private:
     std::size_t SectionBucket(std::string_view name) const noexcept;
     std::size_t TagBucket(const Section& section, std::string_view tag) const noexcept;
 
-    std::string m_content;
+    FileText m_content;
     std::vector<Section> m_sections;
     std::vector<Line> m_lines;
     // Each bucket is a chain of sections or tags, of which no two are equal: the first of its name is there.

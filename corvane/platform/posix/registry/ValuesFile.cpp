@@ -25,12 +25,12 @@ FileHandle OpenFile(const KeyFolder& key, int access) noexcept {
 }
 
 ulong ParseFile(const FileHandle& file, RegistryValues& content, struct stat& status) {
-    std::string text;
+    FileText text;
     if (const ulong error = ReadWholeFile(file.Get(), text, status))
         return error;
-    if (text.size() > largestFile)
+    if (text.Size() > largestFile)
         return ERROR_FILE_TOO_LARGE;
-    return ParseValues(text, content) ? ERROR_SUCCESS : ERROR_BADDB;
+    return ParseValues(text.View(), content) ? ERROR_SUCCESS : ERROR_BADDB;
 }
 
 // The new file is as readable as the old one was, or as the tree is for the first one.

@@ -1,4 +1,4 @@
-#include <corvane/platform/Pages.h>
+#include <corvane/platform/LargeBlocks.h>
 
 #include <cstdint>
 #include <new>
@@ -26,11 +26,11 @@ void* MapLargePages(std::size_t size) {
 
 } // namespace
 
-void* platform::TakePages(std::size_t size) {
+void* platform::TakeBlock(std::size_t size) {
     return size < largePage ? ::operator new(size) : MapLargePages(size);
 }
 
-void platform::GivePagesBack(void* block, std::size_t size) noexcept {
+void platform::GiveBlockBack(void* block, std::size_t size) noexcept {
     if (size < largePage)
         ::operator delete(block);
     else

@@ -1,0 +1,26 @@
+// Memory in blocks, of which the large ones come in large pages.
+#pragma once
+
+#include <cstddef>
+
+namespace corvane::platform {
+
+/// The size of a large page, of which the system has some: a page is made ready at its first use, and that
+/// takes far less for a large one than for hundreds of small ones in its place.
+inline constexpr std::size_t largePage = std::size_t{2} << 20;
+
+/// So many bytes are quicker in a large page even if it holds no more.
+inline constexpr std::size_t worthLargePage = largePage / 8;
+
+/// The size of a block for so many bytes: that of whole large pages if it is worth them.
+constexpr std::size_t BlockSize(std::size_t bytes) noexcept {
+    return bytes < worthLargePage ? bytes : (bytes + largePage - 1) / largePage * largePage;
+}
+
+/// A block, of a size that BlockSize gave. Throws std::bad_alloc. Safe from any thread.
+void* TakeBlock(std::size_t size);
+
+/// Gives a block of that size back.
+void GiveBlockBack(void* block, std::size_t size) noexcept;
+
+} // namespace corvane::platform
