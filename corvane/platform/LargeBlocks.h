@@ -12,9 +12,12 @@ inline constexpr std::size_t largePage = std::size_t{2} << 20;
 /// So many bytes are quicker in a large page even if it holds no more.
 inline constexpr std::size_t worthLargePage = largePage / 8;
 
-/// The size of a block for so many bytes: that of whole large pages if it is worth them.
+/// The size of a block for so many bytes: at least a large page if it is worth one.
 constexpr std::size_t BlockSize(std::size_t bytes) noexcept {
-    return bytes < worthLargePage ? bytes : (bytes + largePage - 1) / largePage * largePage;
+    constexpr std::size_t page = 4096;
+    if (bytes < worthLargePage)
+        return bytes;
+    return bytes < largePage ? largePage : (bytes + page - 1) / page * page;
 }
 
 /// A block, of a size that BlockSize gave. Throws std::bad_alloc. Safe from any thread.
