@@ -1,5 +1,6 @@
 #include <corvane/foundations/CaseFolding.h>
 #include <corvane/foundations/FindUnit.h>
+#include <corvane/foundations/KeyedHash.h>
 #include <corvane/platform/Platform.h>
 
 #include <cstring>
@@ -13,6 +14,10 @@ wchar FoldOutsideAscii(wchar unit) noexcept {
     const std::wint_t lower = std::towlower(static_cast<std::wint_t>(unit));
     const auto folded = static_cast<wchar>(lower);
     return folded == lower ? folded : unit;
+}
+
+wchar FoldInEveryLocale(wchar unit) noexcept {
+    return unit < 0x80 ? FoldCase(unit) : platform::LowerInvariant(unit);
 }
 
 int CompareIgnoringCase(wstring_view a, wstring_view b) noexcept {
@@ -45,7 +50,7 @@ std::uint64_t Conspicuous(std::uint64_t block) noexcept {
 std::uint64_t FoldedBlock(wstring_view units) noexcept { // of at most one block
     wchar folded[unitsOfBlock] = {};
     for (std::size_t i = 0; i < units.size(); ++i)
-        folded[i] = units[i] < 0x80 ? FoldCase(units[i]) : platform::LowerInvariant(units[i]);
+        folded[i] = FoldInEveryLocale(units[i]);
     return BlockAt(folded);
 }
 
@@ -91,6 +96,13 @@ std::uint32_t HashIgnoringCase(wstring_view text) noexcept {
         hash = Mix(hash, blocks[0], blocks[1]);
     });
     return (conspicuous & each * 0xFF80) == 0 ? static_cast<std::uint32_t>(hash) : HashUnitByUnit(text);
+}
+
+std::uint32_t KeyedHashIgnoringCase(wstring_view text) noexcept {
+    KeyedHash hash;
+    for (const wchar unit : text.substr(0, FindUnit(text, wchar())))
+        hash.Put(FoldInEveryLocale(unit));
+    return hash.Get();
 }
 
 } // namespace corvane

@@ -16,6 +16,9 @@ inline wchar FoldCase(wchar unit) noexcept {
     return unit >= 'A' && unit <= 'Z' ? static_cast<wchar>(unit + ('a' - 'A')) : unit;
 }
 
+/// The same for all units that FoldCase can ever take for one, whatever the locale.
+wchar FoldInEveryLocale(wchar unit) noexcept;
+
 /// Below zero, zero or above zero as `a` sorts before, with or behind `b` after folding to lower case. Each
 /// text ends at its first NUL. Safe from any thread.
 CORVANE_API int CompareIgnoringCase(wstring_view a, wstring_view b) noexcept;
@@ -34,5 +37,8 @@ struct CaseInsensitiveLess {
 
 /// A number that is the same for all texts that SameIgnoringCase holds equal, in every locale.
 std::uint32_t HashIgnoringCase(wstring_view text) noexcept;
+
+/// The same by KeyedHash.
+std::uint32_t KeyedHashIgnoringCase(wstring_view text) noexcept;
 
 } // namespace corvane

@@ -12,18 +12,15 @@ constexpr std::size_t slotsOfEntry = 2;
 constexpr std::size_t mostText = 0xFFFFFFFF;
 constexpr std::uint32_t mostHash = 0x7FFFFFFF; // what an entry has room for
 
-std::uint32_t HashOf(wstring_view name) noexcept {
-    return HashIgnoringCase(name) & mostHash;
-}
-
 } // namespace
 
 NameTable::NameTable(const NameTable& other)
-    : m_entries(other.m_entries), m_text(other.m_text), m_slots(other.m_slots), m_unused(other.m_unused) {}
+    : m_entries(other.m_entries), m_text(other.m_text), m_slots(other.m_slots), m_unused(other.m_unused),
+      m_keyed(other.m_keyed) {}
 
 NameTable::NameTable(const NameTable& other, MemoryPool& pool)
     : m_entries(other.m_entries, pool), m_text(other.m_text, pool), m_slots(other.m_slots, pool),
-      m_unused(other.m_unused) {}
+      m_unused(other.m_unused), m_keyed(other.m_keyed) {}
 
 std::uint32_t NameTable::Find(wstring_view name) const noexcept {
     return m_slots.Empty() ? none : m_slots[SlotFor(name, HashOf(name))];
@@ -32,17 +29,20 @@ std::uint32_t NameTable::Find(wstring_view name) const noexcept {
 std::pair<std::uint32_t, bool> NameTable::Add(wstring_view name, wstring_view text, bool marked) {
     RoomForEntry();
     const std::uint32_t hash = HashOf(name);
-    std::uint32_t& slot = m_slots[SlotFor(name, hash)];
-    if (slot != none)
-        return {slot, false};
+    const std::size_t at = SlotFor(name, hash);
+    if (m_slots[at] != none)
+        return {m_slots[at], false};
     RoomForText(name.size() + text.size());
-    slot = static_cast<std::uint32_t>(m_entries.Size());
+    const auto index = static_cast<std::uint32_t>(m_entries.Size());
+    m_slots[at] = index;
     const Entry entry{static_cast<std::uint32_t>(m_text.Size()), static_cast<std::uint32_t>(name.size()),
                       static_cast<std::uint32_t>(text.size()), hash & mostHash, marked ? 1U : 0U};
     m_entries.Append(&entry, 1);
     AppendText(name);
     AppendText(text);
-    return {slot, true};
+    if (IsFar(at, hash))
+        UseKeyedHash();
+    return {index, true};
 }
 
 void NameTable::Assign(std::uint32_t index, wstring_view text, bool marked) {
@@ -101,6 +101,11 @@ void NameTable::Clear() noexcept {
     m_slots.Clear();
     m_order.Clear();
     m_unused = 0;
+    m_keyed = false;
+}
+
+std::uint32_t NameTable::HashOf(wstring_view name) const noexcept {
+    return (m_keyed ? KeyedHashIgnoringCase(name) : HashIgnoringCase(name)) & mostHash;
 }
 
 // The name's slot, or the free one where it belongs. There are slots, and one of them is free.
@@ -113,6 +118,23 @@ std::size_t NameTable::SlotFor(wstring_view name, std::uint32_t hash) const noex
             at = 0;
     }
     return at;
+}
+
+// Whether a name lies so far behind its first slot that the quick hash is no good for these names.
+bool NameTable::IsFar(std::size_t slot, std::uint32_t hash) const noexcept {
+    constexpr std::size_t longestWay = 256;
+    if (Size() <= longestWay || m_keyed)
+        return false;
+    const std::size_t first = SlotOf(hash);
+    const std::size_t way = slot < first ? slot + m_slots.Size() - first : slot - first;
+    return way > longestWay;
+}
+
+void NameTable::UseKeyedHash() noexcept {
+    m_keyed = true;
+    for (std::uint32_t index = 0; index < Size(); ++index)
+        m_entries[index].hash = HashOf(Name(index)) & mostHash;
+    Relink();
 }
 
 void NameTable::RoomForEntry() {

@@ -80,7 +80,10 @@ private:
     bool IsAt(std::uint32_t index, wstring_view name, std::uint32_t hash) const noexcept {
         return m_entries[index].hash == hash && SameIgnoringCase(Name(index), name);
     }
+    std::uint32_t HashOf(wstring_view name) const noexcept;
     std::size_t SlotFor(wstring_view name, std::uint32_t hash) const noexcept;
+    bool IsFar(std::size_t slot, std::uint32_t hash) const noexcept;
+    void UseKeyedHash() noexcept;
     void RoomForEntry();
     void RoomForText(std::size_t units);
     void AppendText(wstring_view text) noexcept { m_text.Append(text.data(), text.size()); }
@@ -93,6 +96,7 @@ private:
     PlainArray<std::uint32_t> m_slots; // open addressing: an index or `none`, at most half of them taken
     mutable PlainArray<std::uint32_t> m_order; // not that of the table if it has another size
     std::size_t m_unused = 0;                  // units of m_text that no entry has any more
+    bool m_keyed = false;                      // the hash is KeyedHash: too many names had the same quick one
 };
 
 } // namespace corvane

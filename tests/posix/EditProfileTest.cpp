@@ -49,6 +49,7 @@ TEST(SameName, ImpliesTheSameHash) {
         const std::string folded = ToUtf8(wstring(1, FoldCase(letter))) + "X";
         ASSERT_TRUE(SameName(name, folded)) << unit;
         ASSERT_EQ(HashName(name), HashName(folded)) << unit;
+        ASSERT_EQ(KeyedHashName(name), KeyedHashName(folded)) << unit;
     }
     std::setlocale(LC_CTYPE, "C");
     EXPECT_FALSE(SameName("Port", "Port2") || SameName("Port2", "Port"));

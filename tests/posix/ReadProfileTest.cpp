@@ -1,3 +1,4 @@
+#include <corvane/manager/ConfigManager.h>
 #include <corvane/platform/posix/Errors.h>
 #include <corvane/platform/posix/PosixPlatform.h>
 
@@ -95,6 +96,40 @@ TEST_F(ReadProfile, TruncatesAtTheExactLimit) {
         check([&](char* buffer) { return GetPrivateProfileSectionA("s", buffer, row.size, lines.c_str()); },
               row.list, 2);
     }
+}
+
+// The quick hashes take all these names for one.
+TEST_F(ReadProfile, IsNotHeldUpByNamesThatWereMadeForIt) {
+    constexpr unsigned count = 20'000;
+    const auto name = [](unsigned number, char last) {
+        std::string text;
+        for (int bit = 0; bit < 16; ++bit)
+            text += (number >> bit & 1) != 0 ? '@' : '`';
+        return text + last;
+    };
+    std::string tags = "[s]\n";
+    std::string sections;
+    for (unsigned i = 0; i < count; ++i) {
+        tags += name(i, 'X') + "=" + std::to_string(i) + "\n";
+        sections += "[" + name(i, 'X') + "]\nt=" + std::to_string(i) + "\n";
+    }
+    const std::string file = Make("f", tags + sections + "[plain]\nt=u\n");
+    ConfigManager loaded;
+    ASSERT_EQ(loaded.Update(ToWide(file).c_str(), 0), 0);
+    ASSERT_EQ(loaded.SetValue(ToWide("s:" + name(count, 'X')), ToWide("20000")), 0);
+    ConfigManager copy(loaded);
+    const auto inCache = [&copy](const std::string& key) {
+        wstring value;
+        return copy.Exists(ToWide(key)) && copy.GetValue(ToWide(key), value) == 0 ? ToUtf8(value) : "none";
+    };
+    for (const unsigned i : {0U, 7'000U, count - 1, count}) {
+        const std::string made = name(i, 'x'), value = std::to_string(i);
+        EXPECT_EQ(inCache("S:" + made), value);
+        EXPECT_EQ(Read("S", made.c_str(), file), value);
+        EXPECT_EQ(inCache(made + ":T"), i < count ? value : "none");
+        EXPECT_EQ(Read(made.c_str(), "T", file), i < count ? value : "");
+    }
+    EXPECT_EQ(inCache("Plain:T") + Read("Plain", "T", file), "uu");
 }
 
 TEST_F(ReadProfile, NoticesEveryChange) {

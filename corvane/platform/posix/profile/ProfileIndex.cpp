@@ -21,12 +21,16 @@ std::size_t BytesOf(const std::vector<T>& items) noexcept {
 ProfileIndex::ProfileIndex(FileText content) : m_content(std::move(content)) {
     if (IsUtf16(Content()))
         return;
-    TakeLines();
-    LinkSections();
+    Parse();
+    if (m_keyed) // as it turned out on the way
+        Parse();
 }
 
-void ProfileIndex::TakeLines() {
+void ProfileIndex::Parse() {
     constexpr std::size_t bytesOfLine = 24; // or more, in most files: what is not needed is never touched
+    m_sections.clear();
+    m_lines.clear();
+    m_tagBuckets.clear();
     m_lines.reserve(m_content.Size() / bytesOfLine);
     m_tagBuckets.reserve(m_content.Size() / bytesOfLine);
     ProfileLines lines(Content());
@@ -44,6 +48,7 @@ void ProfileIndex::TakeLines() {
         }
     }
     CloseSection();
+    LinkSections();
 }
 
 void ProfileIndex::CloseSection() {
@@ -65,13 +70,16 @@ void ProfileIndex::LinkSections() {
 }
 
 // Each chain is in the order of the file, so that the first of two is found that only another locale holds
-// equal.
+// equal. A long one is of names that were made for it.
 template <typename Item>
-void ProfileIndex::Link(std::vector<Item>& items, std::uint32_t at, std::uint32_t& bucket) const noexcept {
+void ProfileIndex::Link(std::vector<Item>& items, std::uint32_t at, std::uint32_t& bucket) noexcept {
+    constexpr int longestChain = 64;
     const std::string_view name = Text(items[at].name);
     std::uint32_t* link = &bucket;
-    while (*link != none && !SameName(Text(items[*link].name), name))
+    for (int length = 0; *link != none && !SameName(Text(items[*link].name), name); ++length) {
         link = &items[*link].next;
+        m_keyed = m_keyed || length == longestChain;
+    }
     if (*link == none)
         *link = at;
     else
@@ -110,12 +118,16 @@ ProfileIndex::Span ProfileIndex::SpanOf(std::string_view piece) const noexcept {
             static_cast<std::uint32_t>(piece.size())};
 }
 
+std::uint64_t ProfileIndex::HashOf(std::string_view name) const noexcept {
+    return m_keyed ? KeyedHashName(name) : HashName(name);
+}
+
 std::size_t ProfileIndex::SectionBucket(std::string_view name) const noexcept {
-    return BucketOf(HashName(name), m_sectionBuckets.size());
+    return BucketOf(HashOf(name), m_sectionBuckets.size());
 }
 
 std::size_t ProfileIndex::TagBucket(const Section& section, std::string_view tag) const noexcept {
-    return section.firstLine + BucketOf(HashName(tag), section.endLine - section.firstLine);
+    return section.firstLine + BucketOf(HashOf(tag), section.endLine - section.firstLine);
 }
 
 } // namespace corvane::posix

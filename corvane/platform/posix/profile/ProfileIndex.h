@@ -65,16 +65,18 @@ private:
     static constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
     static constexpr std::uint32_t shadowed = none - 1;
 
-    void TakeLines();
+    void Parse();
     void CloseSection();
     void LinkSections();
     template <typename Item>
-    void Link(std::vector<Item>& items, std::uint32_t at, std::uint32_t& bucket) const noexcept;
+    void Link(std::vector<Item>& items, std::uint32_t at, std::uint32_t& bucket) noexcept;
+    std::uint64_t HashOf(std::string_view name) const noexcept;
     Span SpanOf(std::string_view piece) const noexcept;
     std::size_t SectionBucket(std::string_view name) const noexcept;
     std::size_t TagBucket(const Section& section, std::string_view tag) const noexcept;
 
     FileText m_content;
+    bool m_keyed = false; // the hash is KeyedHash: too many names had the same quick one
     std::vector<Section> m_sections;
     std::vector<Line> m_lines;
     // Each bucket is a chain of sections or tags, of which no two are equal: the first of its name is there.

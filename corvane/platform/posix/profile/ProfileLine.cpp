@@ -1,6 +1,6 @@
 #include <corvane/foundations/CaseFolding.h>
+#include <corvane/foundations/KeyedHash.h>
 #include <corvane/foundations/Utf.h>
-#include <corvane/platform/Platform.h>
 #include <corvane/platform/posix/profile/ProfileLine.h>
 
 #include <cstddef>
@@ -68,7 +68,7 @@ char32_t TakeFolded(std::string_view& name) noexcept {
 
 // One number for all letter cases that a locale can tell of a character.
 char32_t WithoutCase(char32_t code) noexcept {
-    return code <= 0xFFFF ? platform::LowerInvariant(static_cast<wchar>(code)) : code;
+    return code <= 0xFFFF ? FoldInEveryLocale(static_cast<wchar>(code)) : code;
 }
 
 // Mixes characters in groups of eight bytes, of which one outside ASCII takes four: so it is one and the same
@@ -212,6 +212,13 @@ std::uint64_t HashName(std::string_view name) noexcept {
             code = WithoutCase(utf::TakeCharacter(name));
         hash.Put(code);
     }
+    return hash.Get();
+}
+
+std::uint64_t KeyedHashName(std::string_view name) noexcept {
+    KeyedHash hash;
+    while (!name.empty())
+        hash.Put(WithoutCase(utf::TakeCharacter(name)));
     return hash.Get();
 }
 

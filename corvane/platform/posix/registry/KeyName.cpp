@@ -79,7 +79,7 @@ std::vector<NamePart> PartsOf(wstring_view keyName) {
 int CompareKeyNames(wstring_view a, wstring_view b) noexcept {
     const auto lower = [](wchar unit) {
         constexpr wchar unknown = 0xFFFD; // names in different letters never become one
-        const wchar folded = unit < 0x80 ? FoldCase(unit) : platform::LowerInvariant(unit);
+        const wchar folded = FoldInEveryLocale(unit);
         return folded == unknown ? unit : folded;
     };
     const std::size_t common = std::min(a.size(), b.size());
