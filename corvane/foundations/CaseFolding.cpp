@@ -61,6 +61,11 @@ std::uint64_t Mix(std::uint64_t hash, std::uint64_t first, std::uint64_t second)
     return hash ^ hash >> 32 ^ (other << 32 | other >> 32);
 }
 
+// Without it, names with a number in them would lie close together: such a number moves a hash evenly.
+std::uint32_t Spread(std::uint64_t hash) noexcept {
+    return static_cast<std::uint32_t>((hash * 0xD6E8FEB86659FD93) >> 32);
+}
+
 // Calls `put` with the beginnings of two blocks after two, for a text of at least one block. The last ones
 // may reach back into those before them.
 template <class Put>
@@ -75,12 +80,12 @@ void ForEachPair(wstring_view text, Put put) noexcept {
 std::uint32_t HashUnitByUnit(wstring_view text) noexcept {
     text = text.substr(0, FindUnit(text, wchar()));
     if (text.size() < unitsOfBlock)
-        return static_cast<std::uint32_t>(Mix(0, FoldedBlock(text), 0));
+        return Spread(Mix(0, FoldedBlock(text), 0));
     std::uint64_t hash = 0;
     ForEachPair(text, [&hash](const wchar* first, const wchar* second) {
         hash = Mix(hash, FoldedBlock({first, unitsOfBlock}), FoldedBlock({second, unitsOfBlock}));
     });
-    return static_cast<std::uint32_t>(hash);
+    return Spread(hash);
 }
 
 } // namespace
@@ -95,7 +100,7 @@ std::uint32_t HashIgnoringCase(wstring_view text) noexcept {
         conspicuous |= Conspicuous(blocks[0]) | Conspicuous(blocks[1]);
         hash = Mix(hash, blocks[0], blocks[1]);
     });
-    return (conspicuous & each * 0xFF80) == 0 ? static_cast<std::uint32_t>(hash) : HashUnitByUnit(text);
+    return (conspicuous & each * 0xFF80) == 0 ? Spread(hash) : HashUnitByUnit(text);
 }
 
 std::uint32_t KeyedHashIgnoringCase(wstring_view text) noexcept {

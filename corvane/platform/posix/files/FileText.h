@@ -11,8 +11,8 @@
 
 namespace corvane::posix {
 
-/// The bytes of a file, of a large one in large pages. They are not cleared before they are filled: that would
-/// take as long as reading them.
+/// The bytes of a file, of a large one in large pages. They are not cleared before they are filled: that
+/// would take as long as reading them.
 class FileText {
 public:
     FileText() = default;
