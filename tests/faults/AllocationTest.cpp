@@ -118,6 +118,23 @@ TEST_F(Allocation, ReusesTheRoomOfWhatIsGone) {
     EXPECT_LT(largest, 40 * large.size());
 }
 
+TEST_F(Allocation, FailingMakesNoSectionCacheOnly) {
+    const wstring cached = CORVANE_TEXT("New cached one, long:tag");
+    for (long count = 0;; ++count) {
+        allowed = count;
+        try {
+            manager.SetValue(cached, value, true);
+        } catch (const std::bad_alloc&) {
+        }
+        allowed = -1;
+        if (manager.Exists(cached))
+            break;
+        ASSERT_EQ(manager.SetValue(cached, value), 0);
+        ASSERT_NE(Bytes(file).find("[New cached one, long]"), std::string::npos) << count;
+        ASSERT_EQ(Delete("New cached one, long:"), 0);
+    }
+}
+
 TEST_F(Allocation, IsNotNeededToRead) {
     wstring text(3000, 'y');
     EXPECT_EQ(manager.GetValue(key, text), 0); // the key's buffers grow to its length
