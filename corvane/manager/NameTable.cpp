@@ -167,7 +167,7 @@ void NameTable::GiveBackUnused() noexcept {
         return;
     try {
         MoveText(m_text.Size() - m_unused);
-    } catch (const std::bad_alloc&) { // NOLINT(bugprone-empty-catch): it is tried again at the next change
+    } catch (...) { // NOLINT(bugprone-empty-catch): it is tried again at the next change
     }
 }
 

@@ -33,8 +33,10 @@ public:
         Append(other.begin(), other.m_size);
     }
     PlainArray(PlainArray&& other) noexcept { Swap(other); }
-    PlainArray& operator=(PlainArray other) noexcept {
-        Swap(other);
+    PlainArray& operator=(const PlainArray&) = delete;
+    PlainArray& operator=(PlainArray&& other) noexcept {
+        PlainArray moved(std::move(other));
+        Swap(moved);
         return *this;
     }
     ~PlainArray() {

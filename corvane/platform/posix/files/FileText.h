@@ -11,14 +11,17 @@
 
 namespace corvane::posix {
 
-/// The bytes of a file, of a large one in large pages. They are not cleared before they are filled: that would
-/// take as long as reading them.
+/// The bytes of a file, of a large one in large pages. They are not cleared before they are filled: that
+/// would take as long as reading them.
 class FileText {
 public:
     FileText() = default;
+    FileText(const FileText&) = delete;
     FileText(FileText&& other) noexcept { Swap(other); }
-    FileText& operator=(FileText other) noexcept {
-        Swap(other);
+    FileText& operator=(const FileText&) = delete;
+    FileText& operator=(FileText&& other) noexcept {
+        FileText moved(std::move(other));
+        Swap(moved);
         return *this;
     }
     ~FileText() {
