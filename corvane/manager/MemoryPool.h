@@ -12,8 +12,8 @@ namespace corvane {
 class MemoryPool {
 public:
     MemoryPool() = default;
-    MemoryPool(MemoryPool&& other) noexcept { Swap(other); }
-    MemoryPool& operator=(MemoryPool&&) = delete;
+    MemoryPool(const MemoryPool&) = delete;
+    MemoryPool& operator=(const MemoryPool&) = delete;
     ~MemoryPool();
 
     /// A piece of that many bytes, aligned for numbers of up to 8 bytes. Throws only for lack of memory.

@@ -159,14 +159,15 @@ void NameTable::RoomForText(std::size_t units) {
         MoveText(room);
 }
 
-// Cannot fail: where there is no memory for it, the text stays as it is.
+// Cannot fail: where there is no memory for it, the text stays as it is. So does one in a pool, which takes
+// nothing back.
 void NameTable::GiveBackUnused() noexcept {
     constexpr std::size_t alwaysKept = 4096; // units
-    if (m_unused <= m_text.Size() / 2 || m_unused <= alwaysKept)
+    if (m_text.Room() == 0 || m_unused <= m_text.Size() / 2 || m_unused <= alwaysKept)
         return;
     try {
         MoveText(m_text.Size() - m_unused);
-    } catch (const std::bad_alloc&) { // NOLINT(bugprone-empty-catch): it is tried again at the next change
+    } catch (...) { // NOLINT(bugprone-empty-catch): it is tried again at the next change
     }
 }
 

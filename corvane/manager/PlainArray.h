@@ -33,8 +33,10 @@ public:
         Append(other.begin(), other.m_size);
     }
     PlainArray(PlainArray&& other) noexcept { Swap(other); }
-    PlainArray& operator=(PlainArray other) noexcept {
-        Swap(other);
+    PlainArray& operator=(const PlainArray&) = delete;
+    PlainArray& operator=(PlainArray&& other) noexcept {
+        PlainArray moved(std::move(other));
+        Swap(moved);
         return *this;
     }
     ~PlainArray() {
@@ -55,7 +57,7 @@ public:
     const T* end() const noexcept { return m_values + m_size; }
 
     void Reserve(std::size_t room) {
-        if (room <= m_room)
+        if (room <= std::max(m_room, m_size)) // in a pool there is a place for what there is
             return;
         if (room > std::numeric_limits<std::uint32_t>::max())
             throw std::length_error("too many values");
@@ -66,7 +68,7 @@ public:
         Swap(larger);
     }
 
-    /// Adds values for which there is a place, and which are not of this array.
+    /// Adds values for which there is a place.
     void Append(const T* values, std::size_t count) noexcept {
         if (count > 0)
             std::memcpy(m_values + m_size, values, count * sizeof(T));

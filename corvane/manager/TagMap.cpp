@@ -3,8 +3,10 @@
 namespace corvane {
 
 void TagMap::Assign(const Tag& tag) {
-    const auto [index, added] = m_names.Add(tag.name, tag.value, tag.cacheOnly);
-    if (!added)
+    const std::uint32_t index = Find(tag.name);
+    if (index == none)
+        m_names.Add(tag.name, tag.value, tag.cacheOnly);
+    else
         m_names.Assign(index, tag.value, tag.cacheOnly);
 }
 

@@ -42,7 +42,7 @@ public:
     virtual bool EnumerateTags(const corvane::wstring& section, std::vector<corvane::wstring>& tags) = 0;
 
     /// Splits a key at its first colon. False for a key without one; both parts may be empty. An empty key
-    /// leaves both outputs as they are.
+    /// leaves both outputs as they are. Neither of them may be the key itself.
     virtual bool ParseKey(const corvane::wstring& key, corvane::wstring& section, corvane::wstring& tag) = 0;
 
     /// Reads one value from the store. Returns its length in the store's bytes, above zero; 0, with `value`

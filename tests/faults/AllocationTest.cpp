@@ -40,6 +40,7 @@ void* operator new(std::size_t size) {
 namespace {
 
 using corvane::wstring;
+using corvane::wstring_view;
 
 class Allocation : public ConfigFixture {
 protected:
@@ -116,6 +117,40 @@ TEST_F(Allocation, ReusesTheRoomOfWhatIsGone) {
         EXPECT_EQ(map.At(0).value, value);
     }
     EXPECT_LT(largest, 40 * large.size());
+}
+
+TEST_F(Allocation, FailingMakesNoSectionCacheOnly) {
+    const wstring cached = CORVANE_TEXT("New cached one, long:tag");
+    for (long count = 0;; ++count) {
+        allowed = count;
+        try {
+            manager.SetValue(cached, value, true);
+        } catch (const std::bad_alloc&) {
+        }
+        allowed = -1;
+        if (manager.Exists(cached))
+            break;
+        ASSERT_EQ(manager.SetValue(cached, value), 0);
+        ASSERT_NE(Bytes(file).find("[New cached one, long]"), std::string::npos) << count;
+        ASSERT_EQ(Delete("New cached one, long:"), 0);
+    }
+}
+
+TEST_F(Allocation, IsNotNeededForChangesThatFitInAPool) {
+    constexpr std::uint32_t count = 10;
+    const wstring text(1000, 'x');
+    corvane::TagMap map;
+    for (std::uint32_t i = 0; i < count; ++i)
+        map.Insert({wstring(1, static_cast<corvane::wchar>('a' + i)), text, false});
+    corvane::MemoryPool pool;
+    corvane::TagMap loaded(map, pool);
+    const long before = allocations;
+    loaded.Reserve(1);
+    loaded.Assign({CORVANE_TEXT("J"), wstring_view(text).substr(1), false});
+    while (loaded.Size() > 1)
+        loaded.Erase(loaded.At(0).name);
+    EXPECT_EQ(allocations, before);
+    EXPECT_EQ(loaded.At(0).value, wstring_view(text).substr(1));
 }
 
 TEST_F(Allocation, IsNotNeededToRead) {

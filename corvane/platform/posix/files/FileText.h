@@ -16,9 +16,12 @@ namespace corvane::posix {
 class FileText {
 public:
     FileText() = default;
+    FileText(const FileText&) = delete;
     FileText(FileText&& other) noexcept { Swap(other); }
-    FileText& operator=(FileText other) noexcept {
-        Swap(other);
+    FileText& operator=(const FileText&) = delete;
+    FileText& operator=(FileText&& other) noexcept {
+        FileText moved(std::move(other));
+        Swap(moved);
         return *this;
     }
     ~FileText() {
