@@ -1,7 +1,6 @@
 #include <corvane/foundations/KeyedHash.h>
 
 #include <chrono>
-#include <exception>
 #include <random>
 
 namespace corvane {
@@ -10,7 +9,7 @@ namespace {
 std::uint64_t RandomNumber() noexcept {
     try {
         return std::random_device()();
-    } catch (const std::exception&) { // a time is harder to guess than nothing
+    } catch (...) { // a time is harder to guess than nothing
         return static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
     }
 }
