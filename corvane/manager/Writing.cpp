@@ -32,7 +32,6 @@ int ConfigManager::_SetValue(const wstring& key, const wstring& value, bool cach
     if (parts.section.empty() || parts.tag.empty())
         return refuse(__LINE__);
 
-    std::set<wstring> cacheOnlySection; // joins the others when the cache has the value
     const bool writeThrough = !cacheOnly && m_cacheOnlySections.count(parts.section) == 0;
     if (writeThrough) {
         const auto source = m_source; // stays, even if one of its log lines leads to a load by the program
@@ -40,19 +39,18 @@ int ConfigManager::_SetValue(const wstring& key, const wstring& value, bool cach
         if (written == 0 || written == FAILURE_GENERAL)
             return refuse(__LINE__);
     } else {
-        cacheOnlySection.insert(parts.section);
+        m_cacheOnlySections.insert(parts.section);
     }
 
     const TagMap::Tag entry{parts.tag, value, !writeThrough};
     const std::uint32_t section = m_cache.Find(parts.section);
     if (section != SectionMap::none) {
         m_cache.Tags(section).Assign(entry);
-    } else {
-        TagMap tags;
-        tags.Insert(entry);
-        m_cache.Insert(parts.section, std::move(tags));
+        return 0;
     }
-    m_cacheOnlySections.merge(cacheOnlySection);
+    TagMap tags;
+    tags.Insert(entry);
+    m_cache.Insert(parts.section, std::move(tags));
     return 0;
 }
 
