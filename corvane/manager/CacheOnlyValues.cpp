@@ -4,16 +4,6 @@
 
 using corvane::TagMap;
 
-namespace {
-
-template <class Visit>
-void ForEachTag(const TagMap& tags, Visit visit) {
-    for (std::uint32_t index = 0; index < tags.Size(); ++index)
-        visit(tags.At(index));
-}
-
-} // namespace
-
 void ConfigManager::PreserveCacheOnlyValues(SectionMap& preserved, const SectionMap& cache,
                                             const bool& newName) {
     const std::uint32_t reserved = cache.Find(corvane::reservedSection);
@@ -23,7 +13,7 @@ void ConfigManager::PreserveCacheOnlyValues(SectionMap& preserved, const Section
     }
     for (const std::uint32_t section : cache.Names().Order()) {
         TagMap kept;
-        ForEachTag(cache.Tags(section), [&kept](const TagMap::Tag& tag) {
+        cache.Tags(section).ForEach([&kept](const TagMap::Tag& tag) {
             if (tag.cacheOnly)
                 kept.Insert(tag);
         });
@@ -41,7 +31,7 @@ void ConfigManager::RestoreCacheOnlyValues(const SectionMap& preserved, SectionM
             if (!tags.Empty())
                 cache.Insert(name, tags);
         } else if (loaded != SectionMap::none) {
-            ForEachTag(tags, [&](const TagMap::Tag& tag) { cache.Tags(loaded).Insert(tag); });
+            tags.ForEach([&](const TagMap::Tag& tag) { cache.Tags(loaded).Insert(tag); });
         }
     }
 }

@@ -18,9 +18,15 @@ void Reserve(std::list<wstring>&, std::size_t) {}
 
 template <class Names>
 std::size_t AppendNames(const corvane::NameTable& table, Names& names) {
-    Reserve(names, table.Size());
-    for (const std::uint32_t index : table.Order())
-        names.emplace_back(table.Name(index));
+    constexpr std::size_t ahead = 32;
+    const auto& order = table.Order();
+    Reserve(names, order.Size());
+    for (std::size_t i = 0; i < order.Size() + ahead; ++i) {
+        if (i < order.Size())
+            table.Prefetch(order[i]);
+        if (i >= ahead)
+            names.emplace_back(table.Name(order[i - ahead]));
+    }
     return names.size();
 }
 

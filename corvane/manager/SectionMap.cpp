@@ -1,9 +1,27 @@
 #include <corvane/manager/SectionMap.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace corvane {
+namespace {
+
+// A number in the form of text.
+class NumberText {
+public:
+    explicit NumberText(std::size_t number) noexcept {
+        const auto bits = static_cast<std::uint32_t>(number);
+        static_assert(sizeof m_units == sizeof bits);
+        std::memcpy(m_units, &bits, sizeof bits);
+    }
+    wstring_view Get() const noexcept { return {m_units, std::size(m_units)}; }
+
+private:
+    wchar m_units[2];
+};
+
+} // namespace
 
 void SectionMap::Reserve(std::size_t sections) {
     m_names.Reserve(sections);
@@ -13,7 +31,7 @@ void SectionMap::Reserve(std::size_t sections) {
 void SectionMap::Insert(wstring_view name, TagMap tags) {
     if (m_tags.size() == m_tags.capacity())
         Reserve(std::max<std::size_t>(m_tags.size() * 2, 4));
-    if (m_names.Add(name).second)
+    if (m_names.Add(name, NumberText(m_tags.size()).Get()))
         m_tags.push_back(std::move(tags));
 }
 
@@ -21,9 +39,17 @@ void SectionMap::InsertCopy(wstring_view name, const TagMap& tags) {
     Insert(name, TagMap(tags, m_pool));
 }
 
-void SectionMap::Erase(std::uint32_t index) noexcept {
-    m_tags.erase(m_tags.begin() + index);
-    m_names.Remove(index);
+void SectionMap::Erase(std::uint32_t place) noexcept {
+    const std::uint32_t number = NumberAt(place);
+    const std::size_t last = m_tags.size() - 1;
+    m_names.Remove(place);
+    if (number != last) {
+        std::uint32_t moved = none;
+        m_names.ForEach([&](std::uint32_t other) { moved = NumberAt(other) == last ? other : moved; });
+        m_names.Assign(moved, NumberText(number).Get(), false); // of the same length: it has a place
+        m_tags[number] = std::move(m_tags[last]);
+    }
+    m_tags.pop_back();
 }
 
 void SectionMap::Swap(SectionMap& other) noexcept {

@@ -19,12 +19,12 @@ public:
     bool Empty() const noexcept { return m_tags.empty(); }
     const NameTable& Names() const noexcept { return m_names; }
 
-    /// The index of the section, or `none`.
+    /// The section's place, which lasts until the next section comes or goes, or `none`.
     std::uint32_t Find(wstring_view name) const noexcept { return m_names.Find(name); }
     bool Contains(wstring_view name) const noexcept { return Find(name) != none; }
-    wstring_view Name(std::uint32_t index) const noexcept { return m_names.Name(index); }
-    TagMap& Tags(std::uint32_t index) noexcept { return m_tags[index]; }
-    const TagMap& Tags(std::uint32_t index) const noexcept { return m_tags[index]; }
+    wstring_view Name(std::uint32_t place) const noexcept { return m_names.Name(place); }
+    TagMap& Tags(std::uint32_t place) noexcept { return m_tags[NumberAt(place)]; }
+    const TagMap& Tags(std::uint32_t place) const noexcept { return m_tags[NumberAt(place)]; }
 
     /// Makes room for that many sections at once.
     void Reserve(std::size_t sections);
@@ -36,16 +36,22 @@ public:
     /// sections of a load.
     void InsertCopy(wstring_view name, const TagMap& tags);
 
-    /// Removes the section of that index; the indices behind it move up by one. Cannot fail.
-    void Erase(std::uint32_t index) noexcept;
+    /// Removes the section at that place. Cannot fail.
+    void Erase(std::uint32_t place) noexcept;
 
     void Swap(SectionMap& other) noexcept;
     void Clear() noexcept;
 
 private:
+    std::uint32_t NumberAt(std::uint32_t place) const noexcept {
+        std::uint32_t number = 0;
+        std::memcpy(&number, m_names.Text(place).data(), sizeof number);
+        return number;
+    }
+
     MemoryPool m_pool;
-    NameTable m_names;
-    std::vector<TagMap> m_tags; // by the index of the name
+    NameTable m_names; // the text of a name is the number of its tags
+    std::vector<TagMap> m_tags;
 };
 
 } // namespace corvane

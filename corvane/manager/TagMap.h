@@ -26,11 +26,17 @@ public:
     bool Empty() const noexcept { return Size() == 0; }
     const NameTable& Names() const noexcept { return m_names; }
 
-    /// The index of the tag, or `none`.
+    /// The tag's place, which lasts until the next change of the map, or `none`.
     std::uint32_t Find(wstring_view name) const noexcept { return m_names.Find(name); }
     bool Contains(wstring_view name) const noexcept { return Find(name) != none; }
-    Tag At(std::uint32_t index) const noexcept {
-        return {m_names.Name(index), m_names.Text(index), m_names.IsMarked(index)};
+    Tag At(std::uint32_t place) const noexcept {
+        return {m_names.Name(place), m_names.Text(place), m_names.IsMarked(place)};
+    }
+
+    /// Calls `visit` with every tag, in no order that means anything. It may not change the map.
+    template <class Visit>
+    void ForEach(Visit visit) const {
+        m_names.ForEach([&](std::uint32_t place) { visit(At(place)); });
     }
 
     /// Makes room for that many tags at once.
