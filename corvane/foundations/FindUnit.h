@@ -8,6 +8,14 @@
 
 namespace corvane {
 
+// For a block that holds the unit. Without a branch, which would be guessed wrong as often as not.
+inline std::size_t WayToUnit(const wchar* block, wchar unit) noexcept {
+    const std::size_t behindFirst = block[0] != unit ? 1 : 0;
+    const std::size_t behindSecond = block[1] != unit ? behindFirst : 0;
+    const std::size_t behindThird = block[2] != unit ? behindSecond : 0;
+    return behindFirst + behindSecond + behindThird;
+}
+
 /// The position of the first `unit` in `text`, or the text's size.
 inline std::size_t FindUnit(wstring_view text, wchar unit) noexcept {
     constexpr std::size_t unitsOfBlock = 4;
@@ -18,7 +26,7 @@ inline std::size_t FindUnit(wstring_view text, wchar unit) noexcept {
         std::memcpy(&block, text.data() + at, sizeof block);
         block ^= each * unit; // a lane that holds the unit is zero now
         if (((block - each) & ~block & each * 0x8000) != 0)
-            break;
+            return at + WayToUnit(text.data() + at, unit);
     }
     while (at < text.size() && text[at] != unit)
         ++at;
