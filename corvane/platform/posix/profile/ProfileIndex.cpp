@@ -42,9 +42,10 @@ void ProfileIndex::Parse() {
         } else if (m_sections.empty()) { // out of every reader's reach
             continue;
         } else if (line.kind == ProfileLine::Kind::Tag) {
-            m_lines.push_back({{none}, SpanOf(line.name), SpanOf(line.value)});
+            m_lines.push_back({{none}, SpanOf(line.name), SpanOf(line.value).size});
         } else if (line.kind == ProfileLine::Kind::Other) {
-            m_lines.push_back({{none}, {}, SpanOf(TrimBlanks(UntilNul(line.text)))});
+            const Span text = SpanOf(TrimBlanks(UntilNul(line.text)));
+            m_lines.push_back({{none}, {text.begin, 0}, text.size});
         }
     }
     CloseSection();
@@ -84,6 +85,21 @@ void ProfileIndex::Link(std::vector<Item>& items, std::uint32_t at, std::uint32_
         *link = at;
     else
         items[at].next = shadowed;
+}
+
+std::string_view ProfileIndex::Value(const Line& line) const noexcept {
+    if (line.valueSize == 0)
+        return {};
+    const char* begin = Content().data() + line.name.begin;
+    if (line.name.size != 0) {
+        begin += line.name.size;
+        while (*begin != '=')
+            ++begin;
+        do
+            ++begin;
+        while (IsBlank(*begin));
+    }
+    return {begin, line.valueSize};
 }
 
 const ProfileIndex::Section* ProfileIndex::FindSection(std::string_view name) const noexcept {

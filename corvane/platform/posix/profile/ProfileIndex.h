@@ -12,7 +12,7 @@
 
 namespace corvane::posix {
 
-/// Owns the text (of at most maximumFileSize bytes) and the places of its names and values in it: 24 bytes a
+/// Owns the text (of at most maximumFileSize bytes) and the places of its names and values in it: 20 bytes a
 /// line. Built in time in proportion to the text. Immutable, so safe to share between threads; every view
 /// that it hands out lasts as long as the index. A UTF-16 text has no sections.
 class ProfileIndex {
@@ -30,10 +30,11 @@ public:
         bool IsShadowed() const noexcept { return next == shadowed; }
     };
 
-    /// A tag, or with an empty name another line that stands in the section's text, wholly in `value`.
+    /// A tag, or with an empty name another line that stands in the section's text. There are many: where a
+    /// value begins is not kept, but found behind the name.
     struct Line : Link {
         Span name;
-        Span value;
+        std::uint32_t valueSize = 0;
     };
 
     struct Section : Link {
@@ -47,6 +48,9 @@ public:
     std::string_view Content() const noexcept { return m_content.View(); }
     std::string_view Text(Span span) const noexcept { return {Content().data() + span.begin, span.size}; }
 
+    /// A tag's value with its quotes, or another line.
+    std::string_view Value(const Line& line) const noexcept;
+
     /// All sections in order, doubles and the one without a name among them.
     const std::vector<Section>& Sections() const noexcept { return m_sections; }
     const Line* Begin(const Section& section) const noexcept { return m_lines.data() + section.firstLine; }
@@ -55,7 +59,7 @@ public:
     /// The first section of that name, letter case ignored; null when there is none, or the name is empty.
     const Section* FindSection(std::string_view name) const noexcept;
 
-    /// The section's first tag of that name, letter case ignored, or null. Quotes are kept in its value.
+    /// The section's first tag of that name, letter case ignored, or null.
     const Line* FindTag(const Section& section, std::string_view tag) const noexcept;
 
     /// The memory that the index takes, in bytes.

@@ -102,9 +102,9 @@ ulong ListLines(const ProfileIndex& profile, const Section& section, char* buffe
     ListWriter list(buffer, size);
     for (const Line* line = profile.Begin(section); line != profile.End(section) && !list.IsCut(); ++line) {
         if (line->name.size != 0)
-            list.Add(profile.Text(line->name), profile.Text(line->value));
-        else if (line->value.size != 0)
-            list.Add(profile.Text(line->value));
+            list.Add(profile.Text(line->name), profile.Value(*line));
+        else if (line->valueSize != 0)
+            list.Add(profile.Value(*line));
     }
     return list.Finish();
 }
@@ -135,7 +135,7 @@ ulong Answer(ProfileRun& run, const ProfileIndex& profile, char* buffer, ulong s
     if (!run.CurrentSection())
         result = ListSections(profile, buffer, size);
     else if (const Line* const line = run.CurrentLine())
-        result = CopyText(WithoutQuotes(profile.Text(line->value)), buffer, size);
+        result = CopyText(WithoutQuotes(profile.Value(*line)), buffer, size);
     else
         result = ListTags(profile, *run.CurrentSection(), buffer, size);
     const bool cut = result + 2 >= size; // to the caller, who asks again with a larger buffer
@@ -176,7 +176,7 @@ ulong platform::GetPrivateProfileStringA(const char* section, const char* tag, c
     if (!tag)
         return ListTags(*profile, *found, buffer, size);
     if (const Line* const line = profile->FindTag(*found, TrimBlanks(tag)))
-        return CopyText(WithoutQuotes(profile->Text(line->value)), buffer, size);
+        return CopyText(WithoutQuotes(profile->Value(*line)), buffer, size);
     platform::SetLastError(ERROR_FILE_NOT_FOUND);
     return NothingThere(defaultText, isList, buffer, size);
 }
