@@ -56,12 +56,12 @@ bool NameTable::Add(wstring_view name, wstring_view text, bool marked) {
 }
 
 void NameTable::Assign(std::uint32_t place, wstring_view text, bool marked) {
-    const std::size_t room = HeadAt(place).textLength;
+    const std::uint32_t room = HeadAt(place).textLength;
     if (text.size() > room) {
         place = MoveToEnd(place, text.size());
         m_text.Append(text.data(), text.size());
     } else {
-        m_unused += room - text.size();
+        m_unused += room - static_cast<std::uint32_t>(text.size());
         std::copy(text.begin(), text.end(), m_text.begin() + place + headUnits + HeadAt(place).nameLength);
     }
     Head head = HeadAt(place);
@@ -159,7 +159,7 @@ void NameTable::MakeSlots(std::size_t count, bool keyed) {
 
 void NameTable::RoomForName() {
     if (SlotsFor(m_size + 1) > m_slots.Size())
-        Reserve(std::max(m_size * 2, leastNames));
+        Reserve(std::max(m_size * std::size_t{2}, leastNames));
 }
 
 void NameTable::RoomForText(std::size_t units) {

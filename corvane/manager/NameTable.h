@@ -82,7 +82,7 @@ private:
         std::uint32_t place; // or `none` in a free slot
     };
 
-    static constexpr std::size_t headUnits = 4;
+    static constexpr std::uint32_t headUnits = 4;
 
     // What stands in the text before a name. Behind it come the name and its text.
     struct Head {
@@ -90,7 +90,7 @@ private:
         std::uint32_t marked : 1;
         std::uint32_t textLength;
 
-        std::size_t Length() const noexcept { return headUnits + nameLength + textLength; }
+        std::uint32_t Length() const noexcept { return headUnits + nameLength + textLength; }
     };
 
     static_assert(sizeof(Head) == headUnits * sizeof(wchar));
@@ -121,9 +121,9 @@ private:
     PlainArray<wchar> m_text;
     PlainArray<Slot> m_slots;                  // open addressing: at most half of them are taken
     mutable PlainArray<std::uint32_t> m_order; // not that of the table if it has another size
-    std::size_t m_size = 0;
-    std::size_t m_unused = 0; // units of m_text that no name has any more
-    bool m_keyed = false;     // the hash is KeyedHash: too many names had the same quick one
+    std::uint32_t m_size = 0;
+    std::uint32_t m_unused = 0; // units of m_text that no name has any more
+    bool m_keyed = false;       // the hash is KeyedHash: too many names had the same quick one
 };
 
 } // namespace corvane
