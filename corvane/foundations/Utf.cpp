@@ -110,11 +110,12 @@ bool IsAsciiBlock(const Unit* at) noexcept {
     constexpr std::size_t bytes = count * sizeof(Unit);
     using Number = std::conditional_t<bytes % sizeof(std::uint64_t) == 0, std::uint64_t, std::uint32_t>;
     constexpr std::uint64_t beyondAscii = sizeof(Unit) == 1 ? 0x8080808080808080 : 0xFF80FF80FF80FF80;
-    Number numbers[bytes / sizeof(Number)];
-    std::memcpy(numbers, at, bytes);
     Number all = 0;
-    for (const Number number : numbers)
+    for (std::size_t i = 0; i < count; i += sizeof(Number) / sizeof(Unit)) {
+        Number number = 0;
+        std::memcpy(&number, at + i, sizeof number);
         all |= number;
+    }
     return (all & static_cast<Number>(beyondAscii)) == 0;
 }
 
@@ -123,11 +124,9 @@ template <std::size_t count, typename From, typename To>
 bool CopyBlock(const From* at, To* out) noexcept {
     if (!IsAsciiBlock<count>(at))
         return false;
-    From from[count]; // known not to be where `out` is
-    To to[count];
-    std::memcpy(from, at, sizeof from);
+    To to[count]; // known not to be where `at` is
     for (std::size_t i = 0; i < count; ++i)
-        to[i] = static_cast<To>(from[i]);
+        to[i] = static_cast<To>(at[i]);
     std::memcpy(out, to, sizeof to);
     return true;
 }
