@@ -195,12 +195,6 @@ std::string_view TrimBlanks(std::string_view text) noexcept {
     return WithoutBlanksBehind(WithoutBlanksBefore(text));
 }
 
-std::string_view WithoutQuotes(std::string_view value) noexcept {
-    const bool quoted =
-        value.size() >= 2 && value.front() == value.back() && (value.front() == '"' || value.front() == '\'');
-    return quoted ? value.substr(1, value.size() - 2) : value;
-}
-
 bool SameName(std::string_view a, std::string_view b) noexcept {
     if (a == b)
         return true;
