@@ -36,32 +36,33 @@ int TrailCount(unsigned char lead) noexcept {
     return lead < 0xF5 ? 3 : 0;
 }
 
+struct Decoded {
+    char32_t code;
+    const unsigned char* behind;
+};
+
 // What is ill-formed gives U+FFFD for the longest piece that could still have begun a character.
-char32_t DecodeAnyUtf8(const unsigned char*& at, const unsigned char* end) noexcept {
+Decoded DecodeAnyUtf8(const unsigned char* at, const unsigned char* end) noexcept {
     const unsigned char lead = *at++;
     const int trails = TrailCount(lead);
     if (trails == 0 || at == end || !IsSecond(lead, *at))
-        return replacement;
+        return {replacement, at};
     char32_t code = lead & (0x3FU >> trails);
     for (int i = 0; i < trails; ++i) {
         if (at == end || !IsTrail(*at))
-            return replacement;
+            return {replacement, at};
         code = code << 6 | (*at++ & 0x3FU);
     }
-    return code;
+    return {code, at};
 }
 
-// Decodes the character that begins at `at`, which is not ASCII, and moves `at` behind it.
-inline char32_t DecodeUtf8(const unsigned char*& at, const unsigned char* end) noexcept {
+// Decodes the character that begins at `at`, which is not ASCII.
+inline Decoded DecodeUtf8(const unsigned char* at, const unsigned char* end) noexcept {
     const unsigned char lead = *at;
-    if (lead >= 0xC2 && lead < 0xE0 && end - at >= 2 && IsTrail(at[1])) {
-        at += 2;
-        return static_cast<char32_t>((lead & 0x1F) << 6 | (at[-1] & 0x3F));
-    }
-    if (lead > 0xE0 && lead < 0xED && end - at >= 3 && IsTrail(at[1]) && IsTrail(at[2])) {
-        at += 3;
-        return static_cast<char32_t>((lead & 0x0F) << 12 | (at[-2] & 0x3F) << 6 | (at[-1] & 0x3F));
-    }
+    if (lead >= 0xC2 && lead < 0xE0 && end - at >= 2 && IsTrail(at[1]))
+        return {static_cast<char32_t>((lead & 0x1F) << 6 | (at[1] & 0x3F)), at + 2};
+    if (lead > 0xE0 && lead < 0xED && end - at >= 3 && IsTrail(at[1]) && IsTrail(at[2]))
+        return {static_cast<char32_t>((lead & 0x0F) << 12 | (at[1] & 0x3F) << 6 | (at[2] & 0x3F)), at + 3};
     return DecodeAnyUtf8(at, end);
 }
 
@@ -110,11 +111,12 @@ bool IsAsciiBlock(const Unit* at) noexcept {
     constexpr std::size_t bytes = count * sizeof(Unit);
     using Number = std::conditional_t<bytes % sizeof(std::uint64_t) == 0, std::uint64_t, std::uint32_t>;
     constexpr std::uint64_t beyondAscii = sizeof(Unit) == 1 ? 0x8080808080808080 : 0xFF80FF80FF80FF80;
-    Number numbers[bytes / sizeof(Number)];
-    std::memcpy(numbers, at, bytes);
     Number all = 0;
-    for (const Number number : numbers)
+    for (std::size_t i = 0; i < count; i += sizeof(Number) / sizeof(Unit)) {
+        Number number = 0;
+        std::memcpy(&number, at + i, sizeof number);
         all |= number;
+    }
     return (all & static_cast<Number>(beyondAscii)) == 0;
 }
 
@@ -123,11 +125,9 @@ template <std::size_t count, typename From, typename To>
 bool CopyBlock(const From* at, To* out) noexcept {
     if (!IsAsciiBlock<count>(at))
         return false;
-    From from[count]; // known not to be where `out` is
-    To to[count];
-    std::memcpy(from, at, sizeof from);
+    To to[count]; // known not to be where `at` is
     for (std::size_t i = 0; i < count; ++i)
-        to[i] = static_cast<To>(from[i]);
+        to[i] = static_cast<To>(at[i]);
     std::memcpy(out, to, sizeof to);
     return true;
 }
@@ -182,10 +182,9 @@ std::size_t SkipAscii(const Unit*& at, const Unit* end) noexcept {
 } // namespace
 
 char32_t utf::TakeCharacter(std::string_view& utf8) noexcept {
-    const auto* const begin = reinterpret_cast<const unsigned char*>(utf8.data());
-    const unsigned char* at = begin;
-    const char32_t code = *at < 0x80 ? *at++ : DecodeUtf8(at, begin + utf8.size());
-    utf8.remove_prefix(static_cast<std::size_t>(at - begin));
+    const auto* const at = reinterpret_cast<const unsigned char*>(utf8.data());
+    const auto [code, behind] = *at < 0x80 ? Decoded{*at, at + 1} : DecodeUtf8(at, at + utf8.size());
+    utf8.remove_prefix(static_cast<std::size_t>(behind - at));
     return code;
 }
 
@@ -194,10 +193,13 @@ std::size_t utf::ToWide(std::string_view utf8, wchar* out) noexcept {
     const unsigned char* const end = at + utf8.size();
     wchar* const begin = out;
     while (at != end) {
-        if (*at < 0x80)
+        if (*at < 0x80) {
             CopyAscii(at, end, out);
-        else
-            out = Append(out, DecodeUtf8(at, end));
+        } else {
+            const auto [code, behind] = DecodeUtf8(at, end);
+            out = Append(out, code);
+            at = behind;
+        }
     }
     return static_cast<std::size_t>(out - begin);
 }
@@ -206,8 +208,15 @@ std::size_t utf::WideLength(std::string_view utf8) noexcept {
     const auto* at = reinterpret_cast<const unsigned char*>(utf8.data());
     const unsigned char* const end = at + utf8.size();
     std::size_t units = 0;
-    while (at != end)
-        units += *at < 0x80 ? SkipAscii(at, end) : UnitsOf(DecodeUtf8(at, end));
+    while (at != end) {
+        if (*at < 0x80) {
+            units += SkipAscii(at, end);
+        } else {
+            const auto [code, behind] = DecodeUtf8(at, end);
+            units += UnitsOf(code);
+            at = behind;
+        }
+    }
     return units;
 }
 

@@ -24,24 +24,33 @@ bool SameConfiguration(IConfigSource& source, const wchar* name) {
     return platform::_wcsicmp(name, source.GetConfigName()) == 0;
 }
 
-// Fills `tagMap` anew. A tag whose value is empty or cannot be read is left out. `sectionKey` is the section
-// and a colon.
-void ReadTags(IConfigSource& source, const wstring& sectionKey, const std::vector<wstring>& tags,
-              ConfigManager::TagMap& tagMap) {
-    ConfigManager::ConfigValue entry;
-    wstring key = sectionKey;
-    tagMap.Clear();
-    tagMap.Reserve(tags.size());
-    for (const wstring& tag : tags) {
-        key.resize(sectionKey.size());
-        key += tag;
-        entry.value.clear();
-        const std::int32_t result = source.ReadValue(key, entry.value);
-        const bool failed = result == FAILURE_GENERAL && entry.value.empty();
-        if (result > 0 && !failed)
-            tagMap.Insert({tag, entry.value, entry.cacheOnly});
+// Reads the tags of one section after another, with the same buffers for all of them.
+class TagReader {
+public:
+    explicit TagReader(IConfigSource& source) noexcept : m_source(source) {}
+
+    // Fills `tagMap` anew. A tag whose value is empty or cannot be read is left out. `sectionKey` is the
+    // section and a colon.
+    void Read(const wstring& sectionKey, const std::vector<wstring>& tags, ConfigManager::TagMap& tagMap) {
+        tagMap.Clear();
+        tagMap.Reserve(tags.size());
+        m_key = sectionKey;
+        for (const wstring& tag : tags) {
+            m_key.resize(sectionKey.size());
+            m_key += tag;
+            m_value.clear();
+            const std::int32_t result = m_source.ReadValue(m_key, m_value);
+            const bool failed = result == FAILURE_GENERAL && m_value.empty();
+            if (result > 0 && !failed)
+                tagMap.Insert({tag, m_value, false});
+        }
     }
-}
+
+private:
+    IConfigSource& m_source;
+    wstring m_key;
+    wstring m_value;
+};
 
 } // namespace
 
@@ -79,6 +88,7 @@ int ConfigManager::Initialize(const wchar* name, int reloadPolicy) {
     newCache.Reserve(sections.size());
     std::vector<wstring> tags;
     TagMap tagMap;
+    TagReader reader(*newSource);
     for (const wstring& section : sections) {
         tags.clear();
         if (section == corvane::reservedSection)
@@ -87,7 +97,7 @@ int ConfigManager::Initialize(const wchar* name, int reloadPolicy) {
             continue;
         if (!newSource->EnumerateTags(section, tags))
             continue;
-        ReadTags(*newSource, BuildKey(section, nullptr), tags, tagMap);
+        reader.Read(BuildKey(section, nullptr), tags, tagMap);
         newCache.InsertCopy(section, tagMap);
     }
     RestoreCacheOnlyValues(preserved, newCache);

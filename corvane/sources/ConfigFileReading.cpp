@@ -8,6 +8,7 @@
 
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <new>
 
 using corvane::wchar;
@@ -20,25 +21,33 @@ namespace {
 // until it does.
 class ReadBuffer {
 public:
-    char* Data() noexcept { return m_larger.empty() ? m_first : m_larger.data(); }
+    // cppcheck-suppress uninitMemberVar ; Clear fills what a read needs cleared
+    ReadBuffer() = default;
+    ReadBuffer(const ReadBuffer&) = delete;
+    ReadBuffer& operator=(const ReadBuffer&) = delete;
+    ~ReadBuffer() = default;
+
+    char* Data() noexcept { return m_data; }
     std::int32_t Size() const noexcept { return m_size; }
 
-    void Clear() noexcept { std::memset(Data(), 0, static_cast<std::size_t>(m_size)); }
+    void Clear() noexcept { std::memset(m_data, 0, static_cast<std::size_t>(m_size)); }
 
     void Double() {
         if (m_size > std::numeric_limits<std::int32_t>::max() / 2)
             throw std::bad_alloc();
         m_size *= 2;
-        m_larger = std::vector<char>(); // before the next, which is larger than all before it together
-        m_larger.resize(static_cast<std::size_t>(m_size));
+        m_larger.reset(); // before the next, which is larger than all before it together
+        m_larger.reset(new char[static_cast<std::size_t>(m_size)]);
+        m_data = m_larger.get();
     }
 
 private:
     static constexpr std::int32_t initialSize = 1024;
 
     std::int32_t m_size = initialSize;
+    char* m_data = m_first;
     char m_first[initialSize];
-    std::vector<char> m_larger;
+    std::unique_ptr<char[]> m_larger;
 };
 
 std::int32_t Fail(const char* function, std::int32_t line, const wchar* message = nullptr) {

@@ -2,6 +2,7 @@
 #include <corvane/platform/posix/profile/EditProfile.h>
 #include <corvane/platform/posix/profile/ProfileLine.h>
 
+#include <cctype>
 #include <clocale>
 #include <gtest/gtest.h>
 
@@ -45,11 +46,14 @@ TEST(SameName, ImpliesTheSameHash) {
     ASSERT_NE(std::setlocale(LC_CTYPE, "C.UTF-8"), nullptr);
     for (unsigned unit = 1; unit <= 0xFFFF; ++unit) {
         const auto letter = static_cast<wchar>(unit);
-        const std::string name = ToUtf8(wstring(1, letter)) + "x";
-        const std::string folded = ToUtf8(wstring(1, FoldCase(letter))) + "X";
-        ASSERT_TRUE(SameName(name, folded)) << unit;
-        ASSERT_EQ(HashName(name), HashName(folded)) << unit;
-        ASSERT_EQ(KeyedHashName(name), KeyedHashName(folded)) << unit;
+        for (const char* const rest : {"x", "eight by", "more than a group"}) {
+            const std::string name = ToUtf8(wstring(1, letter)) + rest;
+            std::string folded = ToUtf8(wstring(1, FoldCase(letter))) + rest;
+            folded.back() = static_cast<char>(std::toupper(folded.back()));
+            ASSERT_TRUE(SameName(name, folded)) << unit;
+            ASSERT_EQ(HashName(name), HashName(folded)) << unit << rest;
+            ASSERT_EQ(KeyedHashName(name), KeyedHashName(folded)) << unit << rest;
+        }
     }
     std::setlocale(LC_CTYPE, "C");
     EXPECT_FALSE(SameName("Port", "Port2") || SameName("Port2", "Port"));

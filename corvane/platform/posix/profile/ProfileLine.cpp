@@ -3,9 +3,11 @@
 #include <corvane/foundations/Utf.h>
 #include <corvane/platform/posix/profile/ProfileLine.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <endian.h>
 
 namespace corvane::posix {
 namespace {
@@ -20,11 +22,24 @@ std::size_t Find(std::string_view text, char c, std::size_t from = 0) noexcept {
     return hit ? static_cast<std::size_t>(static_cast<const char*>(hit) - text.data()) : text.size();
 }
 
-void Classify(ProfileLine& line, bool hasNul) noexcept {
+std::string_view WithoutBlanksBefore(std::string_view text) noexcept {
+    while (!text.empty() && IsBlank(text.front()))
+        text.remove_prefix(1);
+    return text;
+}
+
+std::string_view WithoutBlanksBehind(std::string_view text) noexcept {
+    while (!text.empty() && IsBlank(text.back()))
+        text.remove_suffix(1);
+    return text;
+}
+
+inline void Classify(ProfileLine& line, bool hasNul) noexcept {
     const auto textIn = [hasNul](std::string_view text) {
-        return TrimBlanks(hasNul ? UntilNul(text) : text);
+        return hasNul ? TrimBlanks(UntilNul(text)) : text;
     };
-    line.name = line.value = {};
+    line.name = {};
+    line.value = {};
     const std::string_view text = TrimBlanks(line.text);
     line.kind = ProfileLine::Kind::Other;
     if (text.empty()) {
@@ -38,17 +53,17 @@ void Classify(ProfileLine& line, bool hasNul) noexcept {
     const std::size_t close = text.front() == '[' ? text.rfind(']') : std::string_view::npos;
     if (close != std::string_view::npos) {
         line.kind = ProfileLine::Kind::Header;
-        line.name = textIn(text.substr(1, close - 1));
+        line.name = textIn(TrimBlanks(text.substr(1, close - 1)));
         return;
     }
     const std::size_t equals = Find(text, '=');
     if (equals == text.size())
         return;
-    line.name = textIn(text.substr(0, equals));
+    line.name = textIn(WithoutBlanksBehind({text.data(), equals}));
     if (line.name.empty())
         return;
     line.kind = ProfileLine::Kind::Tag;
-    line.value = textIn(text.substr(equals + 1));
+    line.value = textIn(WithoutBlanksBefore({text.data() + equals + 1, text.size() - equals - 1}));
 }
 
 bool IsAscii(char c) noexcept {
@@ -71,22 +86,31 @@ char32_t WithoutCase(char32_t code) noexcept {
     return code <= 0xFFFF ? FoldInEveryLocale(static_cast<wchar>(code)) : code;
 }
 
-// Mixes characters in groups of eight bytes, of which one outside ASCII takes four: so it is one and the same
-// whether ASCII is put in one by one or in whole groups.
+// A name is hashed in groups of eight bytes, of which a character outside ASCII takes four. The first byte is
+// the lowest; behind the last there are zeros.
+constexpr std::size_t groupSize = sizeof(std::uint64_t);
+
+std::uint64_t Mix(std::uint64_t hash, std::uint64_t group) noexcept {
+    // the bit that parts the letter cases of ASCII
+    hash = (hash ^ (group | 0x2020202020202020)) * 0x9E3779B97F4A7C15;
+    return hash ^ hash >> 32;
+}
+
+std::uint64_t GroupAt(const char* at, std::size_t size = groupSize) noexcept {
+    std::uint64_t group = 0;
+    std::memcpy(&group, at, size);
+    return le64toh(group);
+}
+
+// The last bytes of a name, at least one and at most a group.
+std::uint64_t LastGroup(std::string_view name, std::size_t size) noexcept {
+    if (name.size() < groupSize)
+        return GroupAt(name.data(), size);
+    return GroupAt(name.data() + name.size() - groupSize) >> 8 * (groupSize - size);
+}
+
 class NameHash {
 public:
-    static constexpr std::size_t groupSize = sizeof(std::uint64_t);
-
-    // A whole group at once, or the shorter rest of a name, if that is ASCII.
-    bool PutAscii(const char* characters, std::size_t count) noexcept {
-        std::uint64_t group = 0;
-        std::memcpy(&group, characters, count);
-        if ((group & 0x8080808080808080) != 0)
-            return false;
-        Mix(group);
-        return true;
-    }
-
     void Put(char32_t code) noexcept {
         if (code < 0x80)
             return PutByte(code);
@@ -94,42 +118,49 @@ public:
             PutByte(code);
     }
 
-    std::uint64_t Get() noexcept {
-        if (m_size > 0)
-            Flush();
-        return m_hash;
-    }
+    std::uint64_t Get() const noexcept { return m_size > 0 ? Mix(m_hash, m_group) : m_hash; }
 
 private:
     void PutByte(char32_t byte) noexcept {
-        m_group[m_size++] = static_cast<unsigned char>(byte);
-        if (m_size == sizeof m_group)
-            Flush();
-    }
-
-    void Flush() noexcept {
-        std::uint64_t group = 0;
-        std::memcpy(&group, m_group, m_size);
-        Mix(group);
+        m_group |= std::uint64_t{byte & 0xFF} << 8 * m_size;
+        if (++m_size < groupSize)
+            return;
+        m_hash = Mix(m_hash, m_group);
+        m_group = 0;
         m_size = 0;
     }
 
-    void Mix(std::uint64_t group) noexcept {
-        // the bit that parts the letter cases of ASCII
-        m_hash = (m_hash ^ (group | 0x2020202020202020)) * 0x9E3779B97F4A7C15;
-        m_hash ^= m_hash >> 32;
-    }
-
     std::uint64_t m_hash = 0;
-    unsigned char m_group[groupSize];
+    std::uint64_t m_group = 0;
     std::size_t m_size = 0;
 };
+
+[[gnu::noinline]] std::uint64_t HashByCharacter(std::string_view name) noexcept {
+    NameHash hash;
+    while (!name.empty())
+        hash.Put(WithoutCase(utf::TakeCharacter(name)));
+    return hash.Get();
+}
 
 } // namespace
 
 ProfileLines::ProfileLines(std::string_view text) noexcept
     : m_text(text), m_at(text.substr(0, utf8Mark.size()) == utf8Mark ? utf8Mark.size() : 0),
       m_feed(Find(text, '\n')), m_return(Find(text, '\r')), m_nul(Find(text, '\0')) {}
+
+// A line ends at LF, at CR LF or at a lone CR.
+inline void ProfileLines::SplitLine(ProfileLine& line) noexcept {
+    if (m_feed < m_at)
+        m_feed = Find(m_text, '\n', m_at);
+    if (m_return < m_at)
+        m_return = Find(m_text, '\r', m_at);
+    const char* const begin = m_text.data() + m_at;
+    const std::size_t end = std::min(m_return, m_feed);
+    const std::size_t next = std::min((end + 1 == m_feed ? m_feed : end) + 1, m_text.size());
+    line.text = {begin, end - m_at};
+    line.whole = {begin, next - m_at};
+    m_at = next;
+}
 
 bool ProfileLines::Next(ProfileLine& line) noexcept {
     if (m_at == m_text.size())
@@ -156,36 +187,12 @@ void ProfileLines::SkipToHeader() noexcept {
     m_at = m_text.size();
 }
 
-// A line ends at LF, at CR LF or at a lone CR.
-void ProfileLines::SplitLine(ProfileLine& line) noexcept {
-    if (m_feed < m_at)
-        m_feed = Find(m_text, '\n', m_at);
-    if (m_return < m_at)
-        m_return = Find(m_text, '\r', m_at);
-    const std::size_t end = m_return < m_feed ? m_return : m_feed;
-    const std::size_t last = end + 1 == m_feed ? m_feed : end;
-    const std::size_t next = last < m_text.size() ? last + 1 : m_text.size();
-    line.text = m_text.substr(m_at, end - m_at);
-    line.whole = m_text.substr(m_at, next - m_at);
-    m_at = next;
-}
-
 std::string_view UntilNul(std::string_view text) noexcept {
     return text.substr(0, Find(text, '\0'));
 }
 
 std::string_view TrimBlanks(std::string_view text) noexcept {
-    while (!text.empty() && IsBlank(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && IsBlank(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
-
-std::string_view WithoutQuotes(std::string_view value) noexcept {
-    const bool quoted =
-        value.size() >= 2 && value.front() == value.back() && (value.front() == '"' || value.front() == '\'');
-    return quoted ? value.substr(1, value.size() - 2) : value;
+    return WithoutBlanksBehind(WithoutBlanksBefore(text));
 }
 
 bool SameName(std::string_view a, std::string_view b) noexcept {
@@ -199,20 +206,20 @@ bool SameName(std::string_view a, std::string_view b) noexcept {
 }
 
 std::uint64_t HashName(std::string_view name) noexcept {
-    NameHash hash;
-    while (name.size() >= NameHash::groupSize && hash.PutAscii(name.data(), NameHash::groupSize))
-        name.remove_prefix(NameHash::groupSize);
-    if (name.size() < NameHash::groupSize && (name.empty() || hash.PutAscii(name.data(), name.size())))
-        return hash.Get();
-    while (!name.empty()) {
-        char32_t code = static_cast<unsigned char>(name.front());
-        if (code < 0x80)
-            name.remove_prefix(1);
-        else
-            code = WithoutCase(utf::TakeCharacter(name));
-        hash.Put(code);
+    std::uint64_t hash = 0;
+    std::uint64_t all = 0;
+    std::size_t left = name.size();
+    for (const char* at = name.data(); left >= groupSize; at += groupSize, left -= groupSize) {
+        const std::uint64_t group = GroupAt(at);
+        all |= group;
+        hash = Mix(hash, group);
     }
-    return hash.Get();
+    if (left > 0) {
+        const std::uint64_t group = LastGroup(name, left);
+        all |= group;
+        hash = Mix(hash, group);
+    }
+    return (all & 0x8080808080808080) == 0 ? hash : HashByCharacter(name);
 }
 
 std::uint64_t KeyedHashName(std::string_view name) noexcept {

@@ -60,7 +60,11 @@ inline bool IsBlank(char c) noexcept {
 std::string_view TrimBlanks(std::string_view text) noexcept;
 
 /// `value` without one pair of equal quotes around it, if there is one.
-std::string_view WithoutQuotes(std::string_view value) noexcept;
+inline std::string_view WithoutQuotes(std::string_view value) noexcept {
+    const bool quoted =
+        value.size() >= 2 && value.front() == value.back() && (value.front() == '"' || value.front() == '\'');
+    return quoted ? value.substr(1, value.size() - 2) : value;
+}
 
 /// Whether two names in UTF-8 are one name to a program, which sees them as UTF-16: letter case does not
 /// count, as in the platform's `_wcsicmp`, and ill-formed bytes are the U+FFFD that they read as.

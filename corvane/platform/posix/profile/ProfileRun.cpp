@@ -20,6 +20,33 @@ ProfileRun*& ProfileRun::OfThisThread() noexcept {
     return run;
 }
 
+// A name with ill-formed bytes is not asked for with the same bytes.
+inline bool ProfileRun::Is(std::string_view name, const char* text) noexcept {
+    const bool same = std::strncmp(name.data(), text, name.size()) == 0 && text[name.size()] == '\0';
+    return same || SameName(name, text);
+}
+
+inline const ProfileRun::Line* ProfileRun::FirstTag(const Line* line, const Line* end) noexcept {
+    while (line != end && line->name.size == 0)
+        ++line;
+    return line != end ? line : nullptr;
+}
+
+// A tag that has the name of one before it gives what that one holds. In another locale than the one that the
+// file was parsed in, there may be no such one.
+inline bool ProfileRun::StepToTag(const ProfileIndex& profile, const char* section,
+                                  const char* tag) noexcept {
+    if (!m_section || !Is(profile.Text(m_section->name), section))
+        return false;
+    const Line* const next = m_cut && m_line ? m_line : m_next;
+    if (!next || !Is(profile.Text(next->name), tag))
+        return false;
+    m_line = next;
+    m_next = FirstTag(next + 1, profile.End(*m_section));
+    m_answer = next->IsShadowed() ? profile.FindTag(*m_section, tag) : next;
+    return m_answer != nullptr;
+}
+
 const ProfileIndex* ProfileRun::Continue(const char* file, const char* section, const char* tag) {
     if (!m_profile || !file || !section || std::strcmp(m_file.c_str(), file) != 0)
         return nullptr;
@@ -32,13 +59,11 @@ void ProfileRun::Begin(const char* file, const Profile& profile) {
     m_profile = profile;
     m_section = nullptr;
     m_line = nullptr;
+    m_next = nullptr;
     m_answer = nullptr;
 }
 
-void ProfileRun::Answered(const ProfileIndex& profile, bool cut) {
-    m_cut = cut;
-    if (cut || (m_section && NextTag(profile)) || NextSection(profile, m_section))
-        return;
+void ProfileRun::LetGo() {
     ProfileCache::Instance().Forget(m_file.c_str(), m_profile);
     End();
 }
@@ -46,7 +71,7 @@ void ProfileRun::Answered(const ProfileIndex& profile, bool cut) {
 // A section with a colon is passed over: no key leads there.
 bool ProfileRun::StepToList(const ProfileIndex& profile, const char* section) noexcept {
     const bool again = m_cut && m_section && !m_line;
-    if (!again && m_section && NextTag(profile))
+    if (!again && m_next)
         return false;
     const Section* next = again ? m_section : NextSection(profile, m_section);
     while (next && !Is(profile.Text(next->name), section))
@@ -55,28 +80,9 @@ bool ProfileRun::StepToList(const ProfileIndex& profile, const char* section) no
         return false;
     m_section = next;
     m_line = nullptr;
+    m_next = FirstTag(profile.Begin(*next), profile.End(*next));
     m_answer = nullptr;
     return true;
-}
-
-// A tag that has the name of one before it gives what that one holds. In another locale than the one that the
-// file was parsed in, there may be no such one.
-bool ProfileRun::StepToTag(const ProfileIndex& profile, const char* section, const char* tag) noexcept {
-    if (!m_section || !Is(profile.Text(m_section->name), section))
-        return false;
-    const Line* const next = m_cut && m_line ? m_line : NextTag(profile);
-    if (!next || !Is(profile.Text(next->name), tag))
-        return false;
-    m_line = next;
-    m_answer = next->IsShadowed() ? profile.FindTag(*m_section, tag) : next;
-    return m_answer != nullptr;
-}
-
-const ProfileRun::Line* ProfileRun::NextTag(const ProfileIndex& profile) const noexcept {
-    const Line* line = m_line ? m_line + 1 : profile.Begin(*m_section);
-    while (line != profile.End(*m_section) && line->name.size == 0)
-        ++line;
-    return line != profile.End(*m_section) ? line : nullptr;
 }
 
 const ProfileRun::Section* ProfileRun::NextSection(const ProfileIndex& profile,
@@ -86,12 +92,6 @@ const ProfileRun::Section* ProfileRun::NextSection(const ProfileIndex& profile,
     while (section != sections.data() + sections.size() && (section->name.size == 0 || section->IsShadowed()))
         ++section;
     return section != sections.data() + sections.size() ? section : nullptr;
-}
-
-// A name with ill-formed bytes is not asked for with the same bytes.
-bool ProfileRun::Is(std::string_view name, const char* text) noexcept {
-    const bool same = std::strncmp(name.data(), text, name.size()) == 0 && text[name.size()] == '\0';
-    return same || SameName(name, text);
 }
 
 } // namespace corvane::posix

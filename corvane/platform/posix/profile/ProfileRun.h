@@ -39,20 +39,26 @@ public:
     const Line* CurrentLine() const noexcept { return m_answer; }
 
     /// Tells how the answer went. Behind the file's last tag, the run is over and the picture is let go.
-    void Answered(const ProfileIndex& profile, bool cut);
+    void Answered(const ProfileIndex& profile, bool cut) {
+        m_cut = cut;
+        if (!cut && !m_next && !NextSection(profile, m_section))
+            LetGo();
+    }
 
 private:
     bool StepToList(const ProfileIndex& profile, const char* section) noexcept;
     bool StepToTag(const ProfileIndex& profile, const char* section, const char* tag) noexcept;
-    const Line* NextTag(const ProfileIndex& profile) const noexcept;
+    static const Line* FirstTag(const Line* line, const Line* end) noexcept;
     static const Section* NextSection(const ProfileIndex& profile, const Section* place) noexcept;
     static bool Is(std::string_view name, const char* text) noexcept;
+    void LetGo();
 
     Profile m_profile;
     std::string m_file;
     const Section* m_section = nullptr;
     const Line* m_line = nullptr;   // in the section, null before its first tag
-    const Line* m_answer = nullptr; // the first of that name
+    const Line* m_next = nullptr;   // the tag behind it, null at the section's end
+    const Line* m_answer = nullptr; // the first of the line's name
     bool m_cut = false;
 };
 
