@@ -38,6 +38,7 @@ set(inner_headers # what the public ones stand on; nothing in them is for progra
   manager/SectionMap.h
   manager/TagMap.h
   platform/CriticalSection.h
+  platform/Prefetch.h
   platform/${port}/CriticalSection.h
 )
 foreach(header ${public_headers} ${inner_headers})
