@@ -2,6 +2,7 @@
 #pragma once
 
 #include <corvane/platform/posix/files/FileText.h>
+#include <corvane/platform/posix/files/LargeBlockAllocator.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -17,16 +18,21 @@ namespace corvane::posix {
 /// that it hands out lasts as long as the index. A UTF-16 text has no sections.
 class ProfileIndex {
 public:
+    static constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
+    static constexpr std::uint32_t shadowed = none - 1;
+
     /// A piece of the text.
     struct Span {
         std::uint32_t begin = 0;
         std::uint32_t size = 0;
     };
 
-    /// The next one in the same bucket. What has the name of one before it is in no bucket: nobody finds it
-    /// by name.
+    /// The sections, and the tags of a section, are a table of as many buckets. Each bucket is a chain of
+    /// which no two are equal: what has the name of one before it is in none, so that nobody finds it by
+    /// name.
     struct Link {
-        std::uint32_t next = 0;
+        std::uint32_t bucket = none; ///< the first one in the bucket that has this one's place
+        std::uint32_t next = none;   ///< behind this one in the same bucket
         bool IsShadowed() const noexcept { return next == shadowed; }
     };
 
@@ -66,27 +72,20 @@ public:
     std::size_t Footprint() const noexcept;
 
 private:
-    static constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
-    static constexpr std::uint32_t shadowed = none - 1;
-
     void Parse();
     void CloseSection();
-    void LinkSections();
-    template <typename Item>
-    void Link(std::vector<Item>& items, std::uint32_t at, std::uint32_t& bucket) noexcept;
+    template <typename Items>
+    void LinkAll(Items& items, std::size_t first) noexcept;
+    template <typename Items>
+    auto Find(const Items& items, std::size_t first, std::size_t end, std::string_view name) const noexcept
+        -> decltype(items.data());
     std::uint64_t HashOf(std::string_view name) const noexcept;
     Span SpanOf(std::string_view piece) const noexcept;
-    std::size_t SectionBucket(std::string_view name) const noexcept;
-    std::size_t TagBucket(const Section& section, std::string_view tag) const noexcept;
 
     FileText m_content;
     bool m_keyed = false; // the hash is KeyedHash: too many names had the same quick one
     std::vector<Section> m_sections;
-    std::vector<Line> m_lines;
-    // Each bucket is a chain of sections or tags, of which no two are equal: the first of its name is there.
-    // A section's tags have the buckets that stand where its lines do.
-    std::vector<std::uint32_t> m_sectionBuckets;
-    std::vector<std::uint32_t> m_tagBuckets;
+    std::vector<Line, LargeBlockAllocator<Line>> m_lines;
 };
 
 } // namespace corvane::posix
