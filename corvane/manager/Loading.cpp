@@ -85,7 +85,7 @@ int ConfigManager::Initialize(const wchar* name, int reloadPolicy) {
     std::vector<wstring> sections;
     if (!newSource->EnumerateSections(sections))
         return FailLoad(CORVANE_TEXT("failed to get sections from new config source"), __LINE__);
-    newCache.Reserve(sections.size());
+    newCache.Reserve(sections);
     std::vector<wstring> tags;
     TagMap tagMap;
     TagReader reader(*newSource);

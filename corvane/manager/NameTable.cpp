@@ -98,9 +98,11 @@ const PlainArray<std::uint32_t>& NameTable::Order() const {
     return m_order;
 }
 
-void NameTable::Reserve(std::size_t names) {
+void NameTable::Reserve(std::size_t names, std::size_t units) {
     if (SlotsFor(names) > m_slots.Size())
         MakeSlots(SlotsFor(names), m_keyed);
+    if (units > 0)
+        m_text.Reserve(names * headUnits + units);
 }
 
 void NameTable::Clear() noexcept {

@@ -57,8 +57,8 @@ public:
         }
     }
 
-    /// Makes room for that many names at once.
-    void Reserve(std::size_t names);
+    /// Makes room for that many names at once, and for that many units of names and texts.
+    void Reserve(std::size_t names, std::size_t units = 0);
 
     /// Removes all names, and keeps the room that they had.
     void Clear() noexcept;

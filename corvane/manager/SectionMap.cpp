@@ -1,7 +1,6 @@
 #include <corvane/manager/SectionMap.h>
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace corvane {
@@ -15,22 +14,31 @@ public:
         static_assert(sizeof m_units == sizeof bits);
         std::memcpy(m_units, &bits, sizeof bits);
     }
-    wstring_view Get() const noexcept { return {m_units, std::size(m_units)}; }
+    wstring_view Get() const noexcept { return {m_units, size}; }
+
+    static constexpr std::size_t size = 2;
 
 private:
-    wchar m_units[2];
+    wchar m_units[size];
 };
 
 } // namespace
 
-void SectionMap::Reserve(std::size_t sections) {
-    m_names.Reserve(sections);
+void SectionMap::Reserve(const std::vector<wstring>& names) {
+    std::size_t units = 0;
+    for (const wstring& name : names)
+        units += name.size() + NumberText::size;
+    Reserve(names.size(), units);
+}
+
+void SectionMap::Reserve(std::size_t sections, std::size_t units) {
+    m_names.Reserve(sections, units);
     m_tags.reserve(sections);
 }
 
 void SectionMap::Insert(wstring_view name, TagMap tags) {
     if (m_tags.size() == m_tags.capacity())
-        Reserve(std::max<std::size_t>(m_tags.size() * 2, 4));
+        Reserve(std::max<std::size_t>(m_tags.size() * 2, 4), 0);
     if (m_names.Add(name, NumberText(m_tags.size()).Get()))
         m_tags.push_back(std::move(tags));
 }

@@ -26,8 +26,8 @@ public:
     TagMap& Tags(std::uint32_t place) noexcept { return m_tags[NumberAt(place)]; }
     const TagMap& Tags(std::uint32_t place) const noexcept { return m_tags[NumberAt(place)]; }
 
-    /// Makes room for that many sections at once.
-    void Reserve(std::size_t sections);
+    /// Makes room for so many sections with these names at once.
+    void Reserve(const std::vector<wstring>& names);
 
     /// Adds a section; the first of two equal names stands.
     void Insert(wstring_view name, TagMap tags);
@@ -43,6 +43,7 @@ public:
     void Clear() noexcept;
 
 private:
+    void Reserve(std::size_t sections, std::size_t units);
     std::uint32_t NumberAt(std::uint32_t place) const noexcept {
         std::uint32_t number = 0;
         std::memcpy(&number, m_names.Text(place).data(), sizeof number);
