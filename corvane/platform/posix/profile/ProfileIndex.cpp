@@ -91,10 +91,8 @@ auto ProfileIndex::Find(const Items& items, std::size_t first, std::size_t end,
 }
 
 std::string_view ProfileIndex::Value(const Line& line) const noexcept {
-    if (line.valueSize == 0)
-        return {};
     const char* begin = Content().data() + line.name.begin;
-    if (line.name.size != 0) {
+    if (line.name.size != 0 && line.valueSize != 0) {
         begin += line.name.size;
         while (*begin != '=')
             ++begin;
