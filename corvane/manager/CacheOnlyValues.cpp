@@ -12,10 +12,13 @@ void ConfigManager::PreserveCacheOnlyValues(SectionMap& preserved, const Section
         return;
     }
     for (const std::uint32_t section : cache.Names().Order()) {
+        const TagMap& tags = cache.Tags(section);
         TagMap kept;
-        cache.Tags(section).ForEach([&kept](const TagMap::Tag& tag) {
-            if (tag.cacheOnly)
-                kept.Insert(tag);
+        tags.ForEach([&](const TagMap::Tag& tag) {
+            if (!tag.cacheOnly)
+                return;
+            kept.Reserve(tags.Size());
+            kept.Insert(tag);
         });
         if (!kept.Empty())
             preserved.Insert(cache.Name(section), std::move(kept));
@@ -31,7 +34,9 @@ void ConfigManager::RestoreCacheOnlyValues(const SectionMap& preserved, SectionM
             if (!tags.Empty())
                 cache.Insert(name, tags);
         } else if (loaded != SectionMap::none) {
-            tags.ForEach([&](const TagMap::Tag& tag) { cache.Tags(loaded).Insert(tag); });
+            TagMap& target = cache.Tags(loaded);
+            target.Reserve(target.Size() + tags.Size());
+            tags.ForEach([&target](const TagMap::Tag& tag) { target.Insert(tag); });
         }
     }
 }

@@ -33,7 +33,9 @@ public:
         return {m_names.Name(place), m_names.Text(place), m_names.IsMarked(place)};
     }
 
-    /// Calls `visit` with every tag, in no order that means anything. It may not change the map.
+    /// Calls `visit` with every tag, in no order that means anything. It may not change the map. Another map
+    /// that they go into has to have room for all of them: they come in the order of their hashes, and would
+    /// lie close together in a map that grows.
     template <class Visit>
     void ForEach(Visit visit) const {
         m_names.ForEach([&](std::uint32_t place) { visit(At(place)); });
