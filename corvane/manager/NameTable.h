@@ -6,7 +6,7 @@
 #include <corvane/platform/Prefetch.h>
 
 #include <cstdint>
-#include <utility>
+#include <cstring>
 
 namespace corvane {
 

@@ -81,11 +81,6 @@ public:
         std::fill(begin(), end(), value);
     }
 
-    void Erase(std::size_t index) noexcept {
-        std::memmove(m_values + index, m_values + index + 1, (m_size - index - 1) * sizeof(T));
-        --m_size;
-    }
-
     void Clear() noexcept { m_size = 0; }
 
     void Swap(PlainArray& other) noexcept {

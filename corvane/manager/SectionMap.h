@@ -51,7 +51,7 @@ private:
     }
 
     MemoryPool m_pool;
-    NameTable m_names; // the text of a name is the number of its tags
+    NameTable m_names; // the text of a name tells where its tags are in m_tags
     std::vector<TagMap> m_tags;
 };
 

@@ -20,7 +20,8 @@ constexpr std::size_t BlockSize(std::size_t bytes) noexcept {
     return bytes < largePage ? largePage : (bytes + page - 1) / page * page;
 }
 
-/// A block, of a size that BlockSize gave. Throws std::bad_alloc. Safe from any thread.
+/// A block, of a size that BlockSize gave or that is below a large page. Throws std::bad_alloc. Safe from any
+/// thread.
 void* TakeBlock(std::size_t size);
 
 /// Gives a block of that size back.
