@@ -6,12 +6,12 @@
 
 using corvane::Fail;
 using corvane::KeyParts;
-using corvane::Trace;
+using corvane::Log;
 using corvane::wstring;
 
 int ConfigManager::DeleteValue(const wstring& key) {
     static constexpr const char* function = "ConfigManager::DeleteValue";
-    Trace(CORVANE_TEXT("DeleteValue: key: '%s'"), key.c_str());
+    Log().logTrace(CORVANE_TEXT("DeleteValue: key: '%s'"), key.c_str());
     const ThreadLockGuard guard(m_lock);
     if (!m_source)
         return Fail(function, __LINE__, key.c_str());

@@ -7,7 +7,6 @@
 
 using corvane::Fail;
 using corvane::Log;
-using corvane::Progress;
 using corvane::wchar;
 using corvane::wstring;
 
@@ -67,11 +66,11 @@ int ConfigManager::Initialize(const wchar* name, int reloadPolicy) {
         return Fail(initialize, __LINE__, CORVANE_TEXT("empty or invalid config name"));
     const ThreadLockGuard guard(m_lock);
     if (m_source && reloadPolicy >= 0 && SameConfiguration(*m_source, name) && !m_source->WasModified()) {
-        Progress(CORVANE_TEXT("config source was not modified, reload not performed"));
+        Log().logProgress(CORVANE_TEXT("config source was not modified, reload not performed"));
         return 0;
     }
 
-    Progress(CORVANE_TEXT("loading config from '%s'"), name);
+    Log().logProgress(CORVANE_TEXT("loading config from '%s'"), name);
     const bool newName = !m_source || !SameConfiguration(*m_source, name);
     SectionMap newCache;
     std::shared_ptr<IConfigSource> newSource(CreateConfigSource(name));

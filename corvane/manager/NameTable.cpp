@@ -143,6 +143,8 @@ bool NameTable::IsFar(std::size_t slot, std::uint32_t hash) const noexcept {
 
 void NameTable::MakeSlots(std::size_t count, bool keyed) {
     PlainArray<Slot> slots;
+    if (m_size == 0) // in the room that there was
+        slots.Swap(m_slots);
     slots.Reserve(count);
     slots.Fill(count, {0, none});
     slots.Swap(m_slots);

@@ -5,13 +5,13 @@
 
 using corvane::Fail;
 using corvane::KeyParts;
-using corvane::Progress;
-using corvane::Trace;
+using corvane::Log;
 using corvane::wstring;
 
 int ConfigManager::_GetValue(const wstring& key, wstring& value) {
     static constexpr const char* function = "ConfigManager::_GetValue";
-    Trace(CORVANE_TEXT("GetValue: key: '%s'"), key.c_str());
+    Quillon::NativeLogging::ILogger& log = Log();
+    log.logTrace(CORVANE_TEXT("GetValue: key: '%s'"), key.c_str());
     const ThreadLockGuard guard(m_lock);
     if (!m_source)
         return Fail(function, __LINE__, key.c_str());
@@ -21,17 +21,17 @@ int ConfigManager::_GetValue(const wstring& key, wstring& value) {
 
     const std::uint32_t section = m_cache.Find(parts.section);
     if (section == SectionMap::none) {
-        Progress(CORVANE_TEXT("config cache section for key '%s' was not found"), key.c_str());
+        log.logProgress(CORVANE_TEXT("config cache section for key '%s' was not found"), key.c_str());
         return FAILURE_GENERAL;
     }
     const TagMap& tags = m_cache.Tags(section);
     const std::uint32_t tag = tags.Find(parts.tag);
     if (tag == TagMap::none) {
-        Progress(CORVANE_TEXT("config cache item for key '%s' was not found"), key.c_str());
+        log.logProgress(CORVANE_TEXT("config cache item for key '%s' was not found"), key.c_str());
         return FAILURE_GENERAL;
     }
     value = tags.At(tag).value;
-    Trace(CORVANE_TEXT("GetValue: key: '%s', value: '%s'"), key.c_str(), value.c_str());
+    log.logTrace(CORVANE_TEXT("GetValue: key: '%s', value: '%s'"), key.c_str(), value.c_str());
     return 0;
 }
 

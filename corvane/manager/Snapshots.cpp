@@ -4,7 +4,7 @@
 #include <corvane/sources/IConfigSource.h>
 
 using corvane::Fail;
-using corvane::Progress;
+using corvane::Log;
 using corvane::wstring;
 
 int ConfigManager::CreateSnapshot(wstring& snapshotName) {
@@ -21,12 +21,12 @@ int ConfigManager::RestoreSnapshot(const wstring& snapshotName) {
     const auto source = m_source;
     if (!source)
         return Fail(function, __LINE__);
-    Progress(CORVANE_TEXT("Restoring snapshot file '%s' to active config '%s'"), snapshotName.c_str(),
-             GetConfigName());
+    Log().logProgress(CORVANE_TEXT("Restoring snapshot file '%s' to active config '%s'"),
+                      snapshotName.c_str(), GetConfigName());
     if (const std::int32_t code = source->RestoreSnapshot(snapshotName))
         return failure_report(code, CORVANE_TEXT("failed to restore config snapshot"), configChannel,
                               function, __LINE__);
-    Progress(CORVANE_TEXT("Snapshot restored, updating configuration from '%s'"), GetConfigName());
+    Log().logProgress(CORVANE_TEXT("Snapshot restored, updating configuration from '%s'"), GetConfigName());
     constexpr int reload = -1;
     if (const int code = Update(GetConfigName(), reload))
         return failure_report(code, CORVANE_TEXT("failed to update active configuration"), configChannel,

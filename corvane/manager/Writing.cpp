@@ -5,7 +5,7 @@
 
 using corvane::Fail;
 using corvane::KeyParts;
-using corvane::Trace;
+using corvane::Log;
 using corvane::wstring;
 
 int ConfigManager::SetValue(const wstring& key, const wstring& value, bool cacheOnly) {
@@ -16,8 +16,8 @@ int ConfigManager::_SetValue(const wstring& key, const wstring& value, bool cach
     const auto refuse = [&](std::int32_t line) {
         return Fail("ConfigManager::_SetValue", line, key.c_str());
     };
-    Trace(CORVANE_TEXT("SetValue: key: '%s', value:'%s', cacheOnly = %s"), key.c_str(), value.c_str(),
-          cacheOnly ? CORVANE_TEXT("true") : CORVANE_TEXT("false"));
+    Log().logTrace(CORVANE_TEXT("SetValue: key: '%s', value:'%s', cacheOnly = %s"), key.c_str(),
+                   value.c_str(), cacheOnly ? CORVANE_TEXT("true") : CORVANE_TEXT("false"));
     const ThreadLockGuard guard(m_lock);
     if (!m_source)
         return refuse(__LINE__);

@@ -7,8 +7,8 @@
 
 namespace corvane::posix {
 
-/// An allocator whose memory, from the size of a large page on, comes in large pages. Below it much may be
-/// reserved that is never touched. Allocates as std::allocator does otherwise; all of them are equal.
+/// An allocator whose memory, from the size of a large page on, comes in large pages. For less a large page
+/// would be too much: a container may have reserved most of it for nothing. All of them are equal.
 template <typename T>
 class LargeBlockAllocator {
 public:
