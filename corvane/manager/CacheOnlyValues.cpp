@@ -2,8 +2,6 @@
 #include <corvane/manager/ConfigManager.h>
 #include <corvane/manager/ReservedSection.h>
 
-using corvane::TagMap;
-
 void ConfigManager::PreserveCacheOnlyValues(SectionMap& preserved, const SectionMap& cache,
                                             const bool& newName) {
     const std::uint32_t reserved = cache.Find(corvane::reservedSection);
