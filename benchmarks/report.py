@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Holds the figures of own.json and peers.json in a folder against their targets: report.py FOLDER [--docs].
+"""Shows the figures of own.json and peers.json in a folder beside other libraries': report.py FOLDER [--docs].
 
-Prints the table; with --docs also enters it in docs/performance.md and draws docs/performance.svg."""
+Prints the tables; with --docs also enters them in docs/performance.md and draws docs/performance.svg."""
 import json
 import math
 import pathlib
@@ -11,18 +11,18 @@ FASTEST = None  # of all peers
 UTF16 = ("SimpleIni-W", "SimpleIni-CaseW", "QSettings")
 DURABLE = ("GKeyFile", "QSettings")
 
-# Work, column of the comparison, unit, those it is held against, target (at most that share of theirs).
+# Work, column of the comparison, unit, libraries to compare with.
 WORKS = [
-    ("load of 1k tags", "load 1k", "ms", FASTEST, 0.9),
-    ("load of 10k tags", "load 10k", "ms", FASTEST, 0.9),
-    ("load of 100k tags", "load 100k", "ms", FASTEST, 0.9),
-    ("load of 500k tags", "load 500k", "ms", FASTEST, 0.9),
-    ("read of a tag among 10k", "get hit", "ns", FASTEST, 0.4),
-    ("read of a tag that isn't there", "get miss", "ns", FASTEST, 0.4),
-    ("listing of 10k tags", "enumerate", "ms", FASTEST, 0.5),
-    ("durable write of one of 1k tags", "save 1k", "ms", ("GKeyFile",), 1.0),
-    ("durable write of one of 100k tags", "save 100k", "ms", ("GKeyFile",), 0.3),
-    ("peak memory after a load of 100k tags", "RSS", "MiB", UTF16, 0.9),
+    ("load of 1k tags", "load 1k", "ms", FASTEST),
+    ("load of 10k tags", "load 10k", "ms", FASTEST),
+    ("load of 100k tags", "load 100k", "ms", FASTEST),
+    ("load of 500k tags", "load 500k", "ms", FASTEST),
+    ("read of a tag among 10k", "get hit", "ns", FASTEST),
+    ("read of a tag that isn't there", "get miss", "ns", FASTEST),
+    ("listing of 10k tags", "enumerate", "ms", FASTEST),
+    ("durable write of one of 1k tags", "save 1k", "ms", DURABLE),
+    ("durable write of one of 100k tags", "save 100k", "ms", DURABLE),
+    ("peak memory after a load of 100k tags", "RSS", "MiB", UTF16),
 ]
 
 
@@ -45,36 +45,40 @@ def shown(figure):
     return f"{figure:.0f}" if figure >= 100 else f"{figure:.3g}"
 
 
-def verdict(reached):
-    return "yes" if reached else "**no**"
+def markdown(*rows):
+    head, *body = rows
+    return "".join("| " + " | ".join(row) + " |\n" for row in (head, ("---",) * len(head), *body))
 
 
-def table(figures):
-    rows = [("work", "corvane", "held against", "ratio", "target", "reached"), ("---",) * 6]
-    for work, column, unit, chosen, target in WORKS:
+def beside_others(figures):
+    """A row for each work: corvane, the best of the other libraries, and corvane's share of its figure."""
+    rows = [("work", "corvane", "best other library", "ratio")]
+    for work, column, unit, chosen in WORKS:
         corvane, others = figures.median.get(("corvane", column)), figures.others(column, chosen)
         if corvane is None or not others:
             continue
         best = min(others, key=others.get)
-        ratio = corvane / others[best]
-        rows.append((work, f"{shown(corvane)} {unit}", f"{best}, {shown(others[best])} {unit}", f"{ratio:.2f}",
-                     f"at most {target}", verdict(ratio <= target)))
-    rate = figures.median["corvane", "2 threads"]
-    rows.append(("reads from 2 threads at once", f"{rate:.2f} of one", "one thread", f"{rate:.2f}", "at least 1.0",
-                 verdict(rate >= 1)))
+        rows.append((work, f"{shown(corvane)} {unit}", f"{best}, {shown(others[best])} {unit}",
+                     f"{corvane / others[best]:.2f}"))
+    return markdown(*rows)
+
+
+def beside_the_system(figures):
+    """What corvane adds to the bare operations of the system, and what a second thread brings."""
+    rows = [("work", "corvane", "the system alone", "difference")]
     for tags in (1000, 100000):
         write = figures.own[f"WriteThrough/{tags}/iterations:25/manual_time"]
-        rows.append((f"the same write of {tags // 1000}k tags", f"{shown(write['real_time'])} ms",
-                     f"its bare flush, {shown(write['flush_ms'])} ms", f"{write['own_share']:.2f} is own work",
-                     "at most 0.2", verdict(write["own_share"] <= 0.2)))
+        rows.append((f"durable write of one of {tags // 1000}k tags", f"{shown(write['real_time'])} ms",
+                     f"the flush of the same bytes, {shown(write['flush_ms'])} ms", f"{write['own_share']:.0%} of the time"))
     for values in (1, 20):
         read, bare = (figures.own[f"RegistryBenchmark/{name}/{values}"]["cpu_time"] / 1e3
                       for name in ("ReadNumber", "BareCalls"))
         of = "value" if values == 1 else "values"
         rows.append((f"number from a registry key of {values} {of}", f"{shown(read)} µs",
-                     f"its bare system calls, {shown(bare)} µs", f"{read - bare:+.1f} µs", "at most +10 µs",
-                     verdict(read - bare <= 10)))
-    return "".join("| " + " | ".join(row) + " |\n" for row in rows)
+                     f"its system calls, {shown(bare)} µs", f"{read - bare:+.1f} µs"))
+    rate = figures.median["corvane", "2 threads"]
+    rows.append(("reads from 2 threads at once", f"{rate:.2f} of one thread's rate", "", ""))
+    return markdown(*rows)
 
 
 # The picture: a row for each work, a disc for each library at its figure over corvane's.
@@ -93,14 +97,14 @@ WIDTH, LEFT, RIGHT, RADIUS = 960, 330, 30, 8.5
 STYLE = """
   .back { fill: #ffffff } text { fill: #1f2a33; font: 13px system-ui, "Segoe UI", Helvetica, Arial, sans-serif }
   .title { font-size: 17px; font-weight: 600 } .quiet { fill: #586773; font-size: 12px }
-  .figure { fill: #b4470b; font-weight: 600; text-anchor: end } .grid { stroke: #d9e0e5 } .behind { fill: #f3ece7 }
+  .figure { fill: #b4470b; font-weight: 600; text-anchor: end } .grid { stroke: #d9e0e5 } .shade { fill: #f3ece7 }
   .one { stroke: #d9570f; stroke-width: 2.5 } .ours { fill: #d9570f } .axis { text-anchor: middle }
   .utf8 { fill: #5b7a94 } .utf16 { fill: #1c8577 } .frail { fill-opacity: 0.12; stroke-width: 1.5; stroke-dasharray: 3 2 }
   .utf8.frail { stroke: #5b7a94 } .utf16.frail { stroke: #1c8577 }
   .letter { fill: #ffffff; font-size: 11px; font-weight: 700; text-anchor: middle } .letter.dark { fill: #1f2a33 }
   @media (prefers-color-scheme: dark) {
     .back { fill: #12181d } text { fill: #e4eaef } .quiet { fill: #9fb0bd } .figure { fill: #ff9a5c } .grid { stroke: #2b363f }
-    .behind { fill: #211c19 } .letter.dark { fill: #e4eaef }
+    .shade { fill: #211c19 } .letter.dark { fill: #e4eaef }
   }
 """
 
@@ -121,7 +125,7 @@ def discs(figures, column):
 
 def picture(figures):
     rows = [(work, unit, figures.median["corvane", column], discs(figures, column))
-            for work, column, unit, _, _ in WORKS if ("corvane", column) in figures.median]
+            for work, column, unit, _ in WORKS if ("corvane", column) in figures.median]
     ratios = [ratio for row in rows for _, ratio, _ in row[3]]
     low, high = math.log10(min(ratios + [0.9]) / 1.12), math.log10(max(ratios) * 1.12)
     at = lambda ratio: LEFT + (math.log10(ratio) - low) / (high - low) * (WIDTH - LEFT - RIGHT)
@@ -146,7 +150,7 @@ def picture(figures):
         body.append(f'<path class="ours" d="M{one:.1f} {middle - 8:.1f}l8 8-8 8-8-8z"/>')
         y += height
         body.append(f'<line class="grid" x1="16" x2="{WIDTH - RIGHT}" y1="{y:.1f}" y2="{y:.1f}"/>')
-    back = [f'<rect class="behind" x="{LEFT}" y="{top}" width="{at(1) - LEFT:.1f}" height="{y - top:.1f}"/>']
+    back = [f'<rect class="shade" x="{LEFT}" y="{top}" width="{at(1) - LEFT:.1f}" height="{y - top:.1f}"/>']
     for tick in (0.1, 0.2, 0.5, 1, 2, 5, 10, 20, 50, 100, 200, 500):
         if low <= math.log10(tick) <= high:
             kind = "one" if tick == 1 else "grid"
@@ -186,7 +190,7 @@ def enter(document, text):
 
 def main(folder, *options):
     figures = Figures(pathlib.Path(folder))
-    text = f"{table(figures)}\nMeasured on: {figures.machine}.\n"
+    text = f"{beside_others(figures)}\n{beside_the_system(figures)}\nMeasured on: {figures.machine}.\n"
     print(text)
     drawing = picture(figures)
     (pathlib.Path(folder) / "performance.svg").write_text(drawing)
