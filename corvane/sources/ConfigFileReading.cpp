@@ -161,6 +161,9 @@ bool ConfigFile::EnumerateSections(std::vector<wstring>& sections) {
 bool ConfigFile::EnumerateTags(const wstring& section, std::vector<wstring>& tags) {
     if (section.empty())
         return false;
+    // A key made of such a name splits inside it and reads from elsewhere: maybe the list of all sections.
+    if (corvane::FindUnit(section, ':') != section.size())
+        return true;
     wstring list;
     if (ReadValue(section + CORVANE_TEXT(":"), list) > 0)
         SplitNameList(list, tags);
