@@ -90,9 +90,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
             "nothing else changes in the cache");
     if (result != 0 && !isDeletion)
         return 0;
-    // As the names stand in the file: without the blanks around them, ended by a NUL.
-    const auto inFile = [](const wstring& name) {
-        return corvane::ToWide(Trimmed(corvane::ToUtf8(name.c_str())));
+    // As the names stand in the file: ended by a NUL, and when they are written without the blanks around
+    // them.
+    const auto inFile = [isDeletion](const wstring& name) {
+        const std::string text = corvane::ToUtf8(name.c_str());
+        return corvane::ToWide(isDeletion ? text : Trimmed(text));
     };
     const wstring fileSection = inFile(section);
     const wstring fileTag = inFile(tag);

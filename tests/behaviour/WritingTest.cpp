@@ -85,6 +85,8 @@ TEST_F(Writing, DeletesFromFileAndCache) {
         {"Mail:Nope", FAILURE_GENERAL, "Bare,Mail,Net", text},
         {"Bare:Nope", FAILURE_GENERAL, "Mail,Net", text},
         {"Nope:Port", FAILURE_GENERAL, "Bare,Mail,Net", text},
+        {"Mail: Port", FAILURE_GENERAL, "Bare,Mail,Net", text}, // names are removed as they are given
+        {"Mail :", FAILURE_GENERAL, "Bare,Mail,Net", text},
         {"nocolon", 0, "Bare,Mail,Net", text},
         {":Port", 0, "Bare,Mail,Net", text},
         {"_$CACHE$_:Port", 0, "Bare,Mail,Net", text},
@@ -99,6 +101,10 @@ TEST_F(Writing, DeletesFromFileAndCache) {
         EXPECT_EQ(differences::InLf(Bytes(file)), row.file);
         EXPECT_FALSE(manager.SourceWasModified());
     }
+    Start(text);
+    EXPECT_EQ(Set(" Mail:Token", "x", true) + Delete(" Mail:Token") + Set("Net :Token", "x", true), 0);
+    EXPECT_EQ(Delete("Net :"), 0);
+    EXPECT_EQ(List() + Bytes(file), "Bare,Mail,Net" + text) << "a section of the cache alone was meant";
     manager.Clear();
     EXPECT_EQ(Delete("Mail:Port"), FAILURE_GENERAL);
     EXPECT_EQ(log.Take(), Lines{"Error 32768 \"Mail:Port\" at func: ConfigManager::DeleteValue"});

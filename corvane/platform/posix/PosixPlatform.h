@@ -86,9 +86,10 @@ ulong GetPrivateProfileStringA(const char* section, const char* tag, const char*
 /// Reads the lines of one section, each followed by a NUL, and one more NUL behind the last.
 ulong GetPrivateProfileSectionA(const char* section, char* buffer, ulong size, const char* file);
 
-/// Writes one value, or with a null value removes the tag, or with a null tag and value the section. Non-zero
-/// when the file then stands as asked; 0 when refused, with the reason in GetLastError, and worth another
-/// try. Throws std::invalid_argument, with nothing written, for what the file could never give back.
+/// Writes one value, or with a null value removes the tag, or with a null tag and value the section. A write
+/// ignores blanks around the names, a removal finds no name with blanks around it. Non-zero when the file
+/// then stands as asked; 0 when refused, with the reason in GetLastError, and worth another try. Throws
+/// std::invalid_argument, with nothing written, for what the file could never give back.
 int WritePrivateProfileStringA(const char* section, const char* tag, const char* value, const char* file);
 int WritePrivateProfileStringW(const wchar* section, const wchar* tag, const wchar* value, const wchar* file);
 

@@ -31,6 +31,7 @@ ulong Write(std::string_view section, std::string_view tag, std::string_view val
     return Commit(update, SetTag(update.Content(), section, tag, value));
 }
 
+// Goes by the names as they are given: one with blanks around it is found in no file.
 ulong Remove(std::string_view section, const OptionalText& tag, const std::string& file) {
     if (section.empty() || (tag && tag->empty()))
         return ERROR_SUCCESS;
@@ -41,10 +42,6 @@ ulong Remove(std::string_view section, const OptionalText& tag, const std::strin
         return ERROR_SUCCESS;
     return Commit(update, tag ? RemoveTag(update.Content(), section, *tag)
                               : RemoveSection(update.Content(), section));
-}
-
-OptionalText Name(const char* text) noexcept {
-    return text ? OptionalText(TrimBlanks(text)) : std::nullopt;
 }
 
 } // namespace
@@ -59,9 +56,9 @@ int platform::WritePrivateProfileStringA(const char* section, const char* tag, c
     else if (!file)
         error = ERROR_INVALID_PARAMETER;
     else if (value)
-        error = Write(*Name(section), *Name(tag), value, file);
+        error = Write(TrimBlanks(section), TrimBlanks(tag), value, file);
     else
-        error = Remove(*Name(section), Name(tag), file);
+        error = Remove(section, tag ? OptionalText(tag) : std::nullopt, file);
     if (error != ERROR_SUCCESS)
         SetLastError(error);
     return error == ERROR_SUCCESS;
