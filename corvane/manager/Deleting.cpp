@@ -2,6 +2,7 @@
 #include <corvane/manager/ConfigManager.h>
 #include <corvane/manager/Log.h>
 #include <corvane/manager/ReservedSection.h>
+#include <corvane/manager/StillLoaded.h>
 #include <corvane/sources/KeyParts.h>
 
 using corvane::Fail;
@@ -22,10 +23,11 @@ int ConfigManager::DeleteValue(const wstring& key) {
         return 0;
     if (!m_cache.Contains(parts.section))
         return Fail(function, __LINE__);
-    // A log line of the source may lead to a load by the program: the source stays until it is done, and the
-    // section is looked up behind it.
-    if (const auto source = m_source; !source->DeleteValue(key))
+    const auto source = m_source; // stays, even if one of its log lines leads to a load by the program
+    if (!source->DeleteValue(key))
         return 0;
+    if (!corvane::StillLoaded(m_source.get(), *source))
+        return 0; // the cache is another configuration's by now
 
     const std::uint32_t section = m_cache.Find(parts.section);
     if (section == SectionMap::none)

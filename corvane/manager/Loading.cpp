@@ -54,6 +54,9 @@ private:
 } // namespace
 
 int ConfigManager::Update(const wchar* name, int reloadPolicy) {
+    // The text may belong to the present source, which ends if a log line leads to a load by the program.
+    const wstring kept(name ? name : CORVANE_TEXT(""));
+    name = name ? kept.c_str() : nullptr;
     if (Initialize(name, reloadPolicy) == 0)
         return 0;
     return failure_reportFormatted(FAILURE_GENERAL,
@@ -101,7 +104,7 @@ int ConfigManager::Initialize(const wchar* name, int reloadPolicy) {
     }
     RestoreCacheOnlyValues(preserved, newCache);
 
-    // Nothing from here on can fail. `name` may belong to the source that goes now.
+    // Nothing from here on can fail.
     m_source = std::move(newSource);
     m_cache.Swap(newCache);
     return 0;

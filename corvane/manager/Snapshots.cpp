@@ -1,7 +1,7 @@
 // Snapshots: the source copies the store; the manager adds the lock and the load behind a restore.
 #include <corvane/manager/ConfigManager.h>
 #include <corvane/manager/Log.h>
-#include <corvane/sources/IConfigSource.h>
+#include <corvane/manager/StillLoaded.h>
 
 using corvane::Fail;
 using corvane::Log;
@@ -18,17 +18,20 @@ int ConfigManager::CreateSnapshot(wstring& snapshotName) {
 int ConfigManager::RestoreSnapshot(const wstring& snapshotName) {
     static constexpr const char* function = "ConfigManager::RestoreSnapshot";
     const ThreadLockGuard guard(m_lock);
-    const auto source = m_source;
+    const auto source = m_source; // stays, even if a log line leads to a load by the program
     if (!source)
         return Fail(function, __LINE__);
+    const corvane::wchar* const name = source->GetConfigName();
     Log().logProgress(CORVANE_TEXT("Restoring snapshot file '%s' to active config '%s'"),
-                      snapshotName.c_str(), GetConfigName());
+                      snapshotName.c_str(), name);
     if (const std::int32_t code = source->RestoreSnapshot(snapshotName))
         return failure_report(code, CORVANE_TEXT("failed to restore config snapshot"), configChannel,
                               function, __LINE__);
-    Log().logProgress(CORVANE_TEXT("Snapshot restored, updating configuration from '%s'"), GetConfigName());
+    Log().logProgress(CORVANE_TEXT("Snapshot restored, updating configuration from '%s'"), name);
+    if (!corvane::StillLoaded(m_source.get(), *source))
+        return 0; // what the program has loaded meanwhile stands
     constexpr int reload = -1;
-    if (const int code = Update(GetConfigName(), reload))
+    if (const int code = Update(name, reload))
         return failure_report(code, CORVANE_TEXT("failed to update active configuration"), configChannel,
                               function, __LINE__);
     return 0;

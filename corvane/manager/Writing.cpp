@@ -1,6 +1,7 @@
 // Writing by key: all refusals first, the source next, the cache last.
 #include <corvane/manager/ConfigManager.h>
 #include <corvane/manager/Log.h>
+#include <corvane/manager/StillLoaded.h>
 #include <corvane/sources/KeyParts.h>
 
 using corvane::Fail;
@@ -38,6 +39,8 @@ int ConfigManager::_SetValue(const wstring& key, const wstring& value, bool cach
         const std::int32_t written = source->WriteValue(storedKey, value);
         if (written == 0 || written == FAILURE_GENERAL)
             return refuse(__LINE__);
+        if (!corvane::StillLoaded(m_source.get(), *source))
+            return 0; // the cache is another configuration's by now
     } else {
         m_cacheOnlySections.insert(parts.section);
     }

@@ -69,4 +69,38 @@ TEST_F(Retries, AreCountedAndLogged) {
     }
 }
 
+// A sink may load a configuration while a write waits for its next attempt.
+TEST_F(Retries, ChangeTheCacheOfTheirOwnFileAlone) {
+    const fs::path other = folder.Path() / "other.cfg";
+    const struct {
+        std::function<void()> sink;
+        std::string written, deleted; // what the cache then has
+    } rows[] = {
+        {[] {}, "Mail,26", "Net,<none>"},
+        {[&] { Load(-1); }, "Mail,26", "Net,<none>"},
+        {[&] { manager.Update(WidePath(other).c_str(), 0); }, "Mail,5", "Mail,5"},
+        {[&] { manager.Clear(); }, ",<none>", ",<none>"},
+    };
+    for (const auto& row : rows) {
+        for (const bool deletion : {false, true}) {
+            WriteFile(other, "[Mail]\nPort=5\n");
+            Start(deletion ? "[Mail]\nPort=25\n[Net]\na=1\n" : "[Mail]\nPort=25\n");
+            const int holder = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
+            ASSERT_EQ(::flock(holder, LOCK_EX), 0);
+            LoggerRegistry::setSink([&](const LogLine&) {
+                row.sink();
+                ::flock(holder, LOCK_UN);
+            });
+            faults::Begin({});
+            EXPECT_EQ(deletion ? Delete("Mail:Port") : Set("Mail:Port", "26"), 0);
+            EXPECT_EQ(faults::End().secondsSlept, 1);
+            LoggerRegistry::setSink([](const auto&) {});
+            ::close(holder);
+            EXPECT_EQ(List() + "," + Get("Mail:Port"), deletion ? row.deleted : row.written);
+            EXPECT_EQ(Bytes(file), deletion ? "[Mail]\n[Net]\na=1\n" : "[Mail]\nPort=26\n");
+            EXPECT_EQ(Bytes(other), "[Mail]\nPort=5\n");
+        }
+    }
+}
+
 } // namespace
