@@ -1,9 +1,6 @@
 #include <corvane/platform/posix/CriticalSection.h>
 
-#include <linux/futex.h>
 #include <sched.h>
-#include <sys/syscall.h>
-#include <unistd.h>
 
 namespace corvane {
 
@@ -11,36 +8,17 @@ using platform::CRITICAL_SECTION;
 
 namespace {
 
-enum State : std::uint32_t {
-    Free,
-    Held,
-    Awaited, // held, and a thread may sleep that waits for it
-};
-
-bool TakeIfFree(CRITICAL_SECTION& section) noexcept {
-    std::uint32_t expected = Free;
-    return section.state.load(std::memory_order_relaxed) == Free &&
-           section.state.compare_exchange_strong(expected, Held, std::memory_order_acquire,
-                                                 std::memory_order_relaxed);
-}
-
-void Futex(CRITICAL_SECTION& section, int operation, std::uint32_t value) noexcept {
-    static_assert(sizeof section.state == sizeof(std::uint32_t));
-    ::syscall(SYS_futex, &section.state, operation | FUTEX_PRIVATE_FLAG, value, nullptr, nullptr, 0);
-}
-
-// Looks rarely, with some calls of the system in between: at each look the thread that has the lock loses it
-// from its processor's cache.
-void Wait(CRITICAL_SECTION& section) noexcept {
-    constexpr int looks = 16;
+// Tries rarely, with some calls of the system in between: each try takes the lock away from the cache of the
+// processor whose thread holds it.
+void Lock(std::mutex& mutex) noexcept {
+    constexpr int tries = 16;
     constexpr int pauses = 16;
-    for (int i = 0; i < looks * pauses; ++i) {
-        ::sched_yield();
-        if (i % pauses == 0 && TakeIfFree(section))
+    for (int i = 0; i < tries * pauses; ++i) {
+        if (i % pauses == 0 && mutex.try_lock())
             return;
+        ::sched_yield();
     }
-    while (section.state.exchange(Awaited, std::memory_order_acquire) != Free)
-        Futex(section, FUTEX_WAIT, Awaited);
+    mutex.lock();
 }
 
 } // namespace
@@ -48,8 +26,7 @@ void Wait(CRITICAL_SECTION& section) noexcept {
 void platform::EnterCriticalSection(CRITICAL_SECTION* section) noexcept {
     const pthread_t self = ::pthread_self();
     if (section->owner.load(std::memory_order_relaxed) != self) {
-        if (!TakeIfFree(*section))
-            Wait(*section);
+        Lock(section->mutex);
         section->owner.store(self, std::memory_order_relaxed);
     }
     ++section->depth;
@@ -59,8 +36,7 @@ void platform::LeaveCriticalSection(CRITICAL_SECTION* section) noexcept {
     if (--section->depth > 0)
         return;
     section->owner.store(pthread_t{}, std::memory_order_relaxed);
-    if (section->state.exchange(Free, std::memory_order_release) == Awaited)
-        Futex(*section, FUTEX_WAKE, 1);
+    section->mutex.unlock();
 }
 
 } // namespace corvane

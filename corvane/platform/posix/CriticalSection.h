@@ -3,22 +3,24 @@
 #pragma once
 
 #include <atomic>
-#include <cstdint>
+#include <mutex>
 #include <pthread.h>
+#include <type_traits>
 
 /// Where the lock needs no code to come up, its owner's constructor is constexpr.
 #define CORVANE_LOCK_CONSTEXPR constexpr
 
 namespace corvane::platform {
 
-/// A thread that finds it held looks again for some tens of microseconds, which is longer than most locks are
-/// held, and then sleeps. It is not fair: the thread that gave it back may take it again before one that
+/// A thread that finds it held tries again for some tens of microseconds, which is longer than most locks are
+/// held, and then sleeps. It is not fair: the thread that released it may take it again before one that
 /// waits, which saves both the way between two processors.
 struct CRITICAL_SECTION {
-    std::atomic<std::uint32_t> state{0}; // CriticalSection.cpp says what it tells
+    std::mutex mutex;
     std::atomic<pthread_t> owner{};
-    std::uint32_t depth = 0; // the owner's alone
+    unsigned depth = 0; // the owner's alone
 };
+static_assert(std::is_trivially_destructible_v<CRITICAL_SECTION>);
 
 constexpr void InitializeCriticalSection(CRITICAL_SECTION*) noexcept {}
 constexpr void DeleteCriticalSection(CRITICAL_SECTION*) noexcept {}
