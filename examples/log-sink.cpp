@@ -24,7 +24,7 @@ int main(int count, char** arguments) {
     const bool loaded = corvane::Load(config, arguments[1]);
     const bool found = corvane::Exists(config, "Server:Port"); // this one never logs
     corvane::Get<int>(config, "Server:NotThere");
-    corvane::Set(config, "NoColonHere", 1);
+    const bool set = corvane::Set(config, "NoColonHere", 1);
     LoggerRegistry::setSink({}); // before the mutex goes
-    return loaded && found ? 0 : 1;
+    return loaded && found && !set ? 0 : 1;
 }

@@ -10,8 +10,8 @@ namespace {
 // What another program does meanwhile, a little later than the load.
 void ChangeElsewhere(const std::string& file) {
     ConfigManager other;
-    if (corvane::Load(other, file))
-        corvane::Set(other, "Server:Backlog", 256);
+    if (!corvane::Load(other, file) || !corvane::Set(other, "Server:Backlog", 256))
+        std::cout << "the change was refused\n";
 }
 
 } // namespace

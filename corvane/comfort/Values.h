@@ -40,22 +40,36 @@ inline std::string Get(ConfigManager& config, std::string_view key, const char* 
     return Get<std::string>(config, key, fallback);
 }
 
-/// Writes `value` through to the file. False if that was refused, or if the value is one that Get would not
-/// give back, such as NaN; nothing has changed then.
-template <class T>
-bool Set(ConfigManager& config, std::string_view key, const T& value) {
-    const std::string text = ValueText<T>::ToText(value);
-    return ValueText<T>::FromText(text) && config.SetValue(ToWide(key), ToWide(text)) == 0;
+/// Why Set refuses this key and text, as one sentence in UTF-8; empty if it does not. A section that a
+/// manager keeps in the cache alone is not known here.
+CORVANE_API std::string Refusal(std::string_view key, std::string_view text);
+
+namespace detail {
+CORVANE_API bool RefuseToSet(std::string_view key, const char* refusal);
 }
-/// The same for a literal.
-inline bool Set(ConfigManager& config, std::string_view key, const char* value) {
-    return config.SetValue(ToWide(key), ToWide(value)) == 0;
+
+/// Writes `text` through to the file, in quotes if blanks at its ends or quotes around it would be lost
+/// without them; this manager and every later load read it back as it is. An empty text is written too, and
+/// is no value to a later load. False, with nothing written, if the file was not free or could not give the
+/// text back by that key; the log says why.
+[[nodiscard]] CORVANE_API bool Set(ConfigManager& config, std::string_view key, std::string_view text);
+
+/// The same for a literal. A null text is refused.
+[[nodiscard]] inline bool Set(ConfigManager& config, std::string_view key, const char* text) {
+    return text ? Set(config, key, std::string_view(text)) : detail::RefuseToSet(key, "the value is null");
+}
+
+/// The same for a value of any type that has a ValueText. One that Get would not give back, such as NaN, is
+/// refused too.
+template <class T, class = std::enable_if_t<!std::is_convertible_v<const T&, const char*>>>
+[[nodiscard]] bool Set(ConfigManager& config, std::string_view key, const T& value) {
+    const std::string text = ValueText<T>::ToText(value);
+    if (!ValueText<T>::FromText(text))
+        return detail::RefuseToSet(key, "the value would not be read back");
+    return Set(config, key, std::string_view(text));
 }
 
 /// Deletes a tag, or with an empty tag the section. True when it is gone and was there before.
-inline bool Delete(ConfigManager& config, std::string_view key) {
-    const wstring wide = ToWide(key);
-    return config.Exists(wide) && config.DeleteValue(wide) == 0 && !config.Exists(wide);
-}
+[[nodiscard]] CORVANE_API bool Delete(ConfigManager& config, std::string_view key);
 
 } // namespace corvane

@@ -15,6 +15,10 @@
 
 class IConfigSource;
 
+namespace corvane {
+class ComfortAccess;
+}
+
 /// Loads a configuration, in practice a settings file, into a cache and answers for it by keys of the form
 /// `Section:Tag`: the first colon splits, letter case does not count, blanks belong to the names.
 ///
@@ -116,9 +120,13 @@ public:
     int RestoreSnapshot(const corvane::wstring& snapshotName);
 
 private:
+    friend class corvane::ComfortAccess;
+
     int Initialize(const corvane::wchar* name, int reloadPolicy);
     int _GetValue(const corvane::wstring& key, corvane::wstring& value);
     int _SetValue(const corvane::wstring& key, const corvane::wstring& value, bool cacheOnly);
+    int _SetValue(const corvane::wstring& key, const corvane::wstring& value,
+                  const corvane::wstring& sourceText, bool cacheOnly);
     bool ValidateCacheOnlyKey(const corvane::wstring& key, bool cacheOnly);
     void PreserveCacheOnlyValues(SectionMap& preserved, const SectionMap& cache, const bool& newName);
     void RestoreCacheOnlyValues(const SectionMap& preserved, SectionMap& cache);

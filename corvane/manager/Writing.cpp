@@ -14,6 +14,12 @@ int ConfigManager::SetValue(const wstring& key, const wstring& value, bool cache
 }
 
 int ConfigManager::_SetValue(const wstring& key, const wstring& value, bool cacheOnly) {
+    return _SetValue(key, value, value, cacheOnly);
+}
+
+// The cache gets `value`, the source a text that it gives back as that value.
+int ConfigManager::_SetValue(const wstring& key, const wstring& value, const wstring& sourceText,
+                             bool cacheOnly) {
     const auto refuse = [&](std::int32_t line) {
         return Fail("ConfigManager::_SetValue", line, key.c_str());
     };
@@ -36,7 +42,7 @@ int ConfigManager::_SetValue(const wstring& key, const wstring& value, bool cach
     const bool writeThrough = !cacheOnly && m_cacheOnlySections.count(parts.section) == 0;
     if (writeThrough) {
         const auto source = m_source; // stays, even if one of its log lines leads to a load by the program
-        const std::int32_t written = source->WriteValue(storedKey, value);
+        const std::int32_t written = source->WriteValue(storedKey, sourceText);
         if (written == 0 || written == FAILURE_GENERAL)
             return refuse(__LINE__);
         if (!corvane::StillLoaded(m_source.get(), *source))

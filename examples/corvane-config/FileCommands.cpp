@@ -45,20 +45,6 @@ std::string Line(const std::string& section, const corvane::TagValue& value) {
     return section + ":" + value.tag + "=" + value.value;
 }
 
-// With quotes where the file would not give it back without: it takes blanks and one pair of quotes off.
-std::string Quoted(const std::string& value) {
-    static constexpr const char* blanks = " \t";
-    static constexpr const char* quotes = "\"'";
-    const auto isOneOf = [](char c, const char* some) {
-        return std::string(some).find(c) != std::string::npos;
-    };
-    const bool losesBlanks =
-        !value.empty() && (isOneOf(value.front(), blanks) || isOneOf(value.back(), blanks));
-    const bool losesQuotes =
-        value.size() > 1 && value.front() == value.back() && isOneOf(value.front(), quotes);
-    return losesBlanks || losesQuotes ? '"' + value + '"' : value;
-}
-
 } // namespace
 
 void LoadFile(const std::string& path) {
@@ -97,16 +83,9 @@ ExitCode AskForKey(const Arguments& arguments) {
 
 ExitCode SetValue(const Arguments& arguments) {
     const std::string& key = arguments[0];
-    const std::size_t colon = key.find(':');
-    const std::string tag = colon == std::string::npos ? "" : key.substr(colon + 1);
-    if (colon == 0 || tag.empty())
-        throw Failure(Usage, "'" + key + "' is no key to write; give SECTION:TAG");
-    if (tag.find('=') != std::string::npos || tag[0] == ';' || tag[0] == '[')
-        throw Failure(Usage,
-                      "'" + tag + "' is no tag; give one without '=' that begins with neither ';' nor '['");
-    if ((key + arguments[1]).find_first_of("\r\n") != std::string::npos)
-        throw Failure(Usage, "a line break cannot be written; give a key and a value of one line each");
-    if (!corvane::Set(Config(), key, Quoted(arguments[1])))
+    if (const std::string refusal = corvane::Refusal(key, arguments[1]); !refusal.empty())
+        throw Failure(Usage, "'" + key + "' cannot be written: " + refusal);
+    if (!corvane::Set(Config(), key, arguments[1]))
         throw NotDone("'" + key + "' was not written");
     return Done;
 }

@@ -2,7 +2,9 @@
 
 #include <corvane/comfort.h>
 
+#include <algorithm>
 #include <limits>
+#include <random>
 #include <sstream>
 
 namespace {
@@ -69,6 +71,74 @@ TEST_F(Comfort, WritesWhatItReads) {
     EXPECT_EQ(Bytes(file), "[S]\nt=before\n");
 }
 
+TEST_F(Comfort, WritesAnyTextOrNothing) {
+    static const std::string pieces[] = {
+        "a", "Z",  "ü",  "東",   "\U0001F600", "#",       "%s",           "\x01",
+        " ", "\t", "\v", "\x1A", "'",          "\"",      "\"",           "=",
+        ";", "[",  "]",  ":",    "\r\n",       {"\0", 1}, "\xED\xA0\x80", std::string(20'000, 'x')};
+    std::mt19937 random(11); // NOLINT(cert-msc51-cpp): the same each time
+    const auto some = [&](std::size_t most, std::size_t kinds) {
+        std::string text;
+        for (std::size_t count = random() % (most + 1); count > 0; --count)
+            text += pieces[random() % kinds];
+        return text;
+    };
+    int written = 0;
+    for (int i = 0; i < 400; ++i) {
+        if (i % 20 == 0)
+            Start("[S]\n");
+        const std::size_t kinds = i % 2 == 0 ? 20 : std::size(pieces);
+        const std::string key =
+            (i % 3 == 0 ? "S" : some(4, kinds)) + ':' + (i % 5 == 0 ? "t" : some(4, kinds));
+        const std::string text = some(5, kinds);
+        SCOPED_TRACE(key.substr(0, 100) + " -> " + text.substr(0, 100));
+        const std::string before = Bytes(file);
+        log.Take();
+        const bool done = corvane::Set(manager, key, text);
+        ASSERT_EQ(log.Take().size(), done ? 0 : 1);
+        if (!done) {
+            ASSERT_EQ(Bytes(file), before);
+            continue;
+        }
+        ++written;
+        ASSERT_EQ(corvane::Get<std::string>(manager, key), text);
+        ConfigManager other;
+        ASSERT_TRUE(corvane::Load(other, file.u8string()));
+        ASSERT_EQ(corvane::Get(other, key, ""), text); // an empty one is no value
+    }
+    EXPECT_TRUE(written > 80 && written < 320) << written;
+}
+
+TEST_F(Comfort, SaysWhatItRefuses) {
+    Start("[S]\nt=1\n");
+    Set("Token:a", "1", true);
+    const struct {
+        const char* key;
+        const char* text;
+        const char* why;
+    } rows[] = {
+        {"S", "x", "a key is a section, a colon and a tag"},
+        {"S:", "x", "a key is a section, a colon and a tag"},
+        {"S:t\xFF", "x", "the key is not valid UTF-8"},
+        {"S\n:t", "x", "a key cannot contain a line break"},
+        {"S:t ", "x", "a section or tag cannot begin or end with a blank"},
+        {"S:a=b", "x", "a tag cannot contain '=' or begin with ';' or '['"},
+        {"S:t", "\xFF", "the value is not valid UTF-8"},
+        {"S:t", "two\nlines", "a value cannot contain a line break or a NUL character"},
+        {"S:t", nullptr, "the value is null"},
+        {"_$CACHE$_:t", "x", "the section _$CACHE$_ is kept in the cache alone"},
+        {"Token:b", "x", "this section is kept in the cache alone"},
+    };
+    for (const auto& [key, text, why] : rows) {
+        EXPECT_FALSE(corvane::Set(manager, key, text));
+        std::string shown = corvane::ToUtf8(corvane::ToWide(key));
+        std::replace(shown.begin(), shown.end(), '\n', ' ');
+        EXPECT_EQ(log.Take(),
+                  Lines{"Error 32768 \"" + (why + (": '" + shown)) + "'\" at func: corvane::Set"});
+    }
+    EXPECT_EQ(Bytes(file) + List("Token:"), "[S]\nt=1\na");
+}
+
 TEST_F(Comfort, FallsBack) {
     EXPECT_FALSE(corvane::Load(manager, (folder.Path() / "none.cfg").u8string()));
     Start("[S]\nword=x\nnumber=5\n");
@@ -83,12 +153,14 @@ TEST_F(Comfort, FallsBack) {
 TEST_F(Comfort, ListsACopy) {
     Start("[B]\nä=1\nb=2\n[A]\n");
     std::string listed;
+    int deleted = 0;
     for (const std::string& section : corvane::Sections(manager))
         for (const auto& [tag, value] : corvane::Tags(manager, section)) {
             listed.append(section).append(":" + tag).append("=" + value).append(" ");
-            corvane::Delete(manager, section + ":");
+            deleted += corvane::Delete(manager, section + ":") ? 1 : 0;
         }
     EXPECT_EQ(listed, "B:b=2 B:ä=1 ");
+    EXPECT_EQ(deleted, 1);
     EXPECT_EQ(List(), "A");
 }
 

@@ -86,6 +86,9 @@ ulong GetPrivateProfileStringA(const char* section, const char* tag, const char*
 /// Reads the lines of one section, each followed by a NUL, and one more NUL behind the last.
 ulong GetPrivateProfileSectionA(const char* section, char* buffer, ulong size, const char* file);
 
+/// The longest section, tag or value that can be written, in bytes: as long as the largest file that is read.
+inline constexpr std::size_t longestProfileText = std::size_t{1} << 30;
+
 /// Writes one value, or with a null value removes the tag, or with a null tag and value the section. A write
 /// ignores blanks around the names, a removal finds no name with blanks around it. Non-zero when the file
 /// then stands as asked; 0 when refused, with the reason in GetLastError, and worth another try. Throws

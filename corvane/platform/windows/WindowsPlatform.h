@@ -74,6 +74,11 @@ wchar LowerInvariant(wchar unit) noexcept;
 /// The library's own formatter, so that a log line reads the same on every platform.
 int _vsnwprintf(wchar* buffer, std::size_t count, const wchar* format, std::va_list arguments) noexcept;
 
+/// The longest section, tag or value that can be written, in bytes. The narrow operations hand their texts on
+/// as counted wide ones, of which the count of bytes has 16 bits, the terminator included. Beyond that limit
+/// a value is cut or its tag removed, and success is reported.
+inline constexpr std::size_t longestProfileText = 32'766;
+
 /// The real operation behind a quick refusal: throws std::invalid_argument, with nothing written, for what
 /// the file could never give back, the length of a text included.
 int WritePrivateProfileStringA(const char* section, const char* tag, const char* value, const char* file);

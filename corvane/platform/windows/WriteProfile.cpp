@@ -7,12 +7,8 @@
 namespace corvane {
 namespace {
 
-// The narrow operations hand their texts on as counted wide ones, of which the count of bytes has 16 bits,
-// the terminator included. Behind that limit a value is cut or its tag removed, with a success told.
-constexpr std::size_t longestText = 32'766;
-
 void RefuseTooLong(const char* text) {
-    if (std::strlen(text) > longestText)
+    if (std::strlen(text) > platform::longestProfileText)
         throw std::invalid_argument("a profile section, tag or value has at most 32,766 bytes");
 }
 
