@@ -1,8 +1,8 @@
 #include <corvane/foundations/ApplicationConfigManager.h>
 #include <corvane/platform/Platform.h>
 
-// The two static locks of the library come up in this order, before any exported function can run, and go in
-// reverse.
+// The two static locks of the library are constructed in this order, before any exported function can run,
+// and destroyed in reverse.
 template <>
 ThreadLock Singleton<ApplicationConfigManager>::s_lock{};
 ThreadLock ConfigManager::m_lock;

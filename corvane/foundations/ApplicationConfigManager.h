@@ -1,4 +1,4 @@
-// The configuration manager that all code of a program reaches without passing an object around.
+// The configuration manager of the process, reached without passing an object around.
 #pragma once
 
 #include <corvane/foundations/Singleton.h>
@@ -17,12 +17,12 @@ template <>
 CORVANE_API void Singleton<ApplicationConfigManager>::Delete();
 /// @endcond
 
-/// A ConfigManager whose one object comes from `ApplicationConfigManager::Instance()` and goes with
+/// The process-wide ConfigManager: created by `ApplicationConfigManager::Instance()`, destroyed by
 /// `Delete()`.
 class CORVANE_API ApplicationConfigManager : public Singleton<ApplicationConfigManager>,
                                              public ConfigManager {
 public:
-    /// A copy is a manager like any other; Instance goes on giving the original.
+    /// A copy is an ordinary manager; Instance still returns the original.
     ApplicationConfigManager(const ApplicationConfigManager&);
     /// Copies the configuration as ConfigManager does.
     ApplicationConfigManager& operator=(const ApplicationConfigManager&);

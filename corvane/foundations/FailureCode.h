@@ -2,6 +2,5 @@
 
 #include <cstdint>
 
-/// The result of every failure of the library's own making. 0 is success; RestoreSnapshot can also give an
-/// `errno`.
+/// The general failure result. 0 is success; RestoreSnapshot can also return an `errno` value.
 inline constexpr std::int32_t FAILURE_GENERAL = 32768;

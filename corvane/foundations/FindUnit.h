@@ -8,7 +8,7 @@
 
 namespace corvane {
 
-// For a block that holds the unit. Without a branch, which would be guessed wrong as often as not.
+// For a block that contains the unit. Branch-free: the branch would be mispredicted half the time.
 inline std::size_t WayToUnit(const wchar* block, wchar unit) noexcept {
     const std::size_t behindFirst = block[0] != unit ? 1 : 0;
     const std::size_t behindSecond = block[1] != unit ? behindFirst : 0;
@@ -24,7 +24,7 @@ inline std::size_t FindUnit(wstring_view text, wchar unit) noexcept {
     for (; text.size() - at >= unitsOfBlock; at += unitsOfBlock) {
         std::uint64_t block = 0;
         std::memcpy(&block, text.data() + at, sizeof block);
-        block ^= each * unit; // a lane that holds the unit is zero now
+        block ^= each * unit; // a lane that equals the unit becomes zero
         if (((block - each) & ~block & each * 0x8000) != 0)
             return at + WayToUnit(text.data() + at, unit);
     }

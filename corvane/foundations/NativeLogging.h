@@ -1,4 +1,4 @@
-// Where the library's log lines go. Every line of the library belongs to the channel "corvane.config".
+// The log. The library logs to the channel "corvane.config".
 #pragma once
 
 #include <corvane/foundations/WideString.h>
@@ -7,17 +7,17 @@
 
 namespace Quillon::NativeLogging {
 
-/// A logger of one channel. Formats are those of wide printf: `%s` takes a wide text, `%S` a narrow one, `%d`
-/// a 32-bit integer, `%lu` a corvane::ulong. Any thread may call it at any time; no operation throws.
+/// The logger of one channel. Formats are those of wide printf: `%s` takes a wide text, `%S` a narrow one,
+/// `%d` a 32-bit integer, `%lu` a corvane::ulong. Thread-safe; nothing throws.
 class CORVANE_API ILogger {
 public:
-    /// Writes a line of any level; the library's reports come this way.
+    /// Logs a line of any level; the library's reports use this.
     virtual void logAtLevel(std::int32_t level, const corvane::wchar* format, ...) = 0;
-    /// Writes a text as it is.
+    /// Logs a text verbatim.
     virtual void logProblem(const corvane::wchar* text) = 0;
-    /// Writes what has been done.
+    /// Logs what has been done.
     virtual void logProgress(const corvane::wchar* format, ...) = 0;
-    /// Writes a single access.
+    /// Logs a single access.
     virtual void logTrace(const corvane::wchar* format, ...) = 0;
 
     /// @cond
@@ -33,32 +33,31 @@ protected:
 /// restores and misses, and one line for each value access.
 enum class Severity { report, problem, progress, trace };
 
-/// One finished line. The texts last as long as the call of the sink.
+/// One formatted line. The texts are valid until the sink returns.
 struct LogLine {
     corvane::wstring_view channel; ///< the name of the logger
     Severity severity;             ///< the kind of line
-    corvane::wstring_view text;    ///< the finished text, without a line break
+    corvane::wstring_view text;    ///< the formatted text, without a line break
 };
 
-/// Takes finished lines; an empty one stands for standard error.
+/// Receives formatted lines; an empty sink stands for standard error.
 using LogSink = std::function<void(const LogLine&)>;
 
-/// The process's loggers and where their lines go: without a sink, reports and problems to standard error in
-/// UTF-8 and nothing else. Safe from any thread.
+/// The process's loggers and their output: without a sink, reports and problems go to standard error in
+/// UTF-8, and nothing else. Thread-safe.
 class CORVANE_API LoggerRegistry {
 public:
-    /// The logger of a channel, made at the first call. Never null; it belongs to the registry and lasts for
-    /// ever.
+    /// The logger of a channel, created by the first call. Never null; owned by the registry and never
+    /// destroyed.
     static ILogger* getLogger(const corvane::wchar* name);
 
-    /// Sends every line to `sink`, or with an empty one to standard error again. A sink may be called from
-    /// several threads at once and under the library's lock; it may read a configuration, and lines that it
-    /// causes itself are dropped. What it throws is dropped too. A call under way may still reach the sink
-    /// that was replaced.
+    /// Sends every line to `sink`, or to standard error again if it is empty. A sink may be called on several
+    /// threads at once and with the library's lock held; it may use a configuration, and lines that it logs
+    /// itself are dropped, as are exceptions that it throws. A call in progress may still reach the replaced
+    /// sink.
     static void setSink(LogSink sink);
 
-    /// The least urgent kind that is wanted, from now on. Until it is called: problems, with a sink
-    /// everything.
+    /// Sets the least urgent severity to log. The default is problem, or trace with a sink.
     static void setThreshold(Severity severity);
 };
 

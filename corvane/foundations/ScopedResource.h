@@ -1,4 +1,4 @@
-// The scope guard: what it obtained it releases, on every way out of the scope.
+// The scope guard: obtains a resource and releases it however the scope is left.
 #pragma once
 
 namespace Quillon {
@@ -9,8 +9,8 @@ struct NoOp {
     void operator()(Resource) const noexcept {} ///< nothing
 };
 
-/// Holds a resource for the length of a scope: applies `ObtainPolicy` at construction and `ReleasePolicy` at
-/// the end. Never copied; for one thread.
+/// Holds a resource for a scope: applies `ObtainPolicy` at construction and `ReleasePolicy` at destruction.
+/// Not copyable; not thread-safe.
 template <class Resource, class ReleasePolicy, class ObtainPolicy>
 class ScopedResource {
 public:
@@ -26,7 +26,8 @@ public:
         ReleasePolicy()(resource);
     }
 
-    /// Takes over `held`. What the guard held before is not released: it is for a guard that holds null.
+    /// Takes ownership of `held`. The previous resource is not released: call it only on a guard that holds
+    /// null.
     void Attach(Resource held) {
         owned = false;
         resource = held;

@@ -1,25 +1,25 @@
-// One object for the whole process, made at the first call for it.
+// One object for the whole process, created on first use.
 #pragma once
 
 #include <corvane/foundations/ThreadLock.h>
 
-/// Gives `T`, which derives from it, a controlled birth and death. There is one instantiation, for
+/// Creates and destroys the one object of `T`, which derives from it. There is one instantiation, for
 /// ApplicationConfigManager, and its code is in the library.
 template <class T>
 class Singleton {
 public:
     Singleton() = default;
-    /// A copy of the derived object is no other singleton: nothing is copied here.
+    /// Copying the derived object does not copy the singleton: copies nothing.
     Singleton(const Singleton&) {}
     /// Changes nothing.
     Singleton& operator=(const Singleton&) { return *this; } // NOLINT(bugprone-unhandled-self-assignment)
 
-    /// The process's one object, made at the first call and again at the first call after Delete; never null.
-    /// It belongs to the library. Takes no lock once the object exists; any thread may call it. Throws what
-    /// the construction throws, and the next call tries again.
+    /// The object, created by the first call and again by the first call after Delete; never null. Owned by
+    /// the library. Thread-safe; takes no lock once the object exists. If construction throws, the exception
+    /// is passed on and the next call tries again.
     static T* Instance();
 
-    /// Destroys the object if there is one. No thread may use a pointer from Instance afterwards.
+    /// Destroys the object if there is one. No thread may use a pointer from Instance after that.
     static void Delete();
 
 protected:

@@ -41,7 +41,7 @@ struct Decoded {
     const unsigned char* behind;
 };
 
-// What is ill-formed gives U+FFFD for the longest piece that could still have begun a character.
+// Each maximal subpart of an ill-formed sequence gives one U+FFFD.
 Decoded DecodeAnyUtf8(const unsigned char* at, const unsigned char* end) noexcept {
     const unsigned char lead = *at++;
     const int trails = TrailCount(lead);
@@ -56,7 +56,7 @@ Decoded DecodeAnyUtf8(const unsigned char* at, const unsigned char* end) noexcep
     return {code, at};
 }
 
-// Decodes the character that begins at `at`, which is not ASCII.
+// Decodes the non-ASCII character at `at`.
 inline Decoded DecodeUtf8(const unsigned char* at, const unsigned char* end) noexcept {
     const unsigned char lead = *at;
     if (lead >= 0xC2 && lead < 0xE0 && end - at >= 2 && IsTrail(at[1]))
@@ -105,7 +105,7 @@ char* Append(char* out, char32_t code) noexcept {
     return out + bytes;
 }
 
-// Whether `count` units are ASCII. Blocks of a fixed size are what compilers make vector operations of.
+// Whether `count` units are ASCII. The fixed block size lets compilers vectorize the loop.
 template <std::size_t count, typename Unit>
 bool IsAsciiBlock(const Unit* at) noexcept {
     constexpr std::size_t bytes = count * sizeof(Unit);
@@ -125,7 +125,7 @@ template <std::size_t count, typename From, typename To>
 bool CopyBlock(const From* at, To* out) noexcept {
     if (!IsAsciiBlock<count>(at))
         return false;
-    To to[count]; // known not to be where `at` is
+    To to[count]; // cannot alias `at`
     for (std::size_t i = 0; i < count; ++i)
         to[i] = static_cast<To>(at[i]);
     std::memcpy(out, to, sizeof to);
@@ -149,7 +149,7 @@ bool CopyShortAscii(const From* at, std::size_t length, To* out) noexcept {
 
 constexpr std::size_t blockUnits = 16;
 
-// Copies the run of ASCII at `at` and moves both pointers behind it.
+// Copies the run of ASCII at `at` and advances both pointers past it.
 template <typename From, typename To>
 void CopyAscii(const From*& at, const From* end, To*& out) noexcept {
     auto length = static_cast<std::size_t>(end - at);

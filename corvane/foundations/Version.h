@@ -4,8 +4,8 @@
 
 namespace corvane {
 
-/// The version of the library that is loaded, "major.minor.patch". Until 1.0, programs have to be built anew
-/// for another minor version. Safe from any thread.
+/// The version of the loaded library, "major.minor.patch". Until 1.0, programs must be rebuilt for another
+/// minor version. Thread-safe.
 CORVANE_API const char* Version() noexcept;
 
 } // namespace corvane

@@ -11,12 +11,12 @@ namespace {
 
 constexpr std::size_t endLength = 2; // the two NULs
 
-// One block of names that grows with each of them.
+// A block of names that grows with each of them.
 class NameBlock {
 public:
     explicit NameBlock(wchar delimiter) noexcept : m_delimiter(delimiter) {}
 
-    /// False for lack of memory; what was gathered is gone then.
+    /// False if out of memory; the names collected so far are then dropped.
     bool Append(wstring_view name) noexcept {
         const std::size_t begin = m_block ? m_length + 1 : 0;
         void* const grown = std::realloc(m_block.get(), (begin + name.size() + endLength) * sizeof(wchar));
@@ -33,7 +33,7 @@ public:
         return true;
     }
 
-    /// The finished block, which is the caller's now, or null if no name came.
+    /// The finished block, now owned by the caller; null without any name.
     wchar* Finish() noexcept {
         if (m_block)
             std::fill_n(m_block.get() + m_length, endLength, wchar());

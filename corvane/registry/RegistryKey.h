@@ -1,4 +1,4 @@
-// An open key that closes itself, and the one way in which a key is opened for reading.
+// Owns an open registry key.
 #pragma once
 
 #include <corvane/registry/RootKey.h>
@@ -26,8 +26,8 @@ public:
     explicit operator bool() const noexcept { return m_key != nullptr; }
     platform::HKEY Get() const noexcept { return m_key; }
 
-    /// Opens the addressed key with `flags` on top of read access. Empty if there is no root or it can't be
-    /// opened.
+    /// Opens the key for reading, with `flags` added to the access bits. Empty if there is no root or it
+    /// cannot be opened.
     static RegistryKey OpenForReading(const KeyAddress& address, ulong flags) noexcept {
         using namespace platform;
         HKEY opened = nullptr;

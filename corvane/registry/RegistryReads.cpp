@@ -16,8 +16,8 @@ struct FoundValue {
     ulong size = 0;
 };
 
-// Walks the key's values up to the one with that name and one of two types. The buffers have the sizes that
-// the query told: a value that has grown since then doesn't fit and is passed over.
+// Finds the value with that name and one of two types. The buffers have the sizes reported by the query: a
+// value that has grown since then does not fit and is skipped.
 FoundValue FindValue(const RegistryKey& key, const wchar* name, ulong type, ulong otherType) noexcept {
     ulong count = 0;
     ulong longestName = 0;
@@ -32,7 +32,7 @@ FoundValue FindValue(const RegistryKey& key, const wchar* name, ulong type, ulon
     const ScratchBuffer<wchar> foundName = AllocateScratch<wchar>(nameSize);
     if (!found.data || !foundName)
         return {};
-    const platform::ValueWalk onePicture(key.Get());
+    const platform::ValueWalk consistentView(key.Get());
     for (ulong index = 0; index < count; ++index) {
         auto nameLength = static_cast<ulong>(nameSize);
         found.size = largestSize;
@@ -48,7 +48,7 @@ FoundValue FindValue(const RegistryKey& key, const wchar* name, ulong type, ulon
     return {};
 }
 
-// The text in the data, which may lack its terminator and may have half a character at its end.
+// The text in the data, which may lack its terminator and end in an incomplete code unit.
 wstring_view TextOf(const FoundValue& value) noexcept {
     const wstring_view units(reinterpret_cast<const wchar*>(value.data.get()), value.size / sizeof(wchar));
     return units.substr(0, units.find(wchar()));

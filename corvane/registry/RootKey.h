@@ -1,16 +1,16 @@
-// How a key address, a handle and a path or a full path alone, is taken apart.
+// Parses the address of a key: a handle and a path, or a full path.
 #pragma once
 
 #include <corvane/platform/Platform.h>
 
-/// The predefined key that the first component of `path` names, or null; see registry.h. `remainder`, if not
-/// null, receives the text behind the first backslash, null if there is none, or all of `path` if it has no
-/// root; it is left alone for a null or empty path.
+/// The predefined key named by the first component of `path`, or null; see registry.h. `remainder`, if not
+/// null, receives the text after the first backslash, null if there is none, or all of `path` if it has no
+/// root; it is unchanged for a null or empty path.
 platform::HKEY registry_parseRootKey(const corvane::wchar* path, const corvane::wchar** remainder) noexcept;
 
 namespace corvane {
 
-/// A key and the path below it, which is null and never empty for the key itself.
+/// A key and the path below it, which is null (never empty) for the key itself.
 struct KeyAddress {
     platform::HKEY key = nullptr;
     const wchar* subKey = nullptr;

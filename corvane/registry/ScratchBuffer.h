@@ -1,4 +1,4 @@
-// Memory for one platform call: zero-filled, or absent when there is none, and never an exception.
+// A zero-filled buffer for one platform call; null instead of an exception if out of memory.
 #pragma once
 
 #include <cstddef>

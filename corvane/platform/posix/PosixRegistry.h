@@ -1,6 +1,6 @@
-// The registry as the POSIX layer keeps it: a tree of folders, one text file of values in each. The same
-// arguments and statuses as the real operations. All of them may be called from any thread, and no one of
-// them throws. What programs may use of it, to open keys, is in RegistryKeys.h.
+// The registry of the POSIX layer: a tree of folders with one text file of values in each. Arguments and
+// statuses are those of the real operations. Thread-safe; nothing throws. The operations that programs may
+// use to open keys are in RegistryKeys.h.
 #pragma once
 
 #include <corvane/platform/posix/Errors.h>
@@ -29,8 +29,8 @@ inline constexpr ulong REG_DWORD_BIG_ENDIAN = 5;
 LSTATUS RegDeleteKeyW(HKEY key, const wchar* subKey) noexcept;
 LSTATUS RegDeleteKeyExW(HKEY key, const wchar* subKey, ulong access, ulong reserved) noexcept;
 
-/// Counts and longest names in characters without terminator, the largest value in bytes. Null arguments are
-/// not asked for. Class, security and time are not kept: their results are 0 and must not be asked for.
+/// Counts, the longest names in characters without terminator, and the largest value in bytes. Null arguments
+/// are skipped. Class, security and time are not stored; their arguments must be null.
 LSTATUS RegQueryInfoKeyW(HKEY key, wchar* className, ulong* classLength, ulong* reserved, ulong* subKeys,
                          ulong* longestSubKey, ulong* longestClass, ulong* values, ulong* longestValueName,
                          ulong* largestValue, ulong* security, FILETIME* lastWrite) noexcept;
@@ -39,9 +39,9 @@ LSTATUS RegQueryInfoKeyW(HKEY key, wchar* className, ulong* classLength, ulong* 
 LSTATUS RegEnumValueW(HKEY key, ulong index, wchar* name, ulong* nameLength, ulong* reserved, ulong* type,
                       unsigned char* data, ulong* size) noexcept;
 
-/// While it lives, RegEnumValueW gives this thread the values of `key` as the last look at them found them,
-/// by RegQueryInfoKeyW say: a walk costs one look at the file and has one picture of it. Without it, each
-/// call looks whether the values have changed. Scopes may nest; the innermost holds its key.
+/// A consistent view of a key's values: during its lifetime, RegEnumValueW on this thread returns the values
+/// of `key` as they were last read, for example by RegQueryInfoKeyW, and the file is examined once. Without
+/// it, each call checks the file for changes. Scopes may nest; the innermost one counts.
 class ValueWalk {
 public:
     explicit ValueWalk(HKEY key) noexcept;
@@ -49,7 +49,7 @@ public:
     ValueWalk& operator=(const ValueWalk&) = delete;
     ~ValueWalk();
 
-    /// The key behind the handle, if the innermost walk of this thread holds it; otherwise null.
+    /// The key of the handle if the innermost walk of this thread is on it; otherwise null.
     static posix::OpenKey* Held(HKEY key) noexcept;
 
 private:
@@ -57,18 +57,18 @@ private:
 
     const ValueWalk* m_outer;
     HKEY m_handle;
-    std::shared_ptr<posix::OpenKey> m_key; // null if it can't be read
+    std::shared_ptr<posix::OpenKey> m_key; // null if it cannot be read
 };
 
 /// The name of the subkey at `index`, in the order of their lower-cased code units.
 LSTATUS RegEnumKeyExW(HKEY key, ulong index, wchar* name, ulong* nameLength, ulong* reserved,
                       wchar* className, ulong* classLength, FILETIME* lastWrite) noexcept;
 
-/// Stores a value, on disk when the call returns. A null name is the key's default value.
+/// Stores a value durably. A null name is the key's default value.
 LSTATUS RegSetValueExW(HKEY key, const wchar* name, ulong reserved, ulong type, const unsigned char* data,
                        ulong size) noexcept;
 
-/// Knows the one module "Advapi32.dll", and in it RegDeleteKeyExW. Null, with the reason in GetLastError, for
+/// Supports the module "Advapi32.dll" and in it RegDeleteKeyExW. Null, with the error in GetLastError, for
 /// anything else.
 HMODULE GetModuleHandleW(const wchar* name) noexcept;
 FARPROC GetProcAddress(HMODULE module, const char* name) noexcept;

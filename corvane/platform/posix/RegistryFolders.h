@@ -1,4 +1,4 @@
-// Where the registry of the POSIX layer lies.
+// The folders of the POSIX layer's registry.
 #pragma once
 
 #include <corvane/foundations/Export.h>
@@ -7,11 +7,10 @@
 
 namespace corvane {
 
-/// Puts the user's and the machine's tree into other folders, for tests and sandboxes; they are made at the
-/// first write. An empty path restores the default: `.local/share/corvane/registry` in the user's home
-/// folder,
-/// `/var/lib/corvane/registry` for the machine. False, with nothing changed, for a path that isn't absolute.
-/// Any thread may call it; keys that are open stay where they are.
+/// Sets the folders of the user's and the machine's tree, for tests and sandboxes; the first write creates
+/// them. An empty path restores the default: `.local/share/corvane/registry` in the user's home folder,
+/// `/var/lib/corvane/registry` for the machine. False, with nothing changed, for a path that is not absolute.
+/// Thread-safe; open keys are not affected.
 CORVANE_API bool SetRegistryFolders(const std::string& user, const std::string& machine);
 
 } // namespace corvane

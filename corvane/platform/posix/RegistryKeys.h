@@ -1,5 +1,5 @@
-// Opening keys of the POSIX layer's registry, for programs that hand them to the registry_... functions: the
-// same arguments and statuses as the real operations. Any thread may call them, and no one of them throws.
+// Opens keys of the POSIX layer's registry, for programs that pass them to the registry_... functions.
+// Arguments and statuses are those of the real operations. Thread-safe; nothing throws.
 #pragma once
 
 #include <corvane/foundations/Export.h>
@@ -12,7 +12,7 @@ namespace corvane::platform {
 using HKEY = struct RegistryKeyHandle*; ///< an open key, or a root
 using LSTATUS = std::int32_t;           ///< 0, or the platform's error number
 
-/// Roots: their handles are always open.
+/// Roots, whose handles are always open.
 /// @{
 // NOLINTBEGIN(performance-no-int-to-ptr, misc-misplaced-const)
 inline const HKEY HKEY_CLASSES_ROOT = reinterpret_cast<HKEY>(0x80000000);
@@ -35,23 +35,23 @@ inline constexpr ulong KEY_READ = 0x20019;
 inline constexpr ulong KEY_ALL_ACCESS = 0xF003F;
 /// @}
 
-inline constexpr ulong REG_OPTION_NON_VOLATILE = 0; ///< the only kind of key to make
+inline constexpr ulong REG_OPTION_NON_VOLATILE = 0; ///< the only supported option
 inline constexpr ulong REG_CREATED_NEW_KEY = 1;     ///< a disposition
 inline constexpr ulong REG_OPENED_EXISTING_KEY = 2; ///< a disposition
 
-/// Opens an existing key; a null or empty `subKey` opens `key` anew. The handle is closed with RegCloseKey.
-/// The access bits are checked against the file permissions of the key's folder. A root under which nothing
-/// was ever written isn't there yet (2).
+/// Opens an existing key; a null or empty `subKey` reopens `key`. Close the handle with RegCloseKey. The
+/// access bits are checked against the file permissions of the key's folder. A root under which nothing was
+/// ever written does not exist yet (2).
 CORVANE_API LSTATUS RegOpenKeyExW(HKEY key, const wchar* subKey, ulong options, ulong access,
                                   HKEY* opened) noexcept;
 
-/// Opens a key, and makes it and the missing levels above it. Class and security have no meaning here;
-/// volatile keys are not supported (87). `disposition`, if not null, tells whether the key was made.
+/// Opens a key, creating it and its missing parents. Class and security are ignored; volatile keys are not
+/// supported (87). `disposition`, if not null, receives whether the key was created.
 CORVANE_API LSTATUS RegCreateKeyExW(HKEY key, const wchar* subKey, ulong reserved, wchar* className,
                                     ulong options, ulong access, const void* security, HKEY* opened,
                                     ulong* disposition) noexcept;
 
-/// Closes what one of the two opened; 6 for a handle that isn't open. A root stays open.
+/// Closes a handle from one of the two; 6 for a handle that is not open. A root stays open.
 CORVANE_API LSTATUS RegCloseKey(HKEY key) noexcept;
 
 } // namespace corvane::platform

@@ -1,15 +1,15 @@
-// Where finished log lines go, and which are wanted at all.
+// The output of log lines, and the threshold.
 #pragma once
 
 #include <corvane/foundations/NativeLogging.h>
 
 namespace corvane::logging {
 
-/// One relaxed load: what an unwanted line costs.
+/// One relaxed load: the whole cost of a line below the threshold.
 bool IsWanted(Quillon::NativeLogging::Severity severity) noexcept;
 
-/// Hands the line to the sink, or to standard error when there is none. Drops it when the calling thread is
-/// in a sink already.
+/// Passes the line to the sink, or to standard error without one. Drops it if the calling thread is already
+/// in a sink.
 void Emit(const Quillon::NativeLogging::LogLine& line) noexcept;
 
 } // namespace corvane::logging

@@ -20,7 +20,7 @@ public:
 
     wstring_view Channel() const noexcept { return m_channel; }
 
-    // The level says how loud a line is meant to be; the library's reports all say "always".
+    // The library's reports all use the level "always".
     void logAtLevel(std::int32_t, const wchar* format, ...) override {
         std::va_list arguments;
         va_start(arguments, format);
@@ -77,7 +77,7 @@ private:
     wstring_view m_channel;
 };
 
-// The library's own channel is there without an allocation: a logger is never missing.
+// The library's own channel needs no allocation, so its logger is never missing.
 Logger& LibraryLogger() noexcept {
     static Logger logger(configChannel);
     return logger;

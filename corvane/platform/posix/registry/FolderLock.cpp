@@ -10,7 +10,7 @@ namespace corvane::posix {
 using namespace platform;
 
 FolderLock::~FolderLock() {
-    // Closing alone would leave the lock to a child that was forked meanwhile.
+    // Closing alone would leave the lock with a child process that was forked meanwhile.
     if (m_own)
         Unlock(m_own.Get());
 }

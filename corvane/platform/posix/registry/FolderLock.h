@@ -1,11 +1,11 @@
-// One change of a key at a time: the lock is on the key's folder.
+// Serializes changes of a key by a lock on its folder.
 #pragma once
 
 #include <corvane/platform/posix/registry/KeyFolder.h>
 
 namespace corvane::posix {
 
-/// An exclusive advisory lock between threads and processes, released by the destructor and with the process.
+/// An exclusive advisory lock between threads and processes, released by the destructor or at process exit.
 class FolderLock {
 public:
     FolderLock() = default;
@@ -13,13 +13,13 @@ public:
     FolderLock& operator=(const FolderLock&) = delete;
     ~FolderLock();
 
-    /// Waits about ten seconds, then ERROR_SHARING_VIOLATION. ERROR_KEY_DELETED if the key went away, before
-    /// or during the wait. Locks of a key and its subkey are taken in that order.
+    /// ERROR_SHARING_VIOLATION after about ten seconds; ERROR_KEY_DELETED if the key was deleted before or
+    /// during the wait. Lock order: a key before its subkey.
     ulong Take(const KeyFolder& key);
 
 private:
     FileHandle
-        m_own; // a description of its own: threads that share a key's descriptor exclude each other too
+        m_own; // its own file description, so that threads sharing a key's descriptor exclude each other too
 };
 
 } // namespace corvane::posix

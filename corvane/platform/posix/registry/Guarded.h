@@ -1,4 +1,4 @@
-// The boundary of the registry's operations: a status goes out, and never an exception.
+// The boundary of the registry's operations, which return a status and never throw.
 #pragma once
 
 #include <corvane/platform/posix/Errors.h>
@@ -8,7 +8,8 @@
 
 namespace corvane::posix {
 
-/// The status that `operation` returns, or ERROR_NOT_ENOUGH_MEMORY: nothing else is thrown in here.
+/// Returns the status of `operation`, or ERROR_NOT_ENOUGH_MEMORY if it throws: the only exception here is
+/// std::bad_alloc.
 template <typename Operation>
 platform::LSTATUS Guarded(Operation operation) noexcept {
     try {

@@ -22,7 +22,7 @@ mode_t FolderMode(bool isPrivate) noexcept {
     return isPrivate ? 0700 : 0755;
 }
 
-// ERROR_FILE_NOT_FOUND for what is no folder, a symbolic link included.
+// ERROR_FILE_NOT_FOUND for anything but a folder, symbolic links included.
 ulong OpenEntry(const SharedFolder& parent, const std::string& entry, KeyFolder& opened) {
     FileHandle handle(::openat(parent->Get(), entry.c_str(), folderFlags));
     if (!handle)
@@ -33,7 +33,7 @@ ulong OpenEntry(const SharedFolder& parent, const std::string& entry, KeyFolder&
     return ERROR_SUCCESS;
 }
 
-// Makes a folder that isn't there, with the mode that it shall have whatever the process masks.
+// Creates a folder with the intended mode, regardless of the umask.
 ulong MakeEntry(const SharedFolder& parent, const std::string& entry, KeyFolder& made) {
     const mode_t mode = FolderMode(made.isPrivate);
     if (::mkdirat(parent->Get(), entry.c_str(), mode) != 0)
@@ -46,7 +46,7 @@ ulong MakeEntry(const SharedFolder& parent, const std::string& entry, KeyFolder&
     return ERROR_SUCCESS;
 }
 
-// Makes the missing folders of an absolute path, each on disk before the next.
+// Creates the missing folders of an absolute path, each flushed to disk before the next.
 bool MakeFolders(const std::string& path, mode_t mode) {
     for (std::size_t begin = 0, end = 0; end != std::string::npos; begin = end) {
         end = path.find('/', begin + 1);
@@ -78,7 +78,7 @@ ulong FindBehind(const SharedFolder& folder, const std::string& entry, Parts::co
     return FindParts(next, part + 1, found);
 }
 
-// The letter case that was asked for is tried first; the folder is read only if that isn't there.
+// Tries the requested letter case first and reads the folder only if that is missing.
 ulong FindParts(const SharedFolder& folder, Parts::const_iterator part, KeyFolder& found) {
     const std::string exact = FolderNameOf(*part);
     if (const ulong error = FindBehind(folder, exact, part, found); error != ERROR_FILE_NOT_FOUND)
@@ -167,7 +167,7 @@ ulong CreateSubkey(const KeyFolder& key, wstring_view name, KeyFolder& subkey, b
     FolderLock lock;
     if (const ulong error = lock.Take(key))
         return error;
-    // Somebody else may have made it before the lock was ours, perhaps in another letter case.
+    // Another process may have created it before the lock was acquired, perhaps in another letter case.
     if (const ulong error = FindSubkey(key, name, subkey); error != ERROR_FILE_NOT_FOUND)
         return error;
     created = true;

@@ -1,5 +1,5 @@
-// The folders of keys: found, made, listed. Only folder descriptors are gone by, so that no symbolic link
-// below the top of a tree is ever followed.
+// Finds, creates, lists and removes the folders of keys. All access is relative to folder descriptors, so
+// that no symbolic link below the top of a tree is ever followed.
 #pragma once
 
 #include <corvane/platform/posix/files/FileHandle.h>
@@ -11,36 +11,35 @@ namespace corvane::posix {
 
 using SharedFolder = std::shared_ptr<const FileHandle>;
 
-/// An open folder of a key and where it stood when it was opened.
+/// An open folder of a key and its location when it was opened.
 struct KeyFolder {
     SharedFolder folder;
-    SharedFolder parent;    ///< the folder that holds it; null at the top of a tree
+    SharedFolder parent;    ///< the folder that contains it; null at the top of a tree
     std::string entry;      ///< its name in `parent`
-    bool isPrivate = false; ///< in the user's tree, which nobody else may read
+    bool isPrivate = false; ///< in the user's tree, which no other user may read
 
     int Get() const noexcept { return folder->Get(); }
 
-    /// Whether the folder is gone from where it was opened: the key was deleted.
+    /// Whether the folder is no longer where it was opened: the key was deleted.
     bool IsDeleted() const noexcept;
 };
 
-/// Opens the top of a tree, or makes it with the missing folders above.
+/// Opens the top of a tree; with `create`, creates it and its missing parents.
 ulong OpenTop(const std::string& path, bool create, KeyFolder& top);
 
 /// ERROR_FILE_NOT_FOUND if there is no such key.
 ulong FindSubkey(const KeyFolder& key, wstring_view name, KeyFolder& subkey);
 
-/// Finds or makes a subkey; `created` is set if it was made here. Whole and on disk, or not there.
+/// Finds or creates a subkey; `created` is set if it was created. Atomic and durable.
 ulong CreateSubkey(const KeyFolder& key, wstring_view name, KeyFolder& subkey, bool& created);
 
 /// The names of the subkeys in the order of their lower-cased code units.
 ulong ListSubkeys(const KeyFolder& key, std::vector<wstring>& names);
 
-/// Deletes a key that has no subkeys (otherwise ERROR_ACCESS_DENIED): it is there with all its values or
-/// gone.
+/// Deletes a key that has no subkeys (otherwise ERROR_ACCESS_DENIED), atomically with all its values.
 ulong RemoveSubkey(const KeyFolder& key, wstring_view name);
 
-/// ErrorFromErrno, except that a read-only file system is a denied access to a key.
+/// As ErrorFromErrno, except that EROFS becomes ERROR_ACCESS_DENIED.
 ulong KeyError(int error) noexcept;
 
 } // namespace corvane::posix

@@ -19,7 +19,7 @@ bool IsSurrogate(wchar unit) noexcept {
     return unit >= 0xD800 && unit <= 0xDFFF;
 }
 
-// The code units of the character at the front, two for a well-formed pair.
+// The number of code units of the first character: two for a well-formed surrogate pair.
 std::size_t CharacterLength(wstring_view text) noexcept {
     const bool isPair =
         text.size() > 1 && text[0] >= 0xD800 && text[0] <= 0xDBFF && text[1] >= 0xDC00 && text[1] <= 0xDFFF;
@@ -37,7 +37,7 @@ void AppendHex(std::string& text, unsigned value, int digits) {
         text += digit[value >> shift & 0xF];
 }
 
-// The code unit that the escape at the front stands for; moves `text` behind it.
+// Decodes the escape at the beginning of `text` and removes it.
 bool TakeEscape(std::string_view& text, wchar& unit) noexcept {
     const bool isSurrogate = text.size() > 1 && text[1] == 'u';
     const std::size_t digitsAt = isSurrogate ? 2 : 1;
@@ -78,7 +78,7 @@ std::vector<NamePart> PartsOf(wstring_view keyName) {
 
 int CompareKeyNames(wstring_view a, wstring_view b) noexcept {
     const auto lower = [](wchar unit) {
-        constexpr wchar unknown = 0xFFFD; // names in different letters never become one
+        constexpr wchar unknown = 0xFFFD; // different names must never map to the same folder
         const wchar folded = FoldInEveryLocale(unit);
         return folded == unknown ? unit : folded;
     };
@@ -127,7 +127,7 @@ bool ParseFolderName(std::string_view folderName, NamePart& part) {
             rest.remove_prefix(plain);
         }
     }
-    // Ill-formed UTF-8 and needless escapes come back as something else, so that no key has two folders.
+    // Ill-formed UTF-8 and needless escapes do not round-trip; refusing them keeps one folder per key.
     return !part.text.empty() && FolderNameOf(part) == folderName;
 }
 

@@ -18,7 +18,7 @@ wstring_view PathOf(const wchar* subKey) noexcept {
     return subKey ? wstring_view(subKey) : wstring_view();
 }
 
-// The file permissions are the access rights. To read a folder was asked when it was opened.
+// The file permissions are the access rights. Read permission was checked when the folder was opened.
 ulong CheckAccess(const KeyFolder& key, ulong access) noexcept {
     const bool isWriting = (access & (KEY_SET_VALUE | KEY_CREATE_SUB_KEY)) != 0;
     return isWriting && ::faccessat(key.Get(), ".", W_OK, AT_EACCESS) != 0 ? KeyError(errno) : ERROR_SUCCESS;
@@ -34,7 +34,8 @@ ulong HandOut(KeyFolder place, ulong access, HKEY* opened) {
     return ERROR_SUCCESS;
 }
 
-// The place behind a handle, whatever it was opened for: new keys and openings are judged by the folder.
+// The folder of a handle, regardless of the rights it was opened with: the folder's permissions decide on
+// creating and opening keys.
 ulong PlaceOf(HKEY key, bool create, KeyFolder& place) {
     std::shared_ptr<OpenKey> open;
     if (const ulong error = UseKey(key, 0, create, open))

@@ -1,19 +1,19 @@
-// Paths of several key names.
+// Paths of key names.
 #pragma once
 
 #include <corvane/platform/posix/registry/KeyFolder.h>
 
 namespace corvane::posix {
 
-/// Moves `key` down to the key at `path`: names parted by single or several backslashes; an empty path is the
-/// key itself. ERROR_BAD_PATHNAME for a backslash at the front, ERROR_INVALID_PARAMETER for a name that is
-/// too long, ERROR_FILE_NOT_FOUND for a missing key.
+/// Moves `key` down to the key at `path`: names separated by one or more backslashes; an empty path is the
+/// key itself. ERROR_BAD_PATHNAME for a leading backslash, ERROR_INVALID_PARAMETER for a name that is too
+/// long, ERROR_FILE_NOT_FOUND for a missing key.
 ulong FindPath(KeyFolder& key, wstring_view path);
 
-/// The same, and makes what is missing; `created` tells whether the last key was.
+/// The same, and creates missing keys; `created` is set if the last one was created.
 ulong CreatePath(KeyFolder& key, wstring_view path, bool& created);
 
-/// Cuts the last name off `path`; empty if there is none.
+/// Removes the last name from `path` and returns it; empty if there is none.
 wstring_view TakeLastName(wstring_view& path) noexcept;
 
 } // namespace corvane::posix

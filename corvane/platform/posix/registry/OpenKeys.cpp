@@ -17,7 +17,7 @@ struct Table {
 };
 
 Table& Keys() {
-    static auto* const table = new Table; // stays for those who read a key at the end of the process
+    static auto* const table = new Table; // never destroyed: keys may be read by destructors of statics
     return *table;
 }
 
@@ -45,7 +45,7 @@ std::shared_ptr<OpenKey> FindOpenKey(HKEY handle) {
 
 bool CloseOpenKey(HKEY handle) {
     Table& table = Keys();
-    decltype(table.keys)::node_type closed; // goes, and its files with it, after the lock
+    decltype(table.keys)::node_type closed; // destroyed, with its files, after the lock is released
     const std::lock_guard guard(table.mutex);
     closed = table.keys.extract(NumberOf(handle));
     return !closed.empty();

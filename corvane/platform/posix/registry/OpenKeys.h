@@ -8,7 +8,7 @@
 
 namespace corvane::posix {
 
-/// What stands behind a handle. The caches are used under `mutex`.
+/// The key of a handle. `mutex` guards the caches.
 struct OpenKey {
     KeyFolder place;
     ulong access = 0;
@@ -18,18 +18,18 @@ struct OpenKey {
     std::vector<wstring> subkeys;
 };
 
-/// Gives out a new handle. A number is never used for a second key.
+/// Creates a new handle. Handle numbers are never reused.
 platform::HKEY AddOpenKey(std::shared_ptr<OpenKey> key);
 
-/// The key behind a handle that AddOpenKey gave and that isn't closed; null for any other. It stays usable
-/// for whoever has it when another thread closes the handle.
+/// The key of an open handle from AddOpenKey; null for any other handle. It stays usable when another thread
+/// closes the handle.
 std::shared_ptr<OpenKey> FindOpenKey(platform::HKEY handle);
 
-/// False if the handle wasn't open.
+/// False if the handle was not open.
 bool CloseOpenKey(platform::HKEY handle);
 
-/// The key behind a handle or predefined key, if it was opened with the rights `needed`: otherwise
-/// ERROR_INVALID_HANDLE or ERROR_ACCESS_DENIED. With `create`, a predefined key is made if it is missing.
+/// Finds the key of a handle or predefined key that was opened with the rights `needed`; otherwise returns
+/// ERROR_INVALID_HANDLE or ERROR_ACCESS_DENIED. With `create`, a missing predefined key is created.
 ulong UseKey(platform::HKEY handle, ulong needed, bool create, std::shared_ptr<OpenKey>& key);
 
 } // namespace corvane::posix

@@ -61,7 +61,7 @@ bool IsPlain(char c) noexcept {
     return static_cast<unsigned char>(c) < 0x80 && !IsMark(c);
 }
 
-// Takes the text apart line by line. It outlives the parser.
+// Parses the text line by line. The text must outlive the parser.
 class ValuesParser {
 public:
     explicit ValuesParser(std::string_view text) noexcept : m_rest(text) {}
@@ -81,7 +81,7 @@ public:
     }
 
 private:
-    // The line has no blanks around it.
+    // The line is already trimmed.
     bool ParseValue(std::string_view line, RegistryValues& values) {
         wstring_view name;
         if (!Take(line, '@') && !TakeQuoted(line, name))
@@ -120,7 +120,7 @@ private:
         return Take(line, ':') && TakeBytes(line, value.data);
     }
 
-    // Bytes between commas. A backslash at the end of a line goes on in the next one.
+    // Bytes separated by commas. A backslash at the end of a line continues it on the next one.
     bool TakeBytes(std::string_view line, std::string& data) {
         for (;;) {
             line = WithoutBlanks(line);
@@ -140,7 +140,7 @@ private:
         }
     }
 
-    // `decoded` lies in `m_decoded` until the next text comes, with a NUL behind it.
+    // `decoded` is a view of `m_decoded`, NUL-terminated and valid until the next text is decoded.
     bool TakeQuoted(std::string_view& text, wstring_view& decoded) {
         if (!Take(text, '"'))
             return false;
@@ -161,7 +161,7 @@ private:
         return true;
     }
 
-    // A quote, a backslash, or as `uXXXX` a code unit that UTF-8 or a line can't hold.
+    // A quote, a backslash, or as `uXXXX` a code unit that cannot be written as UTF-8 on one line.
     static bool TakeEscaped(std::string_view& text, wchar& unit) noexcept {
         if (Take(text, 'u')) {
             std::uint16_t value = 0;
@@ -177,7 +177,7 @@ private:
         return true;
     }
 
-    // False for what isn't UTF-8: it would come back as something else when the file is written again.
+    // False for ill-formed UTF-8: it would change when the file is written again.
     static bool TakeOutsideAscii(std::string_view& text, wchar*& out) {
         const auto* const end = std::find_if(text.begin(), text.end(), IsMark);
         const std::string_view piece = text.substr(0, static_cast<std::size_t>(end - text.begin()));
@@ -190,7 +190,7 @@ private:
     }
 
     std::string_view m_rest;
-    wstring m_decoded; // begins with the last text
+    wstring m_decoded; // scratch buffer; the last text is at its beginning
 };
 
 } // namespace
@@ -198,7 +198,7 @@ private:
 bool ParseValues(std::string_view text, RegistryValues& values) {
     values = RegistryValues();
     TakeWord(text, "\xEF\xBB\xBF");
-    if (text.find('\0') != std::string_view::npos) // blocks of zeros are what a crash of the machine leaves
+    if (text.find('\0') != std::string_view::npos) // a power failure can leave blocks of zeros
         return false;
     values.values.reserve(std::min<std::size_t>(text.size() / 16, 1024)); // most lines are longer
     return ValuesParser(text).Parse(values);

@@ -40,7 +40,7 @@ const Root* FindRoot(HKEY key) noexcept {
     return found == std::end(roots) ? nullptr : found;
 }
 
-// The home folder in the user database; empty if there is none.
+// The home folder from the user database; empty if there is none.
 std::string HomeFolder(uid_t user) {
     std::array<char, 16384> texts{};
     passwd entry{};
@@ -84,12 +84,12 @@ private:
     std::mutex m_mutex;
     std::string m_user; // empty for the one under the home folder
     std::string m_machine = defaultMachine;
-    std::optional<uid_t> m_homeOwner; // whom m_home was asked for
+    std::optional<uid_t> m_homeOwner; // the user whose home is in m_home
     std::string m_home;
 };
 
 TreeFolders& Folders() {
-    static auto* const folders = new TreeFolders; // stays for those who read a key at the end of the process
+    static auto* const folders = new TreeFolders; // never destroyed: destructors of statics may read keys
     return *folders;
 }
 

@@ -1,4 +1,4 @@
-// The predefined keys and the trees that they lie in.
+// The predefined keys and the folder trees that hold them.
 #pragma once
 
 #include <corvane/platform/posix/PosixRegistry.h>
@@ -6,8 +6,8 @@
 
 namespace corvane::posix {
 
-/// Opens a predefined key, or with `create` makes it. ERROR_INVALID_HANDLE for any other handle;
-/// ERROR_FILE_NOT_FOUND for a root under which nothing was ever written.
+/// Opens a predefined key; with `create`, creates it if it is missing. ERROR_INVALID_HANDLE for any other
+/// handle; ERROR_FILE_NOT_FOUND for a root under which nothing was ever written.
 ulong OpenRoot(platform::HKEY key, bool create, KeyFolder& root);
 
 bool IsRoot(platform::HKEY key) noexcept;

@@ -32,7 +32,7 @@ ulong CountSubkeys(OpenKey& key, ulong* count, ulong* longest) {
     return ERROR_SUCCESS;
 }
 
-// Also where nothing of the values is asked for: it is what finds out that the key was deleted.
+// Needed even if no values are requested: this detects that the key was deleted.
 ulong CountValues(OpenKey& key, ulong* count, ulong* longestName, ulong* largestData) {
     if (const ulong error = key.values.Refresh(key.place))
         return error;
@@ -48,7 +48,7 @@ ulong CountValues(OpenKey& key, ulong* count, ulong* longestName, ulong* largest
     return ERROR_SUCCESS;
 }
 
-// Copies a name with its terminator; `length` goes in with it and comes out without.
+// Copies a name with its terminator; `length` includes the terminator on input and not on output.
 ulong GiveName(const wstring& from, wchar* name, ulong* length) noexcept {
     if (*length <= from.size())
         return ERROR_MORE_DATA;

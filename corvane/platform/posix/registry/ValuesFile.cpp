@@ -19,7 +19,7 @@ namespace {
 constexpr const char* fileName = ".values";
 constexpr std::size_t largestFile = std::size_t{64} << 20;
 
-// `errno` says why not. A symbolic link is refused, and a pipe doesn't hold the caller up.
+// On failure `errno` is set. Refuses a symbolic link and does not block on a pipe.
 FileHandle OpenFile(const KeyFolder& key, int access) noexcept {
     return FileHandle(::openat(key.Get(), fileName, access | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
 }
@@ -33,7 +33,7 @@ ulong ParseFile(const FileHandle& file, RegistryValues& content, struct stat& st
     return ParseValues(text.View(), content) ? ERROR_SUCCESS : ERROR_BADDB;
 }
 
-// The new file is as readable as the old one was, or as the tree is for the first one.
+// The new file has the permissions of the old one; the first one has those of its tree.
 int GiveAccess(const KeyFolder& key, const FileHandle& old, const struct stat& status, int next) {
     if (!old)
         return ::fchmod(next, key.isPrivate ? 0600 : 0644) == 0 ? 0 : errno;
@@ -56,7 +56,7 @@ int Replace(const KeyFolder& key, const FileHandle& old, const struct stat& stat
     return 0;
 }
 
-// Puts the value in its place; false if it stands there already.
+// Stores the value; false if it is there already.
 bool Put(RegistryValue value, RegistryValues& content) {
     RegistryValue* const old = content.Find(value.name);
     if (!old) {
@@ -74,7 +74,7 @@ bool Put(RegistryValue value, RegistryValues& content) {
 
 ulong ValuesFile::Refresh(const KeyFolder& key) {
     struct stat status {};
-    // A file that was replaced or removed has no name any more.
+    // A file that was replaced or removed has no link left.
     if (m_file && ::fstat(m_file.Get(), &status) == 0 && status.st_nlink > 0 && FileStamp(status) == m_stamp)
         return ERROR_SUCCESS;
     return Read(key);
@@ -100,7 +100,8 @@ ulong StoreValue(const KeyFolder& key, RegistryValue value) {
     FolderLock lock;
     if (const ulong error = lock.Take(key))
         return error;
-    // Opened for writing: who may not write the file may not replace it either, though the folder allows it.
+    // Opened for writing: without write permission on the file, it must not be replaced either, even where
+    // the folder would allow it.
     const FileHandle old = OpenFile(key, O_RDWR);
     RegistryValues content;
     struct stat status {};

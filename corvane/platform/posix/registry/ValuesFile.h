@@ -7,15 +7,15 @@
 
 namespace corvane::posix {
 
-/// A key's values as they were read last. While the file stays the same, asking again costs one system call.
-/// Statuses are platform error numbers. Not for sharing between threads.
+/// Caches a key's values. While the file is unchanged, another read costs one system call. Returns platform
+/// error numbers. Not thread-safe.
 class ValuesFile {
 public:
-    /// Reads the file if it isn't the one that was read last. No file is no values, ERROR_KEY_DELETED if the
-    /// key is gone. A damaged file is ERROR_BADDB.
+    /// Reads the file unless it is the one that was read last. A missing file means no values, or
+    /// ERROR_KEY_DELETED if the key was deleted. ERROR_BADDB for a damaged file.
     ulong Refresh(const KeyFolder& key);
 
-    /// Whether there was a file, and it was in order.
+    /// Whether there was a file and it was well-formed.
     bool WasRead() const noexcept { return static_cast<bool>(m_file); }
 
     const std::vector<RegistryValue>& Values() const noexcept { return m_content.values; }
@@ -23,13 +23,13 @@ public:
 private:
     ulong Read(const KeyFolder& key);
 
-    FileHandle m_file; // stays open, so that no other file takes over its inode number
+    FileHandle m_file; // kept open so that its inode number is not reused
     FileStamp m_stamp;
     RegistryValues m_content;
 };
 
-/// Stores one value among the others, on disk when it returns: under the key's lock, and the whole file
-/// replaced in one step. A damaged file is refused (ERROR_BADDB) and left alone.
+/// Stores one value durably: replaces the whole file atomically, under the key's lock. A damaged file is
+/// refused (ERROR_BADDB) and left unchanged.
 ulong StoreValue(const KeyFolder& key, RegistryValue value);
 
 } // namespace corvane::posix

@@ -1,11 +1,11 @@
-// The text form of a key's values, one in a line, as registry editors export them:
+// The text form of a key's values, one per line, as registry editors export them:
 //
 //     "Name"="text"
 //     @="the default value"
 //     "Number"=dword:0000002a
 //     "Path"=hex(2):25,00,...
 //
-// UTF-8 throughout; backslash and quote are escaped by a backslash. What no text can hold goes as
+// UTF-8 throughout; backslash and quote are escaped with a backslash. Data that is not a text is written as
 // `hex(type):`.
 #pragma once
 
@@ -18,7 +18,7 @@ namespace corvane::posix {
 struct RegistryValue {
     explicit RegistryValue(wstring_view valueName) : name(valueName) {}
 
-    std::string comment; ///< the lines in front of it that hold no value, kept as they are
+    std::string comment; ///< the lines before it that hold no value, kept as they are
     wstring name;        ///< empty for the default value
     ulong type = 0;
     std::string data; ///< the bytes, as the machine holds them
@@ -26,14 +26,14 @@ struct RegistryValue {
 
 struct RegistryValues {
     std::vector<RegistryValue> values;
-    std::string comment; ///< what stands behind the last value
+    std::string comment; ///< the lines after the last value
 
-    /// The value with that name, letter case ignored, or null.
+    /// The value with that name, ignoring letter case, or null.
     RegistryValue* Find(wstring_view name) noexcept;
 };
 
-/// False for a damaged text: a line that is neither a value nor empty nor a comment (`;`), a NUL, a name or
-/// text that isn't UTF-8.
+/// False for a damaged text: a line that is neither a value nor empty nor a comment (`;`), a NUL, or a name
+/// or text that is not well-formed UTF-8.
 bool ParseValues(std::string_view text, RegistryValues& values);
 
 std::string PrintValues(const RegistryValues& values);
