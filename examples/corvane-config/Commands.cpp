@@ -1,71 +1,115 @@
-// The one table of commands, and the help that is made of it.
-#include "Command.h"
+#include "Commands.h"
+
+#include "FileCommands.h"
+#include "RegistryCommands.h"
 
 #include <algorithm>
 
-namespace {
+const std::vector<Command>& Commands() {
+    constexpr Target file = Target::file;
+    constexpr Target registry = Target::registry;
+    static const std::vector<Command> commands = {
+        {file, "list", "[SECTION]", "--sorted --format", "print all values, or those of one section",
+         ListFile},
+        {file, "keys", "[SECTION]", "--sorted", "print the keys, one per line", ListKeys},
+        {file, "get", "KEY [DEFAULT]", "--all --format", "print a value", GetValue},
+        {file, "exists", "KEY", "", "print yes or no; SECTION: asks for a section", KeyExists},
+        {file, "set", "KEY VALUE [KEY VALUE ...]", "--create", "write values, all or none", SetValues},
+        {file, "delete", "KEY [KEY ...]", "--ignore-missing",
+         "delete values, all or none; SECTION: deletes a section", DeleteKeys},
+        {file, "apply", "", "--create --ignore-missing",
+         "make the changes read from standard input, all or none", ApplyChanges},
+        {file, "rename-section", "SECTION NAME", "", "rename a section, keeping its lines", RenameSection},
+        {file, "edit", "", "", "edit a copy in $VISUAL or $EDITOR, then replace the file", EditFile},
+        {file, "watch", "", "", "print changes as they happen, until interrupted", WatchFile},
+        {file, "snapshot", "", "", "copy the file and print the name of the copy", MakeSnapshot},
+        {file, "restore", "SNAPSHOT", "", "replace the file with a copy", RestoreSnapshot},
+        {file, "diff", "SNAPSHOT", "", "print what has changed since a copy", CompareWithSnapshot},
+        {registry, "get", "PATH NAME", "", "print a string", GetRegistryText},
+        {registry, "set", "PATH NAME TEXT", "", "write a string", SetRegistryText},
+        {registry, "number", "PATH NAME [NUMBER]", "", "print or write a number", GetOrSetRegistryNumber},
+        {registry, "delete", "PATH", "--ignore-missing", "delete a key that has no subkeys",
+         DeleteRegistryKey},
+        {registry, "list", "PATH", "", "print the names of the subkeys", ListRegistryKeys},
+    };
+    return commands;
+}
 
-constexpr Command commands[] = {
-    {Target::file, "list", "[SECTION]", "show all sections and values, or one section", 0, 1, ListFile},
-    {Target::file, "keys", "[SECTION]", "show the keys alone, one a line", 0, 1, ListKeys},
-    {Target::file, "get", "SECTION:TAG [DEFAULT]", "show one value", 1, 2, GetValue},
-    {Target::file, "exists", "SECTION:TAG", "say yes or no; 'SECTION:' asks for the section", 1, 1,
-     AskForKey},
-    {Target::file, "set", "SECTION:TAG VALUE", "write one value; an empty one counts as not there", 2, 2,
-     SetValue},
-    {Target::file, "delete", "SECTION:TAG", "delete one value; 'SECTION:' deletes the section", 1, 1,
-     DeleteKey},
-    {Target::file, "snapshot", "", "copy the file and show the copy's name", 0, 0, MakeSnapshot},
-    {Target::file, "restore", "SNAPSHOT", "put a copy in the file's place", 1, 1, RestoreSnapshot},
-    {Target::file, "diff", "SNAPSHOT", "show what has changed since a copy", 1, 1, CompareWithSnapshot},
-    {Target::registry, "get", "PATH NAME", "show a text", 2, 2, GetRegistryText},
-    {Target::registry, "set", "PATH NAME TEXT", "write a text", 3, 3, SetRegistryText},
-    {Target::registry, "number", "PATH NAME [NUMBER]", "show or write a number", 2, 3,
-     GetOrSetRegistryNumber},
-    {Target::registry, "delete", "PATH", "delete a key that has no subkeys", 1, 1, DeleteRegistryKey},
-    {Target::registry, "list", "PATH", "show the names of a key's subkeys", 1, 1, ListRegistryKeys},
-};
+const std::vector<Option>& Options() {
+    static const std::vector<Option> options = {
+        {"--sorted", "", "sort by name, not in the order of the file", false},
+        {"--format", "FORMAT", "text (the default), sh or json", false},
+        {"--all", "", "print all values of a repeated tag; the first one counts", false},
+        {"--create", "", "create the file if there is none", false},
+        {"--ignore-missing", "", "succeed even if there is nothing to delete", false},
+        {"--folders", "USER MACHINE", "the folders of the registry, absolute paths (not on Windows)", false},
+        {"--log", "", "print the library's log to standard error", true},
+        {"--help", "", "print this text, or the usage of the command", true},
+        {"--version", "", "print the version", true},
+    };
+    return options;
+}
 
-std::string CommandLines(Target target) {
-    std::string lines;
-    for (const Command& command : commands) {
-        if (command.target != target)
-            continue;
-        std::string line = std::string("  ") + command.name + " " + command.parameters;
-        line.resize(std::max<std::size_t>(line.size() + 1, 32), ' ');
-        lines += line + command.help + "\n";
+const Command* FindCommand(Target target, std::string_view name) {
+    for (const Command& command : Commands())
+        if (command.target == target && command.name == name)
+            return &command;
+    return nullptr;
+}
+
+const Option* FindOption(std::string_view name) {
+    for (const Option& option : Options())
+        if (option.name == name)
+            return &option;
+    return nullptr;
+}
+
+bool Takes(const Command& command, const Option& option) {
+    const std::vector<std::string_view> own = Words(command.options);
+    const bool isOwn = std::find(own.begin(), own.end(), option.name) != own.end();
+    const bool hasFolders =
+        command.target == Target::registry && option.name == std::string_view("--folders");
+    return option.common || isOwn || hasFolders;
+}
+
+std::vector<std::string_view> Words(std::string_view text) {
+    std::vector<std::string_view> words;
+    while (!text.empty()) {
+        const std::size_t length = std::min(text.find(' '), text.size());
+        if (length > 0)
+            words.push_back(text.substr(0, length));
+        text.remove_prefix(std::min(length + 1, text.size()));
     }
-    return lines;
+    return words;
 }
 
-} // namespace
-
-const Command& FindCommand(Target target, const std::string& name, std::size_t arguments) {
-    const Command* const found =
-        std::find_if(std::begin(commands), std::end(commands), [&](const Command& command) {
-            return command.target == target && command.name == name;
-        });
-    if (found == std::end(commands))
-        throw Failure(Usage, "there is no command '" + name + "'; --help lists them, and options go first");
-    if (found->most == 0 && arguments > 0)
-        throw Failure(Usage, "'" + name + "' takes nothing behind it");
-    if (arguments < found->fewest || arguments > found->most)
-        throw Failure(Usage, "'" + name + "' wants: " + name + " " + found->parameters);
-    return *found;
+Parameters::Parameters(const Command& command) {
+    bool optional = false;
+    for (std::string_view word : Words(command.parameters)) {
+        if (word == "...]") {
+            m_repeated = m_names.size() - m_needed;
+            continue;
+        }
+        if (word.front() == '[') {
+            optional = true;
+            word.remove_prefix(1);
+        }
+        if (word.back() == ']')
+            word.remove_suffix(1);
+        m_names.push_back(word);
+        if (!optional)
+            ++m_needed;
+    }
 }
 
-std::string Help() {
-    return "corvane-config reads and changes settings files and the registry.\n\n"
-           "corvane-config [--log] FILE COMMAND ...\n" +
-           CommandLines(Target::file) +
-           "\ncorvane-config [--log] registry [--folders USER MACHINE] COMMAND ...\n" +
-           CommandLines(Target::registry) +
-           "\n  --log      show the library's log lines on standard error\n"
-           "  --folders  where the registry's two trees lie, as absolute paths (not on Windows)\n"
-           "  --help     show this text\n"
-           "  --version  show the version\n\n"
-           "A PATH begins with a root, such as HKEY_CURRENT_USER\\Software\\Demo.\n"
-           "Exit codes: 0 done, yes or the same; 1 no, not there or not the same; 2 the command line makes "
-           "no\n"
-           "sense; 3 refused by the file or the registry.\n";
+bool Parameters::Accepts(std::size_t count) const {
+    if (count < m_needed)
+        return false;
+    return m_repeated > 0 ? (count - m_needed) % m_repeated == 0 : count <= m_names.size();
+}
+
+std::string_view Parameters::At(std::size_t index) const {
+    while (m_repeated > 0 && index >= m_names.size())
+        index -= m_repeated;
+    return index < m_names.size() ? m_names[index] : std::string_view();
 }

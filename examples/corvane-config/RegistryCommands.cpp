@@ -1,5 +1,5 @@
 // The commands on the registry.
-#include "Command.h"
+#include "RegistryCommands.h"
 
 #include <corvane/comfort/ValueText.h>
 #include <corvane/config.h>
@@ -17,40 +17,39 @@ constexpr int noRoot = -1;
 constexpr int notFound = 2;
 constexpr int denied = 5;
 
-ExitCode TellStatus(const std::string& path, int status) {
+// Done, or throws what the status of a write or a deletion means.
+ExitCode Result(const std::string& path, int status) {
     switch (status) {
     case 0: return Done;
     case noRoot:
-        throw Failure(Usage, "'" + path + "' has no root; begin it with one, such as HKEY_CURRENT_USER\\");
-    case notFound: throw Failure(No, "there is no key '" + path + "'; 'list' shows the subkeys of a key");
+        throw Failure(Usage, "'" + path + "' does not begin with a root such as HKEY_CURRENT_USER\\");
+    case notFound: throw Failure(No, "there is no key '" + path + "'");
     case denied:
-        throw Failure(Refused,
-                      "'" + path + "' is denied; see to your rights, and delete subkeys before their key");
-    case FAILURE_GENERAL:
-        throw Failure(Usage, "'" + path +
-                                 "' names no key to delete; give one below a root, such as "
-                                 "HKEY_CURRENT_USER\\Software\\Demo");
-    default:
-        throw Failure(Refused, "'" + path + "' was refused with status " + std::to_string(status) +
-                                   "; see to the rights and room of the registry's folder");
+        throw Failure(Refused, "'" + path + "': access denied; a key with subkeys cannot be deleted");
+    case FAILURE_GENERAL: throw Failure(Usage, "'" + path + "' is a root, not a key that can be deleted");
+    default: throw Failure(Refused, "'" + path + "': refused with status " + std::to_string(status));
     }
+}
+
+Failure NotFound(const char* type, const CommandLine& line) {
+    return {No, "there is no " + (type + (" '" + line.arguments[1])) + "' in '" + line.arguments[0] + "'"};
+}
+
+// Uses the folders that --folders names. Returns the path in the registry, the first argument.
+const std::string& PathOf(const CommandLine& line) {
+    const auto folders = line.options.find("--folders");
+    if (folders != line.options.end() && !corvane::SetRegistryFolders(folders->second[0], folders->second[1]))
+        throw Failure(Usage, "--folders expects two absolute paths, and does not work on Windows");
+    return line.arguments[0];
 }
 
 } // namespace
 
-void TakeRegistryFolders(Arguments& arguments) {
-    if (arguments.empty() || arguments[0] != "--folders")
-        return;
-    if (arguments.size() < 3 || !corvane::SetRegistryFolders(arguments[1], arguments[2]))
-        throw Failure(Usage,
-                      "--folders wants two absolute paths, and a registry that is no part of the system");
-    arguments.erase(arguments.begin(), arguments.begin() + 3);
-}
-
 // Asks for the length first, and again if the text has grown meanwhile.
-ExitCode GetRegistryText(const Arguments& arguments) {
-    const wstring path = ToWide(arguments[0]);
-    const wstring name = ToWide(arguments[1]);
+ExitCode GetRegistryText(const CommandLine& line) {
+    const std::string& readablePath = PathOf(line);
+    const wstring path = ToWide(readablePath);
+    const wstring name = ToWide(line.arguments[1]);
     // A default tells a missing value, which gives its length, from an empty one.
     const wstring missing = CORVANE_TEXT("?");
     wstring text(1, 0);
@@ -65,48 +64,48 @@ ExitCode GetRegistryText(const Arguments& arguments) {
     }
     if (length == 0 && registry_readString(nullptr, path.c_str(), name.c_str(), missing.c_str(), nullptr,
                                            0) == missing.size())
-        throw Failure(No, "there is no text '" + arguments[1] + "' in '" + arguments[0] +
-                              "'; 'set' writes one, 'number' shows a number");
+        throw NotFound("string", line);
     text.resize(length);
     std::cout << corvane::ToUtf8(text) << '\n';
     return Done;
 }
 
-ExitCode SetRegistryText(const Arguments& arguments) {
-    return TellStatus(arguments[0],
-                      registry_writeString(nullptr, ToWide(arguments[0]).c_str(),
-                                           ToWide(arguments[1]).c_str(), ToWide(arguments[2]).c_str()));
+ExitCode SetRegistryText(const CommandLine& line) {
+    const std::string& path = PathOf(line);
+    return Result(path, registry_writeString(nullptr, ToWide(path).c_str(), ToWide(line.arguments[1]).c_str(),
+                                             ToWide(line.arguments[2]).c_str()));
 }
 
-ExitCode GetOrSetRegistryNumber(const Arguments& arguments) {
-    const wstring path = ToWide(arguments[0]);
-    const wstring name = ToWide(arguments[1]);
-    if (arguments.size() == 3) {
-        const auto number = corvane::ValueText<corvane::ulong>::FromText(arguments[2]);
+ExitCode GetOrSetRegistryNumber(const CommandLine& line) {
+    const std::string& readablePath = PathOf(line);
+    const wstring path = ToWide(readablePath);
+    const wstring name = ToWide(line.arguments[1]);
+    if (line.arguments.size() == 3) {
+        const auto number = corvane::ValueText<corvane::ulong>::FromText(line.arguments[2]);
         if (!number)
-            throw Failure(Usage, "'" + arguments[2] + "' does not fit; give a number from 0 to 4294967295");
-        return TellStatus(arguments[0], registry_writeNumber(nullptr, path.c_str(), name.c_str(), *number));
+            throw Failure(Usage, "'" + line.arguments[2] + "' is not a number from 0 to 4294967295");
+        return Result(readablePath, registry_writeNumber(nullptr, path.c_str(), name.c_str(), *number));
     }
     int found = 0;
     const corvane::ulong number = registry_readNumber(nullptr, path.c_str(), name.c_str(), 0, &found);
     if (!found)
-        throw Failure(No, "there is no number '" + arguments[1] + "' in '" + arguments[0] +
-                              "'; give a third argument to write one, 'get' shows a text");
+        throw NotFound("number", line);
     std::cout << number << '\n';
     return Done;
 }
 
-ExitCode DeleteRegistryKey(const Arguments& arguments) {
-    return TellStatus(arguments[0], registry_deleteKey(nullptr, ToWide(arguments[0]).c_str()));
+ExitCode DeleteRegistryKey(const CommandLine& line) {
+    const std::string& path = PathOf(line);
+    const int status = registry_deleteKey(nullptr, ToWide(path).c_str());
+    return status == notFound && line.Has("--ignore-missing") ? Done : Result(path, status);
 }
 
-ExitCode ListRegistryKeys(const Arguments& arguments) {
+ExitCode ListRegistryKeys(const CommandLine& line) {
+    const std::string& path = PathOf(line);
     const std::unique_ptr<corvane::wchar, decltype(&std::free)> names(
-        registry_loadSubSectionNames(nullptr, ToWide(arguments[0]).c_str(), 0), &std::free);
+        registry_loadSubSectionNames(nullptr, ToWide(path).c_str(), 0), &std::free);
     if (!names)
-        throw Failure(No, "'" + arguments[0] +
-                              "' has no subkeys or is not there; a path begins with a root, such as "
-                              "HKEY_CURRENT_USER\\");
+        throw Failure(No, "there is no key '" + path + "' with subkeys");
     for (const corvane::wchar* name = names.get(); *name; name += corvane::wstring_view(name).size() + 1)
         std::cout << corvane::ToUtf8(name) << '\n';
     return Done;

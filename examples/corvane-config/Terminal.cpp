@@ -1,5 +1,7 @@
 #include "Terminal.h"
 
+#include "System.h"
+
 #include <cstdlib>
 
 std::string Painted(Paint paint, const std::string& text) {

@@ -1,0 +1,53 @@
+#include "Replacement.h"
+
+#include "Failure.h"
+#include "FileText.h"
+#include "Log.h"
+
+namespace {
+
+std::string NameOf(const ConfigManager& config) {
+    return corvane::ToUtf8(config.GetConfigName());
+}
+
+} // namespace
+
+std::string Snapshot(ConfigManager& config) {
+    corvane::wstring name;
+    if (config.CreateSnapshot(name) != 0)
+        throw Failure(Refused, "cannot copy '" + NameOf(config) + "'" + LoggedReason());
+    return corvane::ToUtf8(name);
+}
+
+void Restore(ConfigManager& config, const std::string& snapshot) {
+    ConfigManager loaded;
+    Load(loaded, snapshot);
+    if (config.RestoreSnapshot(corvane::ToWide(snapshot)) != 0)
+        throw Failure(Refused, "cannot replace '" + NameOf(config) + "'" + LoggedReason());
+}
+
+Replacement::Replacement(SettingsFile& file)
+    : m_file(file), m_copy(Snapshot(file.Config())), m_original(ReadText(m_copy)) {}
+
+Replacement::~Replacement() {
+    std::error_code ignored;
+    if (!m_keep)
+        std::filesystem::remove(ToPath(m_copy), ignored);
+}
+
+void Replacement::Commit() {
+    if (ReadText(m_copy) == m_original)
+        return;
+    if (ReadText(NameOf(m_file.Config())) != m_original)
+        Refuse("the file has changed meanwhile");
+    try {
+        Restore(m_file.Config(), m_copy);
+    } catch (const Failure& failure) {
+        Refuse(failure.what());
+    }
+}
+
+void Replacement::Refuse(const std::string& reason) {
+    m_keep = true;
+    throw Failure(Refused, reason + "; nothing was replaced, your text is in '" + m_copy + "'");
+}
