@@ -47,6 +47,17 @@ TEST_F(Survival, OfAFailedRestore) {
     lines.erase(lines.begin());
     EXPECT_EQ(lines, (Lines{"Error 2 \"cannot access the specified snapshot file\"" + bySource,
                             "Error 2 \"failed to restore config snapshot\"" + byManager}));
+    fs::create_hard_link(file, folder.Path() / "hard");
+    for (const fs::path& itself : {file, folder.Path() / "." / "settings.cfg", folder.Path() / "hard"}) {
+        EXPECT_EQ(manager.RestoreSnapshot(WidePath(itself)), FAILURE_GENERAL) << itself;
+        lines = log.Take();
+        lines.erase(lines.begin());
+        EXPECT_EQ(
+            lines,
+            (Lines{"Error 32768 \"failed to copy snapshot configuration to active configuration\"" + bySource,
+                   "Error 32768 \"failed to restore config snapshot\"" + byManager}));
+    }
+    fs::remove(folder.Path() / "hard");
     WriteFile(snapshot, "no section\n");
     EXPECT_EQ(manager.RestoreSnapshot(WidePath(snapshot)), FAILURE_GENERAL);
     EXPECT_EQ(log.Take().back(), "Error 32768 \"failed to update active configuration\"" + byManager);

@@ -58,8 +58,9 @@ int _wstat64(const wchar* path, _stat64* info) noexcept;
 /// Sets both times of the file to the present; `times` is always null. 0, or -1 with `errno` set.
 int _wutime64(const wchar* path, const __utimbuf64* times) noexcept;
 
-/// Copies content and permissions. The target appears whole or not at all; with `failIfExists` an existing
-/// target is left alone (ERROR_FILE_EXISTS). Non-zero on success.
+/// Copies the content, and to a new file the permissions; one that exists keeps its own. The target appears
+/// whole or not at all. With `failIfExists` an existing target is left alone (ERROR_FILE_EXISTS); a file is
+/// not copied onto itself (ERROR_SHARING_VIOLATION). Non-zero on success.
 int CopyFileW(const wchar* from, const wchar* to, int failIfExists) noexcept;
 
 /// While it lives, those reads of this thread that go through a file as a load does, from the list of

@@ -101,7 +101,6 @@ ulong Copy(const std::string& from, const std::string& to, bool failIfExists) {
 
 } // namespace
 
-// A file copied onto itself is a success and stays as it is.
 int platform::CopyFileW(const wchar* from, const wchar* to, int failIfExists) noexcept {
     ulong error = ERROR_NOT_ENOUGH_MEMORY;
     try {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <map>
 #include <optional>
 #include <string>
 #include <sys/xattr.h>
@@ -47,22 +48,51 @@ std::optional<std::string> Attribute(int descriptor, const std::string& name) {
     }
 }
 
+// Copies what can be copied; the first refusal is the result.
 int CopyAttributes(int from, int to) {
+    int refusal = 0;
+    const auto note = [&refusal](int error) { refusal = refusal ? refusal : error; };
     const std::vector<std::string> names = AttributeNames(from);
     for (const std::string& name : AttributeNames(to)) {
         const bool wanted = std::find(names.begin(), names.end(), name) != names.end();
         if (!wanted && ::fremovexattr(to, name.c_str()) != 0)
-            return Refusal(errno);
+            note(Refusal(errno));
     }
     for (const std::string& name : names) {
         const std::optional<std::string> value = Attribute(from, name);
         if (!value)
-            return EPERM;
-        if (Attribute(to, name) != value &&
-            ::fsetxattr(to, name.c_str(), value->data(), value->size(), 0) != 0)
-            return Refusal(errno);
+            note(EPERM);
+        else if (Attribute(to, name) != value &&
+                 ::fsetxattr(to, name.c_str(), value->data(), value->size(), 0) != 0)
+            note(Refusal(errno));
     }
-    return 0;
+    return refusal;
+}
+
+using AccessLists = std::map<std::string, std::optional<std::string>>;
+
+AccessLists AccessListsOf(int descriptor) {
+    AccessLists lists;
+    for (const std::string& name : AttributeNames(descriptor)) {
+        if (name.rfind("system.", 0) == 0)
+            lists[name] = Attribute(descriptor, name);
+    }
+    return lists;
+}
+
+// The permissions of a copy that has another owner or group, and no access list: whoever was named by what
+// is lost is now one of the group or of all others, who therefore get no more than that.
+mode_t WithoutWhatIsLost(mode_t mode, bool ownerIsLost, bool groupIsLost) noexcept {
+    const mode_t owner = mode >> 6 & 07;
+    mode_t group = mode >> 3 & 07;
+    mode_t others = mode & 07;
+    if (groupIsLost)
+        group = others = group & others;
+    if (ownerIsLost) {
+        group &= owner;
+        others &= owner;
+    }
+    return owner << 6 | group << 3 | others;
 }
 
 } // namespace
@@ -80,13 +110,18 @@ int TakeOver(int from, const struct stat& status, int to) {
 }
 
 int TakeOverWhatIsPossible(int from, const struct stat& status, int to) {
-    const bool sameGroup = ::fchown(to, status.st_uid, status.st_gid) == 0 ||
-                           ::fchown(to, static_cast<uid_t>(-1), status.st_gid) == 0;
-    const bool sameLists = CopyAttributes(from, to) == 0;
-    mode_t mode = status.st_mode & 0777;
-    // Another group, or one whose bits were a mask over an access list, gets no more than everybody gets.
-    if (!sameGroup || !sameLists)
-        mode &= (mode & 07) << 3 | ~mode_t{070};
+    const bool groupIsLost = ::fchown(to, status.st_uid, status.st_gid) != 0 &&
+                             ::fchown(to, static_cast<uid_t>(-1), status.st_gid) != 0;
+    CopyAttributes(from, to);
+    struct stat own {};
+    if (::fstat(to, &own) != 0)
+        return errno;
+    const bool ownerIsLost = own.st_uid != status.st_uid;
+    const AccessLists lists = AccessListsOf(from);
+    mode_t mode = WithoutWhatIsLost(status.st_mode & 0777, ownerIsLost, groupIsLost);
+    // The group's bits are a mask over a list, and say nothing of any single user.
+    if (AccessListsOf(to) != lists || (!lists.empty() && (ownerIsLost || groupIsLost)))
+        mode &= 0700;
     return ::fchmod(to, mode) == 0 ? 0 : errno;
 }
 

@@ -9,8 +9,9 @@ namespace corvane::posix {
 /// value; EPERM when something of it cannot be kept.
 int TakeOver(int from, const struct stat& status, int to);
 
-/// The same for a copy, as far as it goes: what cannot be kept is left out, and never opens the copy to
-/// anyone who could not read the original. Bits that make a program run as another user are left out too.
+/// The same for a copy, as far as it goes: what cannot be kept is left out, and nobody but the new owner may
+/// do more with the copy than with the original. Bits that make a program run as another user are left out
+/// too.
 int TakeOverWhatIsPossible(int from, const struct stat& status, int to);
 
 /// Gives the open file the modification time in `status`; a file system that refuses is no failure.

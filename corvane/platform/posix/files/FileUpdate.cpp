@@ -100,7 +100,7 @@ ulong FileUpdate::CommitCopy(const TextPieces& content, const struct stat& sourc
     if (::fstat(m_file.Get(), &status) != 0)
         return ErrorFromErrno(errno);
     const bool itself = status.st_dev == source.st_dev && status.st_ino == source.st_ino;
-    return itself ? Done() : Write(content, &source);
+    return itself ? ERROR_SHARING_VIOLATION : Write(content, &source);
 }
 
 ulong FileUpdate::Done() noexcept {
@@ -117,21 +117,13 @@ ulong FileUpdate::Write(const TextPieces& content, const struct stat* source) {
     struct stat status {};
     if (::fstat(m_file.Get(), &status) != 0)
         return ErrorFromErrno(errno);
-    const mode_t oldMode = status.st_mode;
-    if (source)
-        status.st_mode &= source->st_mode;
     const int error = status.st_nlink > 1 ? EPERM : Replace(content, status, source);
     if (error == 0)
         return Done();
     if (!ServesInPlace(error))
         return ErrorFromErrno(error);
-    // Narrowed before the content comes, which may be for fewer eyes than the old.
-    if (status.st_mode != oldMode && ::fchmod(m_file.Get(), status.st_mode & 07777) != 0)
-        return ErrorFromErrno(errno);
-    if (const ulong refused = WriteInPlace(m_file.Get(), content, Content())) {
-        ::fchmod(m_file.Get(), oldMode & 07777);
+    if (const ulong refused = WriteInPlace(m_file.Get(), content, Content()))
         return refused;
-    }
     if (source)
         SetModificationTime(m_file.Get(), *source);
     return Done();

@@ -39,8 +39,8 @@ public:
     /// where that cannot serve. On failure the file holds what it held.
     ulong Commit(const TextPieces& content);
 
-    /// The same for a copy of the file with the status `source`: it takes over that one's modification time
-    /// too, and permits only what both of the files permitted. A file as its own source is left alone.
+    /// The same for a copy of the file with the status `source`, whose modification time it takes over too. A
+    /// file as its own source is ERROR_SHARING_VIOLATION.
     ulong CommitCopy(const TextPieces& content, const struct stat& source);
 
 private:
