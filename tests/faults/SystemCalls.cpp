@@ -15,6 +15,7 @@
 #include <sys/file.h>
 #include <sys/random.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 #include <utility>
@@ -112,13 +113,15 @@ extern "C" int access(const char* path, int mode) noexcept {
     return faults::Strikes(false) || (faults::active && faults::plan.needsNames) ? -1 : original(path, mode);
 }
 
-extern "C" ssize_t pwrite(int file, const void* bytes, std::size_t size, off_t at) {
-    static const auto original = ORIGINAL(pwrite);
+extern "C" ssize_t pwritev(int file, const iovec* parts, int count, off_t at) {
+    static const auto original = ORIGINAL(pwritev);
     const long before = faults::outcome.calls;
     if (faults::Strikes(false))
         return -1;
-    const bool isShort = faults::plan.kind == faults::Kind::Short && before + 1 == faults::plan.n;
-    return original(file, bytes, isShort ? (size + 1) / 2 : size, at);
+    if (faults::plan.kind != faults::Kind::Short || before + 1 != faults::plan.n)
+        return original(file, parts, count, at);
+    const iovec half{parts->iov_base, (parts->iov_len + 1) / 2};
+    return original(file, &half, 1, at);
 }
 
 extern "C" ssize_t getrandom(void* bytes, std::size_t size,

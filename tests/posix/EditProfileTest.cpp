@@ -2,12 +2,25 @@
 #include <corvane/platform/posix/profile/EditProfile.h>
 #include <corvane/platform/posix/profile/ProfileLine.h>
 
+#include <algorithm>
 #include <cctype>
 #include <clocale>
 #include <gtest/gtest.h>
 
 namespace corvane::posix {
 namespace {
+
+std::string After(std::string_view text, const std::vector<ProfileEdit>& edits) {
+    const auto pieces = Edited(text, edits);
+    std::string after(pieces ? "" : text);
+    for (const std::string_view piece : pieces.value_or(TextPieces()))
+        after += piece;
+    return after;
+}
+
+std::optional<std::string_view> OrNone(std::string_view text) {
+    return text.data() ? std::optional(text) : std::nullopt;
+}
 
 // What the fuzz target `profile` cannot know: the place of what comes, and what goes with a section.
 TEST(EditProfile, ChangesTheLinesConcerned) {
@@ -27,18 +40,57 @@ TEST(EditProfile, ChangesTheLinesConcerned) {
         {"[s]\n;own\na=1\n\n; of t\n;too\n[t]\n[S]\nc=3", {}, {}, "; of t\n;too\n[t]\n"},
     };
     for (const Row& row : rows) {
-        const auto change = [&row](std::string_view text) {
-            return row.value.data() ? SetTag(text, "s", row.tag, row.value)
-                   : row.tag.data() ? RemoveTag(text, "s", row.tag)
-                                    : RemoveSection(text, "s");
-        };
-        std::string after;
-        const ProfileChanges changes = change(row.before);
-        for (const std::string_view piece : Changed(row.before, changes))
-            after += piece;
-        EXPECT_EQ(after, row.after) << row.before;
-        EXPECT_TRUE(change(row.after).empty()) << "a second time: " << row.after;
+        const std::vector<ProfileEdit> edits{{"s", OrNone(row.tag), OrNone(row.value)}};
+        EXPECT_EQ(After(row.before, edits), row.after) << row.before;
+        EXPECT_FALSE(Edited(row.after, edits)) << "a second time: " << row.after;
     }
+}
+
+TEST(EditProfile, MakesManyChangesAtOnce) {
+    struct Row {
+        std::string_view before;
+        std::vector<ProfileEdit> edits;
+        std::string_view after;
+    };
+    const auto none = std::nullopt;
+    const Row rows[] = {
+        {"[s]\na=1\n", {}, "[s]\na=1\n"},
+        {"[s]\na=1",
+         {{"S", "A", "2"}, {"s", "b", "3"}, {"t", "c", "4"}, {"T", "d", "5"}},
+         "[s]\na=2\nb=3\n[t]\nc=4\nd=5\n"},
+        {"[s]\na=1\nb=2\n",
+         {{"s", "a", "8"}, {"s", "a", none}, {"s", "b", none}, {"s", "B", "9"}},
+         "[s]\nb=9\n"},
+        {"[s]\na=1", {{"s", "a", none}, {"s", "b", "2"}}, "[s]\nb=2\n"},
+        {"[s]\na=1\n[S]\na=2\nb=3", {{"s", "a", none}, {"s", "b", "4"}}, "[s]\nb=4\n[S]\nb=3"},
+        {"[s]\r\na=1\r\n", {{"s", "b", "2"}, {"s", none, none}, {"s", "c", "3"}}, "[s]\r\nc=3\r\n"},
+        {"\xEF\xBB\xBF[s]\na=1\n", {{"s", none, none}, {"s", "b", "2"}}, "\xEF\xBB\xBF[s]\nb=2\n"},
+        {"[s]\na=1\n;t\n[t]\nb=2\n[s]\n;c",
+         {{"t", "b", none}, {"s", none, none}, {"u", "c", "3"}},
+         ";t\n[t]\n[u]\nc=3\n"},
+        {"[s]\na=1", {{"t", "b", "2"}, {"t", none, none}, {"s", "c", none}}, "[s]\na=1"},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(After(row.before, row.edits), row.after) << row.before;
+}
+
+// Each step would compare each of so many names with all others, did it trust their hashes, which are equal.
+TEST(EditProfile, TakesTimeInProportionForAnyNames) {
+    constexpr unsigned bits = 15;
+    std::vector<std::string> names(1U << bits, std::string(bits, '@'));
+    for (std::size_t i = 0; i < names.size(); ++i)
+        for (unsigned bit = 0; bit < bits; ++bit)
+            names[i][bit] = (i >> bit & 1) != 0 ? '@' : '`';
+    ASSERT_EQ(HashName(names.front()), HashName(names.back()));
+    std::vector<ProfileEdit> edits;
+    for (const std::string& name : names)
+        edits.insert(edits.end(), {{"s", name, "1"}, {name, "x", "1"}});
+    const std::string once = After("[s]\n", edits);
+    EXPECT_EQ(static_cast<std::size_t>(std::count(once.begin(), once.end(), '=')), edits.size());
+    EXPECT_FALSE(Edited(once, edits));
+    for (ProfileEdit& edit : edits)
+        edit.value.reset();
+    EXPECT_EQ(After(once, edits).find('='), std::string::npos);
 }
 
 // Whatever a locale takes for one letter must fall into one bucket of a look-up.

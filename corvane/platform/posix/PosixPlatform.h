@@ -4,12 +4,14 @@
 #pragma once
 
 #include <corvane/foundations/WideString.h>
+#include <corvane/platform/ProfileChange.h>
 
 #include <cstdarg>
 #include <cstddef>
 #include <memory>
 #include <sys/stat.h>
 #include <type_traits>
+#include <vector>
 
 struct __utimbuf64;
 
@@ -96,6 +98,11 @@ inline constexpr std::size_t longestProfileText = std::size_t{1} << 30;
 /// std::invalid_argument, with nothing written, for what the file could never give back.
 int WritePrivateProfileStringA(const char* section, const char* tag, const char* value, const char* file);
 int WritePrivateProfileStringW(const wchar* section, const wchar* tag, const wchar* value, const wchar* file);
+
+/// Makes all changes, one after the other, or none: a reader, or whoever looks after a crash, finds the file
+/// before them or after them. The last change of a tag counts. Otherwise as the write of one value, which
+/// costs the same.
+int WritePrivateProfileChanges(const std::vector<ProfileChange>& changes, const char* file);
 
 } // namespace corvane::platform
 

@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 namespace corvane::posix {
@@ -33,19 +34,30 @@ int Overwrite(int descriptor, const TextPieces& content) noexcept {
 } // namespace
 
 int WriteWhole(int descriptor, const TextPieces& content) noexcept {
+    constexpr int mostParts = 256;
     off_t at = 0;
-    for (std::string_view piece : content) {
-        while (!piece.empty()) {
-            const ssize_t count = ::pwrite(descriptor, piece.data(), piece.size(), at);
-            if (count < 0 && errno == EINTR)
-                continue;
-            if (count <= 0)
-                return count == 0 ? EIO : errno;
-            at += count;
-            piece.remove_prefix(static_cast<std::size_t>(count));
+    std::size_t piece = 0;   // the first that is not all written
+    std::size_t written = 0; // of that one
+    for (;;) {
+        iovec parts[mostParts];
+        int count = 0;
+        for (std::size_t i = piece; i < content.size() && count < mostParts; ++i) {
+            const std::string_view rest = content[i].substr(i == piece ? written : 0);
+            if (!rest.empty())
+                parts[count++] = {const_cast<char*>(rest.data()), rest.size()};
         }
+        if (count == 0)
+            return 0;
+        const ssize_t size = ::pwritev(descriptor, parts, count, at);
+        if (size < 0 && errno == EINTR)
+            continue;
+        if (size <= 0)
+            return size == 0 ? EIO : errno;
+        at += size;
+        for (written += static_cast<std::size_t>(size);
+             piece < content.size() && written >= content[piece].size(); ++piece)
+            written -= content[piece].size();
     }
-    return 0;
 }
 
 ulong WriteInPlace(int descriptor, const TextPieces& content, std::string_view old) {

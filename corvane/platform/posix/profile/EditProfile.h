@@ -4,37 +4,30 @@
 
 #include <corvane/platform/posix/files/TextPieces.h>
 
-#include <string>
+#include <optional>
 #include <string_view>
 #include <vector>
 
 namespace corvane::posix {
 
-/// One place of a text that becomes another: what is between two of its positions goes, `text` comes there.
-struct ProfileChange {
-    std::size_t begin = 0;
-    std::size_t end = 0;
-    std::string text;
+/// One change that is asked for: the tag gets the value; without a value it goes, and without a tag the whole
+/// section does. No line breaks stand in what is written, and no blanks at the ends of its names, which are
+/// not empty.
+struct ProfileEdit {
+    std::string_view section;
+    std::optional<std::string_view> tag;
+    std::optional<std::string_view> value;
 };
 
-/// From front to back; none when everything is as it should be.
-using ProfileChanges = std::vector<ProfileChange>;
-
-/// Gives the tag the value. Of equal sections and tags the first is written. An existing line keeps all but
-/// its value; blanks that the new value brings at an end take the place of those in the line. A new tag goes
-/// behind the last one of its section, a new section to the end. Names are not empty, have no blanks at their
-/// ends, and like the value no line break in them.
-ProfileChanges SetTag(std::string_view content, std::string_view section, std::string_view tag,
-                      std::string_view value);
-
-/// Removes the tag from every section of that name. Headers stay.
-ProfileChanges RemoveTag(std::string_view content, std::string_view section, std::string_view tag);
-
-/// Removes every section of that name, each from its header to the next. Comments directly above the next
-/// header speak of what follows and stay.
-ProfileChanges RemoveSection(std::string_view content, std::string_view section);
-
-/// The text with the changes made, in pieces of both.
-TextPieces Changed(std::string_view content, const ProfileChanges& changes);
+/// The text with the edits made one after the other, in pieces of both, which have to last as long; nothing
+/// if it is as it should be already. One pass over the text: takes time in proportion to it and the edits.
+///
+/// - Of equal sections and tags the first gets the value. An existing line keeps all but its value; blanks
+///   that the new value brings at an end take the place of those in the line.
+/// - New tags go behind the last one of their section, new sections to the end.
+/// - What is removed goes from every section of that name. With a tag the header stays; with a section the
+///   comments directly above the next header stay, as they speak of what follows.
+/// - The last edit of a tag counts. A section that is removed and then gets a tag begins anew.
+std::optional<TextPieces> Edited(std::string_view text, const std::vector<ProfileEdit>& edits);
 
 } // namespace corvane::posix

@@ -6,7 +6,7 @@
 #include <corvane/platform/posix/profile/EditProfile.h>
 #include <corvane/platform/posix/profile/ProfileLine.h>
 
-#include <optional>
+#include <algorithm>
 #include <stdexcept>
 
 namespace corvane {
@@ -16,52 +16,66 @@ using namespace posix;
 
 namespace {
 
-using OptionalText = std::optional<std::string_view>; // nothing for a null
-
-ulong Commit(FileUpdate& update, const ProfileChanges& changes) {
-    return changes.empty() ? ERROR_SUCCESS : update.Commit(Changed(update.Content(), changes));
+bool NamesSomething(const ProfileEdit& edit) noexcept {
+    return !edit.section.empty() && (!edit.tag || !edit.tag->empty());
 }
 
-ulong Write(std::string_view section, std::string_view tag, std::string_view value, const std::string& file) {
-    FileUpdate update;
-    if (const ulong error = update.Begin(file, FileUpdate::Missing::Create))
-        return error;
-    if (IsUtf16(update.Content()))
-        throw std::invalid_argument("a profile file in UTF-16 is not written");
-    return Commit(update, SetTag(update.Content(), section, tag, value));
+// Removals go by the names as they are given: one with blanks around it is found in no file.
+ProfileEdit EditFor(const ProfileChange& change) {
+    const auto name = [&change](std::string_view text) { return change.value ? TrimBlanks(text) : text; };
+    if (change.value)
+        RefuseUnreadable(change.section, change.tag, change.value);
+    ProfileEdit edit;
+    edit.section = name(change.section);
+    if (change.tag)
+        edit.tag = name(change.tag);
+    if (change.value)
+        edit.value = change.value;
+    return edit;
 }
 
-// Goes by the names as they are given: one with blanks around it is found in no file.
-ulong Remove(std::string_view section, const OptionalText& tag, const std::string& file) {
-    if (section.empty() || (tag && tag->empty()))
-        return ERROR_SUCCESS;
+ulong Write(const std::vector<ProfileEdit>& edits, const std::string& file) {
+    const bool writes =
+        std::any_of(edits.begin(), edits.end(), [](const ProfileEdit& edit) { return edit.value; });
     FileUpdate update;
-    if (const ulong error = update.Begin(file, FileUpdate::Missing::Refuse))
-        return error == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : error;
-    if (IsUtf16(update.Content()))
+    if (const ulong error =
+            update.Begin(file, writes ? FileUpdate::Missing::Create : FileUpdate::Missing::Refuse))
+        return error == ERROR_FILE_NOT_FOUND && !writes ? ERROR_SUCCESS : error;
+    if (IsUtf16(update.Content())) {
+        if (writes)
+            throw std::invalid_argument("a profile file in UTF-16 is not written");
         return ERROR_SUCCESS;
-    return Commit(update, tag ? RemoveTag(update.Content(), section, *tag)
-                              : RemoveSection(update.Content(), section));
+    }
+    const std::optional<TextPieces> text = Edited(update.Content(), edits);
+    return text ? update.Commit(*text) : ERROR_SUCCESS;
 }
 
 } // namespace
 
-int platform::WritePrivateProfileStringA(const char* section, const char* tag, const char* value,
-                                         const char* file) {
-    if (value)
-        RefuseUnreadable(section, tag, value);
+int platform::WritePrivateProfileChanges(const std::vector<ProfileChange>& changes, const char* file) {
+    std::vector<ProfileEdit> edits;
+    edits.reserve(changes.size());
+    for (const ProfileChange& change : changes)
+        if (const ProfileEdit edit = EditFor(change); NamesSomething(edit))
+            edits.push_back(edit);
     ulong error = ERROR_SUCCESS;
-    if (!section)
-        error = ERROR_FILE_NOT_FOUND;
-    else if (!file)
+    if (!file)
         error = ERROR_INVALID_PARAMETER;
-    else if (value)
-        error = Write(TrimBlanks(section), TrimBlanks(tag), value, file);
-    else
-        error = Remove(section, tag ? OptionalText(tag) : std::nullopt, file);
+    else if (!edits.empty())
+        error = Write(edits, file);
     if (error != ERROR_SUCCESS)
         SetLastError(error);
     return error == ERROR_SUCCESS;
+}
+
+int platform::WritePrivateProfileStringA(const char* section, const char* tag, const char* value,
+                                         const char* file) {
+    if (section)
+        return WritePrivateProfileChanges({{section, tag, value}}, file);
+    if (value)
+        RefuseUnreadable(section, tag, value);
+    SetLastError(ERROR_FILE_NOT_FOUND);
+    return 0;
 }
 
 int platform::WritePrivateProfileStringW(const wchar* section, const wchar* tag, const wchar* value,

@@ -1,0 +1,14 @@
+// One of many changes that are made to a private-profile file at once.
+#pragma once
+
+namespace corvane::platform {
+
+/// The tag gets the value; with a null value it goes, and with a null tag the whole section does. The section
+/// is not null. All texts are UTF-8.
+struct ProfileChange {
+    const char* section;
+    const char* tag;
+    const char* value;
+};
+
+} // namespace corvane::platform
