@@ -3,6 +3,7 @@
 #pragma once
 
 #include <corvane/foundations/WideString.h>
+#include <corvane/platform/ProfileChange.h>
 
 #ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN
@@ -16,6 +17,7 @@
 #include <sys/types.h>
 #include <sys/utime.h>
 #include <type_traits>
+#include <vector>
 #include <wchar.h>
 #include <windows.h>
 
@@ -82,6 +84,12 @@ inline constexpr std::size_t longestProfileText = 32'766;
 /// The real operation behind a quick refusal: throws std::invalid_argument, with nothing written, for what
 /// the file could never give back, the length of a text included.
 int WritePrivateProfileStringA(const char* section, const char* tag, const char* value, const char* file);
+
+/// Makes all changes, one after the other, or none: a reader, or whoever looks after a crash, finds the file
+/// before them or after them. They are made to a copy by the real operation; the copy then takes the file's
+/// place. Refusals are those of the write of one value; 0, with the reason in GetLastError and the file as it
+/// was, also if the copy cannot take its place.
+int WritePrivateProfileChanges(const std::vector<ProfileChange>& changes, const char* file);
 
 /// Where a load is one picture of its file. The real operations look at the file for each read.
 class LoadScope {

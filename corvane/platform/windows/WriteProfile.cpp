@@ -1,6 +1,7 @@
 #include <corvane/platform/ProfileRules.h>
-#include <corvane/platform/windows/WindowsPlatform.h>
+#include <corvane/platform/windows/HeldProfile.h>
 
+#include <algorithm>
 #include <cstring>
 #include <stdexcept>
 
@@ -12,16 +13,41 @@ void RefuseTooLong(const char* text) {
         throw std::invalid_argument("a profile section, tag or value has at most 32,766 bytes");
 }
 
+void CheckChange(const platform::ProfileChange& change) {
+    if (!change.value)
+        return;
+    RefuseUnreadable(change.section, change.tag, change.value);
+    for (const char* text : {change.section, change.tag, change.value})
+        RefuseTooLong(text);
+}
+
 } // namespace
 
 int platform::WritePrivateProfileStringA(const char* section, const char* tag, const char* value,
                                          const char* file) {
-    if (value) {
-        RefuseUnreadable(section, tag, value);
-        for (const char* text : {section, tag, value})
-            RefuseTooLong(text);
-    }
+    CheckChange({section, tag, value});
+    windows::RemoveLeftCopy(file);
     return ::WritePrivateProfileStringA(section, tag, value, file);
+}
+
+int platform::WritePrivateProfileChanges(const std::vector<ProfileChange>& changes, const char* file) {
+    for (const ProfileChange& change : changes)
+        CheckChange(change);
+    const bool writes = std::any_of(changes.begin(), changes.end(),
+                                    [](const ProfileChange& change) { return change.value != nullptr; });
+    if (changes.empty())
+        return 1;
+    windows::HeldProfile profile;
+    if (!profile.Take(file, writes))
+        return !writes && ::GetLastError() == ERROR_FILE_NOT_FOUND;
+    if (!profile.MakeCopy())
+        return 0;
+    const char* const copy = profile.Copy().c_str();
+    for (const auto& [section, tag, value] : changes)
+        if (!::WritePrivateProfileStringA(section, tag, value, copy))
+            return 0;
+    ::WritePrivateProfileStringA(nullptr, nullptr, nullptr, copy); // writes what the system may hold back
+    return profile.Commit();
 }
 
 } // namespace corvane

@@ -1,0 +1,168 @@
+#include <corvane/platform/windows/HeldProfile.h>
+
+#include <memory>
+#include <string_view>
+
+namespace corvane::windows {
+namespace {
+
+constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+bool Refuse(DWORD error) noexcept {
+    ::SetLastError(error);
+    return false;
+}
+
+FileHandle Open(const std::string& path, DWORD access, DWORD share, DWORD how = OPEN_EXISTING,
+                SECURITY_ATTRIBUTES* security = nullptr) noexcept {
+    return FileHandle(
+        ::CreateFileA(path.c_str(), access, share, security, how, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+// The profile operations look for a bare name in the folder of Windows.
+std::string Located(const char* file) {
+    const std::string name = file;
+    if (name.find_first_of("\\/:") != std::string::npos)
+        return name;
+    char folder[MAX_PATH] = "";
+    ::GetWindowsDirectoryA(folder, MAX_PATH);
+    return folder + ('\\' + name);
+}
+
+std::string CopyOf(const std::string& path) {
+    return path + ".corvane-batch";
+}
+
+// The full path of an open file, or `given` where the code page cannot say it.
+std::string PathOf(const FileHandle& file, const std::string& given) {
+    char text[1024];
+    const DWORD size = ::GetFinalPathNameByHandleA(file.Get(), text, sizeof text, 0);
+    const std::string_view path(text, size < sizeof text ? size : 0);
+    constexpr std::string_view local = R"(\\?\)";
+    constexpr std::string_view network = R"(\\?\UNC\)";
+    std::string result;
+    if (path.substr(0, network.size()) == network)
+        result = R"(\\)" + std::string(path.substr(network.size()));
+    else if (path.substr(0, local.size()) == local)
+        result = path.substr(local.size());
+    return result.empty() || result.find('?') != std::string::npos ? given : result;
+}
+
+bool ReadAll(const FileHandle& file, std::string& content) {
+    LARGE_INTEGER size{};
+    if (!::GetFileSizeEx(file.Get(), &size))
+        return false;
+    constexpr LONGLONG mostBytes = 1 << 30;
+    if (size.QuadPart > mostBytes)
+        return Refuse(ERROR_FILE_TOO_LARGE);
+    content.resize(static_cast<std::size_t>(size.QuadPart));
+    DWORD count = 0;
+    if (!::ReadFile(file.Get(), content.data(), static_cast<DWORD>(content.size()), &count, nullptr))
+        return false;
+    content.resize(count);
+    return true;
+}
+
+bool WriteAll(const FileHandle& file, const std::string& content) noexcept {
+    const auto size = static_cast<DWORD>(content.size());
+    DWORD count = 0;
+    return ::WriteFile(file.Get(), content.data(), size, &count, nullptr) &&
+           (count == size || Refuse(ERROR_DISK_FULL));
+}
+
+// Batches exclude each other by a lock far behind the end of the file, where it is in nobody's way.
+bool LockFarBehind(const FileHandle& file) noexcept {
+    OVERLAPPED place{};
+    place.OffsetHigh = 0x40000000;
+    return ::LockFileEx(file.Get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place) ||
+           Refuse(ERROR_SHARING_VIOLATION);
+}
+
+} // namespace
+
+HeldProfile::~HeldProfile() {
+    const DWORD error = ::GetLastError();
+    if (m_hasCopy)
+        ::DeleteFileA(m_copy.c_str());
+    if (m_isNew)
+        ::DeleteFileA(m_path.c_str());
+    ::SetLastError(error);
+}
+
+bool HeldProfile::Take(const char* file, bool create) {
+    const std::string given = Located(file);
+    bool isNew = false;
+    // Who may not write to the file itself does not get round that by replacing it.
+    if (const FileHandle asked =
+            Open(given, GENERIC_READ | GENERIC_WRITE, shareAll, create ? OPEN_ALWAYS : OPEN_EXISTING))
+        isNew = create && ::GetLastError() != ERROR_ALREADY_EXISTS;
+    else
+        return false;
+    m_file = Open(given, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE);
+    if (!m_file || !LockFarBehind(m_file))
+        return false;
+    m_path = PathOf(m_file, given);
+    m_copy = CopyOf(m_path);
+    if (!IsStillTheFile() || !ReadAll(m_file, m_content))
+        return false;
+    m_isNew = isNew && m_content.empty();
+    return true;
+}
+
+// Another one may have put a file in its place before the lock was there.
+bool HeldProfile::IsStillTheFile() const noexcept {
+    BY_HANDLE_FILE_INFORMATION held{};
+    BY_HANDLE_FILE_INFORMATION named{};
+    const FileHandle other = Open(m_path, 0, shareAll);
+    if (!other || !::GetFileInformationByHandle(m_file.Get(), &held) ||
+        !::GetFileInformationByHandle(other.Get(), &named))
+        return false;
+    if (held.nNumberOfLinks > 1)
+        return Refuse(ERROR_NOT_SUPPORTED);
+    return (held.dwVolumeSerialNumber == named.dwVolumeSerialNumber &&
+            held.nFileIndexHigh == named.nFileIndexHigh && held.nFileIndexLow == named.nFileIndexLow) ||
+           Refuse(ERROR_SHARING_VIOLATION);
+}
+
+bool HeldProfile::MakeCopy() {
+    ::DeleteFileA(m_copy.c_str());
+    DWORD size = 0;
+    ::GetFileSecurityA(m_path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    const auto rights = std::make_unique<unsigned char[]>(size);
+    if (!::GetFileSecurityA(m_path.c_str(), DACL_SECURITY_INFORMATION, rights.get(), size, &size))
+        return false;
+    SECURITY_ATTRIBUTES security{sizeof security, rights.get(), FALSE};
+    const FileHandle copy = Open(m_copy, GENERIC_WRITE, 0, CREATE_NEW, &security);
+    m_hasCopy = static_cast<bool>(copy);
+    return m_hasCopy && WriteAll(copy, m_content);
+}
+
+bool HeldProfile::Commit() {
+    if (const FileHandle copy = Open(m_copy, GENERIC_READ | GENERIC_WRITE, 0)) {
+        std::string content;
+        if (!ReadAll(copy, content))
+            return false;
+        if (content == m_content)
+            return true;
+        if (!::FlushFileBuffers(copy.Get()))
+            return false;
+    } else {
+        return false;
+    }
+    bool isDone = ::ReplaceFileA(m_path.c_str(), m_copy.c_str(), nullptr, 0, nullptr, nullptr) != 0;
+    const DWORD reason = ::GetLastError();
+    // A replacement that fails half-way has taken the old file away, and then the name is free for the copy.
+    isDone = isDone || ::MoveFileExA(m_copy.c_str(), m_path.c_str(), MOVEFILE_WRITE_THROUGH);
+    m_hasCopy = !isDone;
+    m_isNew = m_isNew && !isDone;
+    return isDone || Refuse(reason);
+}
+
+void RemoveLeftCopy(const char* file) {
+    const std::string copy = CopyOf(Located(file));
+    HeldProfile held;
+    if (::GetFileAttributesA(copy.c_str()) != INVALID_FILE_ATTRIBUTES && held.Take(file, false))
+        ::DeleteFileA(copy.c_str());
+}
+
+} // namespace corvane::windows
