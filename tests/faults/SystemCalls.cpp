@@ -2,6 +2,7 @@
 // second on, so that all waiting is over at once.
 #include "SystemCalls.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cmath>
@@ -10,8 +11,11 @@
 #include <cstdio>
 #include <cstring>
 #include <ctime>
+#include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <map>
+#include <string>
 #include <sys/file.h>
 #include <sys/random.h>
 #include <sys/stat.h>
@@ -27,20 +31,30 @@ bool active = false;
 Plan plan;
 Outcome outcome;
 std::atomic<long> sleeps{0};
+off_t reserved = 0;
+std::map<ino_t, bool> unflushed; // what was changed since it was flushed last, and whether in place
 
-bool IsTheOne() noexcept {
-    return active && ++outcome.calls == plan.n;
+bool IsTheOne(std::string_view name) noexcept {
+    if (!active || ++outcome.calls != plan.n)
+        return false;
+    outcome.name = name;
+    return outcome.struck = true;
 }
 
-/// Whether this call has to fail.
-bool Strikes(bool isRemoval) noexcept {
-    const bool now = IsTheOne();
-    outcome.struck = outcome.struck || now;
+/// Whether the call of that name has to fail.
+bool Strikes(std::string_view name) noexcept {
+    const bool now = IsTheOne(name);
     if (now && plan.kind == Kind::Kill)
         ::raise(SIGKILL);
-    const bool fails =
-        (now && plan.kind == Kind::Fail) || (active && outcome.struck && plan.kind == Kind::FailOn);
-    outcome.cleanUpFailed = outcome.cleanUpFailed || (fails && isRemoval);
+    if (active && plan.kind == Kind::Meddle && (now || outcome.calls == plan.n + 1)) {
+        active = false;
+        plan.meddle();
+        active = true;
+    }
+    const bool goesOn = active && outcome.struck &&
+                        (plan.kind == Kind::FailOn || (plan.kind == Kind::FailAlike && name == outcome.name));
+    const bool fails = goesOn || (now && plan.kind == Kind::Fail);
+    outcome.cleanUpFailed = outcome.cleanUpFailed || (fails && name == "unlinkat");
     if (fails)
         errno = plan.error;
     return fails;
@@ -51,11 +65,16 @@ bool Strikes(bool isRemoval) noexcept {
 void Begin(const Plan& next) noexcept {
     plan = next;
     outcome = Outcome();
+    reserved = 0;
+    unflushed.clear();
     active = true;
 }
 
 Outcome End() noexcept {
     active = false;
+    // A folder whose flush was made to fail is not reported.
+    for (const auto& [inode, isInPlace] : unflushed)
+        outcome.isUnflushed = outcome.isUnflushed || isInPlace || !outcome.struck;
     return outcome;
 }
 
@@ -64,11 +83,52 @@ Outcome End() noexcept {
 // The C library's own function of that name.
 #define ORIGINAL(name) reinterpret_cast<decltype(&::name)>(::dlsym(RTLD_NEXT, #name))
 
-#define COUNTED(Result, name, parameters, arguments)                                                         \
+namespace faults {
+namespace {
+
+/// Of the folder or file itself if the path is empty.
+struct stat StatusOf(int at, std::string_view path) {
+    static const auto original = ORIGINAL(fstatat);
+    struct stat status {};
+    original(at, std::string(path).c_str(), &status, AT_EMPTY_PATH);
+    return status;
+}
+
+/// What takes the place of its old content, as the hard link shows, may not meet a full disk.
+void Write(int file, off_t end) {
+    if (!active)
+        return;
+    const struct stat status = StatusOf(file, "");
+    const bool isInPlace = status.st_nlink > 1;
+    unflushed[status.st_ino] = isInPlace;
+    const bool isFirst = !outcome.struck || (plan.error == EINTR && outcome.name == "fallocate");
+    outcome.isUnreserved =
+        outcome.isUnreserved || (isInPlace && isFirst && end > std::max(status.st_size, reserved));
+}
+
+/// A name was given: what it stands for has to be on disk, and the folder has to follow.
+void Enter(int at, std::string_view path) {
+    if (!active)
+        return;
+    const struct stat entry = StatusOf(at, path);
+    outcome.isUnflushed =
+        outcome.isUnflushed || (S_ISREG(entry.st_mode) && unflushed.count(entry.st_ino) > 0);
+    unflushed[StatusOf(at, path.substr(0, path.rfind('/') + 1)).st_ino] = false;
+}
+
+} // namespace
+} // namespace faults
+
+#define COUNTED_THEN(Result, name, parameters, arguments, then)                                              \
     extern "C" Result name parameters noexcept(noexcept(::name arguments)) {                                 \
         static const auto original = ORIGINAL(name);                                                         \
-        return faults::Strikes(#name[0] == 'u' && #name[1] == 'n') ? -1 : original arguments;                \
+        const Result result = faults::Strikes(#name) ? -1 : original arguments;                              \
+        if (result == 0)                                                                                     \
+            then;                                                                                            \
+        return result;                                                                                       \
     }
+#define COUNTED(Result, name, parameters, arguments)                                                         \
+    COUNTED_THEN(Result, name, parameters, arguments, static_cast<void>(0))
 
 // open, openat and fcntl have one more argument for some calls; it may always be passed on.
 #define COUNTED_WITH_REST(name, parameters, last, Rest, ...)                                                 \
@@ -78,7 +138,7 @@ Outcome End() noexcept {
         va_start(list, last);                                                                                \
         const auto rest = va_arg(list, Rest);                                                                \
         va_end(list);                                                                                        \
-        return faults::Strikes(false) ? -1 : original(__VA_ARGS__, rest);                                    \
+        return faults::Strikes(#name) ? -1 : original(__VA_ARGS__, rest);                                    \
     }
 
 COUNTED_WITH_REST(open, (const char* path, int flags, ...), flags, mode_t, path, flags)
@@ -86,7 +146,8 @@ COUNTED_WITH_REST(openat, (int folder, const char* path, int flags, ...), flags,
 COUNTED_WITH_REST(fcntl, (int file, int command, ...), command, void*, file, command)
 COUNTED(int, chmod, (const char* path, mode_t mode), (path, mode))
 COUNTED(int, faccessat, (int at, const char* path, int mode, int flags), (at, path, mode, flags))
-COUNTED(int, fallocate, (int file, int mode, off_t at, off_t size), (file, mode, at, size))
+COUNTED_THEN(int, fallocate, (int file, int mode, off_t at, off_t size), (file, mode, at, size),
+             faults::reserved = at + size)
 COUNTED(int, fchmod, (int file, mode_t mode), (file, mode))
 COUNTED(int, fchown, (int file, uid_t user, gid_t group), (file, user, group))
 COUNTED(int, flock, (int file, int operation), (file, operation))
@@ -94,14 +155,20 @@ COUNTED(int, fstat, (int file, struct stat* status), (file, status))
 COUNTED(int, fstatat, (int at, const char* path, struct stat* status, int flags), (at, path, status, flags))
 COUNTED(int, ftruncate, (int file, off_t size), (file, size))
 COUNTED(int, futimens, (int file, const timespec* times), (file, times))
-COUNTED(int, linkat, (int from, const char* a, int to, const char* b, int flags), (from, a, to, b, flags))
-COUNTED(int, mkdir, (const char* path, mode_t mode), (path, mode))
-COUNTED(int, mkdirat, (int at, const char* path, mode_t mode), (at, path, mode))
-COUNTED(int, renameat, (int from, const char* a, int to, const char* b), (from, a, to, b))
-COUNTED(int, renameat2, (int from, const char* a, int to, const char* b, unsigned how), (from, a, to, b, how))
+COUNTED_THEN(int, linkat, (int from, const char* a, int to, const char* b, int flags),
+             (from, a, to, b, flags), faults::Enter(to, b))
+COUNTED_THEN(int, mkdir, (const char* path, mode_t mode), (path, mode), faults::Enter(AT_FDCWD, path))
+COUNTED_THEN(int, mkdirat, (int at, const char* path, mode_t mode), (at, path, mode), faults::Enter(at, path))
+COUNTED_THEN(int, renameat, (int from, const char* a, int to, const char* b), (from, a, to, b),
+             faults::Enter(to, b))
+COUNTED_THEN(int, renameat2, (int from, const char* a, int to, const char* b, unsigned how),
+             (from, a, to, b, how), faults::Enter(to, b))
 COUNTED(int, stat, (const char* path, struct stat* status), (path, status))
 COUNTED(int, unlinkat, (int at, const char* path, int flags), (at, path, flags))
 COUNTED(int, utimensat, (int at, const char* path, const timespec* times, int how), (at, path, times, how))
+COUNTED(int, fremovexattr, (int file, const char* name), (file, name))
+COUNTED(int, fsetxattr, (int file, const char* name, const void* value, std::size_t size, int how),
+        (file, name, value, size, how))
 COUNTED(ssize_t, fgetxattr, (int file, const char* name, void* to, std::size_t size), (file, name, to, size))
 COUNTED(ssize_t, flistxattr, (int file, char* list, std::size_t size), (file, list, size))
 COUNTED(ssize_t, pread, (int file, void* bytes, std::size_t size, off_t at), (file, bytes, size, at))
@@ -110,14 +177,29 @@ COUNTED(ssize_t, readlinkat, (int at, const char* path, char* to, std::size_t si
 // Asked before a file is made without a name.
 extern "C" int access(const char* path, int mode) noexcept {
     static const auto original = ORIGINAL(access);
-    return faults::Strikes(false) || (faults::active && faults::plan.needsNames) ? -1 : original(path, mode);
+    return faults::Strikes("access") || (faults::active && faults::plan.needsNames) ? -1
+                                                                                    : original(path, mode);
+}
+
+extern "C" DIR* fdopendir(int folder) {
+    static const auto original = ORIGINAL(fdopendir);
+    return faults::Strikes("fdopendir") ? nullptr : original(folder);
+}
+
+extern "C" dirent* readdir(DIR* folder) {
+    static const auto original = ORIGINAL(readdir);
+    return faults::Strikes("readdir") ? nullptr : original(folder);
 }
 
 extern "C" ssize_t pwritev(int file, const iovec* parts, int count, off_t at) {
     static const auto original = ORIGINAL(pwritev);
     const long before = faults::outcome.calls;
-    if (faults::Strikes(false))
+    if (faults::Strikes("pwritev"))
         return -1;
+    off_t end = at;
+    for (int i = 0; i < count; ++i)
+        end += static_cast<off_t>(parts[i].iov_len);
+    faults::Write(file, end);
     if (faults::plan.kind != faults::Kind::Short || before + 1 != faults::plan.n)
         return original(file, parts, count, at);
     const iovec half{parts->iov_base, (parts->iov_len + 1) / 2};
@@ -127,7 +209,7 @@ extern "C" ssize_t pwritev(int file, const iovec* parts, int count, off_t at) {
 extern "C" ssize_t getrandom(void* bytes, std::size_t size,
                              unsigned flags) noexcept(noexcept(::getrandom(bytes, size, flags))) {
     static const auto original = ORIGINAL(getrandom);
-    if (faults::Strikes(false))
+    if (faults::Strikes("getrandom"))
         return -1;
     if (!faults::active || !std::exchange(faults::plan.firstNameIsKnown, false))
         return original(bytes, size, flags);
@@ -137,12 +219,10 @@ extern "C" ssize_t getrandom(void* bytes, std::size_t size,
 
 // What goes through is not carried out: it takes long, and nothing here would show it.
 extern "C" int fsync(int file) {
-    static const auto original = ORIGINAL(fstat);
-    struct stat status {};
-    const bool isFile = original(file, &status) == 0 && S_ISREG(status.st_mode);
-    const bool fails = faults::Strikes(false);
-    faults::outcome.flushFailed = isFile ? fails : faults::outcome.flushFailed;
-    return fails ? -1 : 0;
+    if (faults::Strikes("fsync"))
+        return -1;
+    faults::unflushed.erase(faults::StatusOf(file, "").st_ino);
+    return 0;
 }
 
 extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept {
@@ -158,6 +238,9 @@ extern "C" int nanosleep(const timespec*, timespec*) {
 }
 
 extern "C" int clock_nanosleep(clockid_t clock, int, const timespec* until, timespec*) {
+    static bool isInterrupted = false;
+    if ((isInterrupted = !isInterrupted)) // every other time
+        return EINTR;
     timespec now{};
     ::clock_gettime(clock, &now);
     faults::outcome.secondsSlept += std::lround(std::difftime(until->tv_sec, now.tv_sec) +

@@ -2,18 +2,24 @@
 // process.
 #pragma once
 
+#include <functional>
+#include <string_view>
+
 namespace faults {
 
 enum class Kind {
-    Fail,   ///< the n-th fails with `error`, without an effect
-    FailOn, ///< the n-th fails and so do all after it
-    Short,  ///< the n-th, if it is a write, stores half
-    Kill,   ///< the process ends before the n-th
+    Fail,      ///< the n-th fails with `error`, without an effect
+    FailAlike, ///< the n-th fails, and so do all after it of the same name
+    FailOn,    ///< the n-th fails and so do all after it
+    Short,     ///< the n-th, if it is a write, stores half
+    Meddle,    ///< `meddle` runs before the n-th and before the next
+    Kill,      ///< the process ends before the n-th
 };
 
 struct Plan {
     Kind kind = Kind::Fail;
     int error = 0;
+    std::function<void()> meddle = {};
     long n = 0;                    ///< counted from 1; 0 for no fault
     bool needsNames = false;       ///< no file can be made without a name
     bool firstNameIsKnown = false; ///< the first random number is 0
@@ -22,8 +28,10 @@ struct Plan {
 struct Outcome {
     long calls = 0;
     bool struck = false;        ///< the n-th call was reached
+    std::string_view name;      ///< of the n-th call
     bool cleanUpFailed = false; ///< a removal was among the calls that failed
-    bool flushFailed = false;   ///< the last one of a file
+    bool isUnflushed = false;   ///< a power failure could undo a part, or bring a name before its content
+    bool isUnreserved = false;  ///< a file was overwritten before there was room for the new content
     long secondsSlept = 0;      ///< between two attempts
 };
 

@@ -1,5 +1,6 @@
 #include <corvane/platform/posix/files/FolderEntries.h>
 
+#include <cerrno>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -9,18 +10,26 @@ namespace corvane::posix {
 
 FolderEntries::FolderEntries(int folder) noexcept {
     const int own = ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (own < 0)
+    if (own >= 0)
+        m_stream.reset(::fdopendir(own));
+    if (m_stream)
         return;
-    m_stream.reset(::fdopendir(own));
-    if (!m_stream)
+    m_error = errno;
+    if (own >= 0)
         ::close(own);
 }
 
 const char* FolderEntries::Next() noexcept {
+    if (m_error != 0)
+        return nullptr;
     do {
+        errno = 0; // nothing else tells a failure from the end
         m_entry = ::readdir(m_stream.get());
     } while (m_entry && (std::strcmp(m_entry->d_name, ".") == 0 || std::strcmp(m_entry->d_name, "..") == 0));
-    return m_entry ? m_entry->d_name : nullptr;
+    if (m_entry)
+        return m_entry->d_name;
+    m_error = errno;
+    return nullptr;
 }
 
 bool FolderEntries::IsFolder() const noexcept {

@@ -12,11 +12,11 @@ class FolderEntries {
 public:
     explicit FolderEntries(int folder) noexcept;
 
-    /// False with `errno` set if the folder can't be read.
-    explicit operator bool() const noexcept { return m_stream != nullptr; }
-
-    /// The next entry's name, valid until the next call, or null at the end.
+    /// The next entry's name, valid until the next call. Null at the end and if the folder can't be read.
     const char* Next() noexcept;
+
+    /// The `errno` value for which the walk ended early, or 0.
+    int Error() const noexcept { return m_error; }
 
     /// Whether the entry that Next gave is a folder; a symbolic link to one is not.
     bool IsFolder() const noexcept;
@@ -27,6 +27,7 @@ private:
     };
     std::unique_ptr<DIR, Closer> m_stream;
     const dirent* m_entry = nullptr;
+    int m_error = 0;
 };
 
 } // namespace corvane::posix

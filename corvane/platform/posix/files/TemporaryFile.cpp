@@ -81,7 +81,7 @@ void RemoveLeftovers(int folder, const std::string& name) {
         return;
     const std::string firstPart = FirstPart(name);
     FolderEntries entries(folder);
-    for (int i = 0; entries && i < mostEntries; ++i) {
+    for (int i = 0; i < mostEntries; ++i) {
         const char* const entry = entries.Next();
         if (!entry)
             return;

@@ -84,8 +84,6 @@ ulong FindParts(const SharedFolder& folder, Parts::const_iterator part, KeyFolde
     if (const ulong error = FindBehind(folder, exact, part, found); error != ERROR_FILE_NOT_FOUND)
         return error;
     FolderEntries entries(folder->Get());
-    if (!entries)
-        return KeyError(errno);
     NamePart other;
     while (const char* entry = entries.Next()) {
         if (entry == exact || !ParseFolderName(entry, other) || other.isLast != part->isLast ||
@@ -94,7 +92,7 @@ ulong FindParts(const SharedFolder& folder, Parts::const_iterator part, KeyFolde
         if (const ulong error = FindBehind(folder, entry, part, found); error != ERROR_FILE_NOT_FOUND)
             return error;
     }
-    return ERROR_FILE_NOT_FOUND;
+    return entries.Error() ? KeyError(entries.Error()) : ERROR_FILE_NOT_FOUND;
 }
 
 ulong MakeParts(SharedFolder folder, const Parts& parts, KeyFolder& made) {
@@ -112,8 +110,6 @@ ulong MakeParts(SharedFolder folder, const Parts& parts, KeyFolder& made) {
 
 ulong AppendNames(int folder, const wstring& front, std::vector<wstring>& names) {
     FolderEntries entries(folder);
-    if (!entries)
-        return KeyError(errno);
     NamePart part;
     while (const char* entry = entries.Next()) {
         if (!ParseFolderName(entry, part) || !entries.IsFolder() ||
@@ -129,7 +125,7 @@ ulong AppendNames(int folder, const wstring& front, std::vector<wstring>& names)
         if (const ulong error = AppendNames(inner.Get(), front + part.text, names))
             return error;
     }
-    return ERROR_SUCCESS;
+    return KeyError(entries.Error());
 }
 
 } // namespace

@@ -30,7 +30,7 @@ void RemoveLeftovers(int parent, const char* entry, int depth) {
     if (const FileHandle folder(::openat(parent, entry, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
         folder && depth < deepestLeftover) {
         FolderEntries entries(folder.Get());
-        while (const char* inner = entries ? entries.Next() : nullptr) {
+        while (const char* inner = entries.Next()) {
             if (!IsOurs(inner, entries.IsFolder()))
                 continue;
             if (entries.IsFolder())
@@ -49,13 +49,11 @@ ulong CheckRemovable(const KeyFolder& key) {
     if (!subkeys.empty())
         return ERROR_ACCESS_DENIED;
     FolderEntries entries(key.Get());
-    if (!entries)
-        return KeyError(errno);
     while (const char* entry = entries.Next()) {
         if (!IsOurs(entry, entries.IsFolder()))
             return ERROR_ACCESS_DENIED;
     }
-    return ERROR_SUCCESS;
+    return KeyError(entries.Error());
 }
 
 } // namespace
