@@ -43,9 +43,9 @@ CORVANE_API int registry_writeString(void* key, const corvane::wchar* subKey, co
 CORVANE_API int registry_writeNumber(void* key, const corvane::wchar* subKey, const corvane::wchar* name,
                                      corvane::ulong number) noexcept;
 
-/// Deletes one key that has no subkeys. Returns 0, 32768 if there is nothing to delete (no path, no known
-/// root, a root alone), or the platform's status. A `key` of the caller's is closed once the delete was
-/// tried, whether it succeeded or not. Never throws.
+/// Deletes one key that has no subkeys; an empty `subKey` means `key` itself. Returns 0, 32768 if there is
+/// nothing to delete (no path, no known root, a root alone), or the platform's status. A `key` of the
+/// caller's is closed once the delete was tried, whether it succeeded or not. Never throws.
 CORVANE_API int registry_deleteKey(void* key, const corvane::wchar* subKey) noexcept;
 
 /// The names of a key's direct subkeys in the platform's order, separated by `delimiter` (which may be NUL)

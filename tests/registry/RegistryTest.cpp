@@ -163,6 +163,13 @@ TEST_F(Registry, DeletesOneKeyAndClosesTheHandleThatItDeletesUnder) {
     EXPECT_EQ(WriteNumber("Inner", 1, key), 0);
     EXPECT_EQ(registry_deleteKey(key, Wide("None")), 2);
     EXPECT_EQ(RegCloseKey(key), 6);
+    HKEY same = CreateApp();
+    for (const auto& [subKey, status] : {std::pair("", 5), {"Inner", 0}, {"", 0}}) { // "": the key itself
+        EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, Wide("App"), 0, KEY_READ, &key), 0);
+        EXPECT_EQ(registry_deleteKey(key, Wide(subKey)), status) << subKey;
+    }
+    EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, Wide("App"), 0, KEY_READ, &key), 2);
+    EXPECT_EQ(registry_deleteKey(same, Wide("")), 1018);
 }
 
 TEST_F(Registry, ListsSubkeys) {

@@ -25,7 +25,8 @@ inline constexpr ulong REG_BINARY = 3;
 inline constexpr ulong REG_DWORD = 4;
 inline constexpr ulong REG_DWORD_BIG_ENDIAN = 5;
 
-/// Deletes a key with its values; one that has subkeys is refused (5).
+/// Deletes a key with its values; one that has subkeys is refused (5). An empty `subKey` means `key` itself,
+/// unless that is a root (87).
 LSTATUS RegDeleteKeyW(HKEY key, const wchar* subKey) noexcept;
 LSTATUS RegDeleteKeyExW(HKEY key, const wchar* subKey, ulong access, ulong reserved) noexcept;
 

@@ -170,6 +170,9 @@ TEST_F(RegistryStore, SeesChangesThroughAnOpenHandle) {
         EXPECT_EQ(data, number);
     }
     EXPECT_EQ(Set(reader, u"n", REG_SZ, ""), 5) << "opened for reading";
+    HKEY root = nullptr;
+    ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, u"", 0, KEY_READ, &root), 0);
+    EXPECT_EQ(registry_deleteKey(root, u"") + registry_deleteKey(HKEY_CURRENT_USER, u""), 87 + 87);
     ASSERT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, u"App"), 0);
     for (const LSTATUS status :
          {read(reader), Set(writer, u"n", REG_SZ, ""), registry_writeNumber(writer, u"In", u"n", 1)})

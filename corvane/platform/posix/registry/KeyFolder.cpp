@@ -154,6 +154,7 @@ ulong OpenTop(const std::string& path, bool create, KeyFolder& top) {
 ulong FindSubkey(const KeyFolder& key, wstring_view name, KeyFolder& subkey) {
     const Parts parts = PartsOf(name);
     subkey.isPrivate = key.isPrivate;
+    subkey.keyAbove = key.folder;
     return FindParts(key.folder, parts.begin(), subkey);
 }
 

@@ -15,8 +15,10 @@ using SharedFolder = std::shared_ptr<const FileHandle>;
 struct KeyFolder {
     SharedFolder folder;
     SharedFolder parent;    ///< the folder that contains it; null at the top of a tree
+    SharedFolder keyAbove;  ///< the folder of the key that it is a subkey of; not `parent` for a long name
     std::string entry;      ///< its name in `parent`
     bool isPrivate = false; ///< in the user's tree, which no other user may read
+    bool isRoot = false;    ///< a predefined key
 
     int Get() const noexcept { return folder->Get(); }
 
@@ -38,6 +40,9 @@ ulong ListSubkeys(const KeyFolder& key, std::vector<wstring>& names);
 
 /// Deletes a key that has no subkeys (otherwise ERROR_ACCESS_DENIED), atomically with all its values.
 ulong RemoveSubkey(const KeyFolder& key, wstring_view name);
+
+/// The same for an open key itself, which is no predefined one. ERROR_KEY_DELETED if it is gone already.
+ulong RemoveKey(const KeyFolder& key);
 
 /// As ErrorFromErrno, except that EROFS becomes ERROR_ACCESS_DENIED.
 ulong KeyError(int error) noexcept;

@@ -46,12 +46,15 @@ ulong PlaceOf(HKEY key, bool create, KeyFolder& place) {
 
 ulong DeleteKey(HKEY key, const wchar* subKey) {
     wstring_view path = PathOf(subKey);
+    const bool isItself = subKey && path.empty();
     const wstring_view name = TakeLastName(path);
     KeyFolder place;
-    if (name.empty() || name.size() > longestKeyName)
+    if ((name.empty() && !isItself) || name.size() > longestKeyName)
         return ERROR_INVALID_PARAMETER;
     if (const ulong error = PlaceOf(key, false, place))
         return error;
+    if (isItself)
+        return place.isRoot ? ERROR_INVALID_PARAMETER : RemoveKey(place);
     if (const ulong error = FindPath(place, path))
         return error;
     return RemoveSubkey(place, name);

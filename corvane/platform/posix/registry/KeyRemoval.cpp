@@ -56,26 +56,20 @@ ulong CheckRemovable(const KeyFolder& key) {
     return KeyError(entries.Error());
 }
 
-} // namespace
-
-ulong RemoveSubkey(const KeyFolder& key, wstring_view name) {
-    FolderLock parentLock;
-    if (const ulong error = parentLock.Take(key))
-        return error;
-    KeyFolder subkey;
-    if (const ulong error = FindSubkey(key, name, subkey))
-        return error;
+// The key above is locked.
+ulong Remove(const KeyFolder& subkey) {
     // Nobody is writing a value or making a subkey while it goes; who waits for it finds it deleted.
     FolderLock lock;
     if (const ulong error = lock.Take(subkey))
         return error;
     if (const ulong error = CheckRemovable(subkey))
         return error;
+    const int above = subkey.keyAbove->Get();
     for (int number = 0;; ++number) {
         const std::string grave = graveyard + std::to_string(number);
-        RemoveLeftovers(key.Get(), grave.c_str(), 0);
-        if (::renameat(subkey.parent->Get(), subkey.entry.c_str(), key.Get(), grave.c_str()) == 0) {
-            RemoveLeftovers(key.Get(), grave.c_str(), 0);
+        RemoveLeftovers(above, grave.c_str(), 0);
+        if (::renameat(subkey.parent->Get(), subkey.entry.c_str(), above, grave.c_str()) == 0) {
+            RemoveLeftovers(above, grave.c_str(), 0);
             break;
         }
         // What was put there by somebody, or cannot be read, stays, and the next number serves.
@@ -83,8 +77,29 @@ ulong RemoveSubkey(const KeyFolder& key, wstring_view name) {
             return KeyError(errno);
     }
     FlushFolder(subkey.parent->Get());
-    FlushFolder(key.Get());
+    FlushFolder(above);
     return ERROR_SUCCESS;
+}
+
+} // namespace
+
+ulong RemoveSubkey(const KeyFolder& key, wstring_view name) {
+    FolderLock lock;
+    if (const ulong error = lock.Take(key))
+        return error;
+    KeyFolder subkey;
+    if (const ulong error = FindSubkey(key, name, subkey))
+        return error;
+    return Remove(subkey);
+}
+
+ulong RemoveKey(const KeyFolder& key) {
+    KeyFolder above;
+    above.folder = key.keyAbove;
+    FolderLock lock;
+    if (const ulong error = lock.Take(above))
+        return error;
+    return Remove(key);
 }
 
 } // namespace corvane::posix

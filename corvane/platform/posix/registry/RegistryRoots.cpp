@@ -119,7 +119,9 @@ ulong posix::OpenRoot(HKEY key, bool create, KeyFolder& root) {
     if (const ulong error = OpenTop(path, create, root))
         return error;
     bool created = false;
-    return create ? CreatePath(root, known->path, created) : FindPath(root, known->path);
+    const ulong error = create ? CreatePath(root, known->path, created) : FindPath(root, known->path);
+    root.isRoot = true;
+    return error;
 }
 
 } // namespace corvane
