@@ -8,7 +8,9 @@ if(WIN32)
 endif()
 set(public_headers
   comfort.h
+  comfort/FileWatch.h
   comfort/Listing.h
+  comfort/Loading.h
   comfort/SnapshotGuard.h
   comfort/Values.h
   comfort/ValueText.h
@@ -38,6 +40,7 @@ set(inner_headers # what the public ones stand on; nothing in them is for progra
   manager/SectionMap.h
   manager/TagMap.h
   platform/CriticalSection.h
+  platform/FileState.h
   platform/Prefetch.h
   platform/${port}/CriticalSection.h
 )

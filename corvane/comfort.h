@@ -1,7 +1,9 @@
-// The comfort headers: the same configuration in UTF-8 and typed values. They stand on the exact interface of
-// config.h, are not needed for it, and hold no code of the library's own.
+// The comfort headers: the same configuration in UTF-8 and typed values, with promises of their own. They
+// stand on the exact interface of config.h and are not needed for it.
 #pragma once
 
+#include <corvane/comfort/FileWatch.h>
 #include <corvane/comfort/Listing.h>
+#include <corvane/comfort/Loading.h>
 #include <corvane/comfort/SnapshotGuard.h>
 #include <corvane/comfort/Values.h>

@@ -21,7 +21,7 @@ int main(int count, char** arguments) {
     });
 
     ConfigManager config;
-    const bool loaded = corvane::Load(config, arguments[1]);
+    const auto loaded = corvane::Load(config, arguments[1]);
     const bool found = corvane::Exists(config, "Server:Port"); // this one never logs
     corvane::Get<int>(config, "Server:NotThere");
     const bool set = corvane::Set(config, "NoColonHere", 1);

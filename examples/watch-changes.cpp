@@ -7,30 +7,49 @@
 
 namespace {
 
-// What another program does meanwhile, a little later than the load.
+// What another program does meanwhile.
 void ChangeElsewhere(const std::string& file) {
     ConfigManager other;
     if (!corvane::Load(other, file) || !corvane::Set(other, "Server:Backlog", 256))
         std::cout << "the change was refused\n";
 }
 
+// What a program does from time to time: a change is seen even if it came in the moment of the last load, and
+// one that could not be loaded, because somebody held the file, is loaded later.
+class Settings {
+public:
+    explicit Settings(ConfigManager& config) : m_config(config), m_watch(config) {}
+
+    void Refresh() {
+        m_stale = m_watch.Differs() || m_stale;
+        if (m_stale)
+            m_stale = !corvane::Reload(m_config); // the old values stay in use if it fails
+    }
+
+private:
+    ConfigManager& m_config;
+    corvane::FileWatch m_watch;
+    bool m_stale = false;
+};
+
 } // namespace
 
 int main(int count, char** arguments) {
+    if (count != 2)
+        return 1;
     ConfigManager config;
-    if (count != 2 || !corvane::Load(config, arguments[1]))
+    if (const corvane::LoadResult loaded = corvane::Load(config, arguments[1]); !loaded) {
+        std::cerr << loaded.reason << '\n';
         return 1;
+    }
+    Settings settings(config);
     std::cout << "backlog " << corvane::Get(config, "Server:Backlog", 0) << '\n';
-    std::cout << "changed: " << (config.SourceWasModified() ? "yes" : "no") << '\n';
 
-    std::this_thread::sleep_for(std::chrono::milliseconds(1100)); // changes are told apart by whole seconds
     ChangeElsewhere(arguments[1]);
-    while (!config.SourceWasModified())
+    while (corvane::Get(config, "Server:Backlog", 0) == 128) {
+        settings.Refresh();
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
-
-    // Loads, because the file was modified. If it failed, the old values would stay in use.
-    if (!corvane::Load(config, arguments[1]))
-        return 1;
+    }
     std::cout << "backlog " << corvane::Get(config, "Server:Backlog", 0) << '\n';
     return 0;
 }

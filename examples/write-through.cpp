@@ -16,7 +16,8 @@ bool MoveServer(ConfigManager& config, const std::string& address, int port) {
 
 void Show(const char* file) {
     ConfigManager other; // as another program sees it
-    corvane::Load(other, file);
+    if (!corvane::Load(other, file))
+        return;
     std::cout << corvane::Get(other, "Server:Address", "?") << ':' << corvane::Get(other, "Server:Port", 0)
               << '\n';
 }

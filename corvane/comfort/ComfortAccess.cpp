@@ -1,5 +1,6 @@
 #include <corvane/comfort/ComfortAccess.h>
 #include <corvane/manager/Log.h>
+#include <corvane/sources/ConfigFile.h>
 #include <corvane/sources/KeyParts.h>
 
 namespace corvane {
@@ -15,6 +16,26 @@ int ComfortAccess::Write(ConfigManager& config, const FileEntry& entry) {
                                            configChannel, "corvane::Set", __LINE__, entry.key.c_str());
     }
     return config._SetValue(entry.key, entry.value, entry.fileText, false);
+}
+
+wstring ComfortAccess::ConfigName(const ConfigManager& config) {
+    const ThreadLockGuard guard(ConfigManager::m_lock);
+    return config.m_source ? config.m_source->GetConfigName() : wstring();
+}
+
+int ComfortAccess::Reload(ConfigManager& config, wstring& name) {
+    constexpr int always = -1;
+    const ThreadLockGuard guard(ConfigManager::m_lock);
+    name = ConfigName(config);
+    return config.Update(name.c_str(), always);
+}
+
+void ComfortAccess::StateAtLoad(const ConfigManager& config, wstring& path, FileState& state) {
+    const ThreadLockGuard guard(ConfigManager::m_lock);
+    if (const auto* const file = dynamic_cast<const ConfigFile*>(config.m_source.get())) {
+        path = config.m_source->GetConfigName();
+        state = file->StateAtLoad();
+    }
 }
 
 } // namespace corvane

@@ -3,15 +3,26 @@
 
 #include <corvane/comfort/FileEntry.h>
 #include <corvane/manager/ConfigManager.h>
+#include <corvane/platform/FileState.h>
 
 namespace corvane {
 
-/// Works under the manager's lock.
+/// Works under the managers' lock.
 class ComfortAccess {
 public:
     /// Writes an entry that was not refused through to the file, and its value into the cache. Refused, with
     /// nothing written, if the manager keeps the section in the cache alone. The result is SetValue's.
     static int Write(ConfigManager& config, const FileEntry& entry);
+
+    /// The name of what is loaded, or an empty one.
+    static wstring ConfigName(const ConfigManager& config);
+
+    /// Loads again what is loaded, and gives its name, which is empty if that is nothing. The result is
+    /// Update's.
+    static int Reload(ConfigManager& config, wstring& name);
+
+    /// Gives the path of the loaded file and its state before it was read; nothing is changed without one.
+    static void StateAtLoad(const ConfigManager& config, wstring& path, FileState& state);
 };
 
 } // namespace corvane

@@ -7,12 +7,6 @@
 
 namespace corvane {
 
-/// Loads the settings file at `path`, unless it is loaded already and was not modified. False if it failed:
-/// the manager goes on answering for what it had, and the log says why.
-inline bool Load(ConfigManager& config, std::string_view path) {
-    return config.Update(ToWide(path).c_str(), 0) == 0;
-}
-
 /// Whether there is a value of that key, or with an empty tag, `Section:`, the section.
 inline bool Exists(const ConfigManager& config, std::string_view key) {
     return config.Exists(ToWide(key));

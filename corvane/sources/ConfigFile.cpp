@@ -9,6 +9,7 @@ ConfigFile::ConfigFile(const corvane::wchar* fileName) {
         return;
     m_fileName = fileName;
     m_narrowFileName.Convert(fileName);
+    m_stateAtLoad = platform::ExamineFile(fileName);
     ConfigFile::UpdateModifyTime();
 }
 

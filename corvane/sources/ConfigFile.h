@@ -1,6 +1,7 @@
 // A configuration in a private-profile text file with UTF-8 content.
 #pragma once
 
+#include <corvane/platform/FileState.h>
 #include <corvane/sources/IConfigSource.h>
 #include <corvane/sources/NarrowString.h>
 
@@ -26,6 +27,9 @@ public:
     void SetWriteRetries(std::uint32_t count) override;
     std::uint32_t GetWriteRetries() override;
 
+    /// The file's state before anything of it was read.
+    const corvane::FileState& StateAtLoad() const noexcept { return m_stateAtLoad; }
+
 private:
     static void Utf8ToWide(const char* text, std::int32_t length, corvane::wstring& result);
     static bool SplitNameList(const corvane::wstring& list, std::vector<corvane::wstring>& names);
@@ -36,6 +40,7 @@ private:
                                                     const corvane::wchar* file) const;
 
     corvane::wstring m_fileName;
+    corvane::FileState m_stateAtLoad;
     NarrowString m_narrowFileName; // for the reads, which are many; null if it could not be made
     std::uint32_t m_writeRetries = 30;
 };

@@ -40,12 +40,13 @@ Key ParseKey(const std::string& text) {
 void Load(ConfigManager& config, const std::string& path) {
     const std::filesystem::path file(corvane::ToWide(path));
     // Windows looks for a bare name in a folder of its own.
-    if (corvane::Load(config, file.has_parent_path() ? path : "./" + path))
+    const auto loaded = corvane::Load(config, file.has_parent_path() ? path : "./" + path);
+    if (loaded)
         return;
     std::error_code unknown;
     if (!std::filesystem::exists(file, unknown) && !unknown)
         throw Failure(Refused, "'" + path + "' does not exist");
-    throw Failure(Refused, "cannot load '" + path + "'");
+    throw Failure(Refused, loaded.reason);
 }
 
 const Tag* FindTag(const Settings& settings, const Key& key) {

@@ -1,11 +1,14 @@
 #include "support/ConfigFixture.h"
+#include "support/Differences.h"
 
 #include <corvane/comfort.h>
 
 #include <algorithm>
+#include <functional>
 #include <limits>
 #include <random>
 #include <sstream>
+#include <thread>
 
 namespace {
 
@@ -139,8 +142,82 @@ TEST_F(Comfort, SaysWhatItRefuses) {
     EXPECT_EQ(Bytes(file) + List("Token:"), "[S]\nt=1\na");
 }
 
+TEST_F(Comfort, SaysWhyALoadFailed) {
+    EXPECT_EQ(corvane::Reload(manager).reason, "cannot reload: no configuration is loaded");
+    Start("[S]\nt=1\n");
+    const std::string path = (folder.Path() / "bad.cfg").u8string();
+    const struct {
+        std::string path;
+        std::optional<std::string> content;
+        const char* cause;
+    } rows[] = {
+        {"", {}, "the path is empty"},
+        {std::string("a\0b", 3), {}, "a path cannot contain a NUL character"},
+        {path, {}, "there is no such file"},
+        {path, "t=1\n", "it has no [section]"},
+        {path, "[_$CACHE$_]\n", "it has a section [_$CACHE$_], a name that no file may use"},
+        {path, std::string("\xFF\xFE[\0S\0]\0", 8),
+         differences::filesInUtf16AreRead ? "" : "it is in UTF-16; it has to be in UTF-8"},
+        {folder.Path().u8string(), {}, "it is a folder"},
+    };
+    for (const auto& row : rows) {
+        if (row.content)
+            WriteFile(row.path, *row.content);
+        ConfigManager other;
+        const corvane::LoadResult result = corvane::Load(*row.cause ? manager : other, row.path);
+        EXPECT_EQ(result.code, *row.cause ? FAILURE_GENERAL : 0);
+        EXPECT_EQ(result.reason, *row.cause ? "cannot load '" + row.path + "': " + row.cause : "");
+    }
+    EXPECT_EQ(Get("S:t"), "1");
+    fs::remove(file);
+    EXPECT_EQ(corvane::Reload(manager).reason,
+              "cannot load '" + file.u8string() + "': there is no such file");
+}
+
+TEST_F(Comfort, LoadsTheFileOfThatVeryName) {
+    for (const char* name : {"up.cfg", "UP.cfg"}) {
+        WriteFile(folder.Path() / name, std::string("[S]\nt=") + name);
+        ASSERT_TRUE(corvane::Load(manager, folder.Path(name)));
+        EXPECT_EQ(Get("S:t"), name);
+    }
+}
+
+TEST_F(Comfort, WatchMissesNoChange) {
+    constexpr std::int64_t whole = 5'000'000'000; // as if from a file system with times in seconds
+    EXPECT_TRUE(!corvane::HasSettled(whole, whole + 1'900'000'000) && corvane::HasSettled(whole, 2 * whole));
+    EXPECT_TRUE(!corvane::HasSettled(whole + 1, whole) &&
+                corvane::HasSettled(whole + 1, whole + 100'000'000));
+    EXPECT_FALSE(corvane::FileWatch(manager).Differs());
+    Start("[S]\nt=000\n");
+    WriteFile(file, "[S]\nt=001\n"); // before there is a watch
+    corvane::FileWatch watch(manager);
+    EXPECT_TRUE(watch.Differs());
+    std::fstream stream(file, std::ios::in | std::ios::out | std::ios::binary);
+    for (int i = 100; i < 999; ++i) { // many in one tick of the clock
+        stream.seekp(6) << i << std::flush;
+        ASSERT_TRUE(watch.Differs()) << i;
+    }
+    stream.close();
+    EXPECT_TRUE(corvane::Reload(manager));
+    EXPECT_EQ(Get("S:t"), "998");
+    const fs::path other = folder.Path() / "other";
+    const std::function<void()> changes[] = {
+        [&] { fs::rename(file, other); },
+        [&] { fs::rename(other, file); },
+        [&] { fs::copy_file(file, other); },
+        [&] { fs::rename(other, file); }, // another file of the same content
+        [&] { MoveTime(file, -10); },
+        [&] { EXPECT_TRUE(corvane::Set(manager, "S:t", "own")); },
+    };
+    for (const auto& change : changes) {
+        while (watch.Differs())
+            std::this_thread::yield();
+        change();
+        EXPECT_EQ(watch.Differs(), !fs::exists(other) || !fs::exists(file)) << &change - changes;
+    }
+}
+
 TEST_F(Comfort, FallsBack) {
-    EXPECT_FALSE(corvane::Load(manager, (folder.Path() / "none.cfg").u8string()));
     Start("[S]\nword=x\nnumber=5\n");
     EXPECT_EQ(corvane::Get(manager, "S:number", 7) + corvane::Get(manager, "S:word", 70), 75);
     EXPECT_EQ(corvane::Get(manager, "S:word", "default") + corvane::Get(manager, "S:none", "default"),

@@ -3,7 +3,7 @@
 // thread.
 #pragma once
 
-#include <corvane/foundations/WideString.h>
+#include <corvane/platform/FileState.h>
 #include <corvane/platform/ProfileChange.h>
 
 #include <cstdarg>
@@ -56,6 +56,9 @@ int _waccess(const wchar* path, int mode) noexcept;
 
 using _stat64 = struct ::stat;
 int _wstat64(const wchar* path, _stat64* info) noexcept;
+
+/// The state of the file at `path`; `error` is an `errno`.
+FileState ExamineFile(const wchar* path) noexcept;
 
 /// Sets both times of the file to the present; `times` is always null. 0, or -1 with `errno` set.
 int _wutime64(const wchar* path, const __utimbuf64* times) noexcept;

@@ -2,7 +2,7 @@
 // the real operation of that name. Not a public header: it includes <windows.h>.
 #pragma once
 
-#include <corvane/foundations/WideString.h>
+#include <corvane/platform/FileState.h>
 #include <corvane/platform/ProfileChange.h>
 
 #ifndef WIN32_LEAN_AND_MEAN
@@ -75,6 +75,9 @@ wchar LowerInvariant(wchar unit) noexcept;
 
 /// The library's own formatter, so that a log line reads the same on every platform.
 int _vsnwprintf(wchar* buffer, std::size_t count, const wchar* format, std::va_list arguments) noexcept;
+
+/// The state of the file at `path`; `error` is of the platform's numbers.
+FileState ExamineFile(const wchar* path) noexcept;
 
 /// The longest section, tag or value that can be written, in bytes. The narrow operations hand their texts on
 /// as counted wide ones, of which the count of bytes has 16 bits, the terminator included. Beyond that limit

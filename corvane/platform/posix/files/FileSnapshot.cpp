@@ -1,13 +1,13 @@
+#include <corvane/platform/FileState.h>
 #include <corvane/platform/posix/Errors.h>
 #include <corvane/platform/posix/PosixPlatform.h>
 #include <corvane/platform/posix/files/FileHandle.h>
 #include <corvane/platform/posix/files/FileLock.h>
 #include <corvane/platform/posix/files/FileSnapshot.h>
+#include <corvane/platform/posix/files/FileTime.h>
 #include <corvane/platform/posix/files/ReadFile.h>
 
 #include <cerrno>
-#include <cstdint>
-#include <cstdlib>
 #include <fcntl.h>
 #include <string_view>
 
@@ -17,34 +17,21 @@ using namespace platform;
 
 namespace {
 
-std::int64_t Nanoseconds(const timespec& time) noexcept {
-    return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
-}
-
 bool SameTime(const timespec& a, const timespec& b) noexcept {
     return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
-}
-
-// File times come from the kernel's coarse clock, which moves in ticks of at most 10 ms, and some file
-// systems keep them in steps of up to two seconds. A time that lies ahead is one that no change will get
-// soon.
-bool IsSettled(const FileStamp& stamp, const timespec& readAt) noexcept {
-    const std::int64_t window = stamp.changed.tv_nsec == 0 ? 2'100'000'000 : 20'000'000;
-    return std::llabs(Nanoseconds(readAt) - Nanoseconds(stamp.changed)) > window;
 }
 
 // Whether the content was read while nothing changed, in `stable`.
 ulong ReadOnce(int descriptor, FileSnapshot& snapshot, bool& stable) {
     struct stat before {};
     struct stat after {};
-    timespec now{};
-    ::clock_gettime(CLOCK_REALTIME_COARSE, &now);
+    const std::int64_t now = CoarseNow();
     if (const ulong error = ReadWholeFile(descriptor, snapshot.content, before))
         return error;
     if (::fstat(descriptor, &after) != 0)
         return ErrorFromErrno(errno);
     snapshot.stamp = FileStamp(after);
-    snapshot.settled = IsSettled(snapshot.stamp, now);
+    snapshot.settled = HasSettled(Nanoseconds(snapshot.stamp.changed), now);
     stable = snapshot.stamp == FileStamp(before);
     return ERROR_SUCCESS;
 }

@@ -1,0 +1,58 @@
+#include <corvane/foundations/ScopedResource.h>
+#include <corvane/platform/windows/WindowsPlatform.h>
+
+namespace corvane {
+namespace {
+
+struct CloseFile {
+    void operator()(HANDLE file) const noexcept { ::CloseHandle(file); }
+};
+
+// From hundreds of nanoseconds since 1601, which the platform counts in.
+std::int64_t Nanoseconds(std::int64_t time) noexcept {
+    constexpr std::int64_t from1601To1970 = 116'444'736'000'000'000;
+    return (time - from1601To1970) * 100;
+}
+
+std::int64_t Joined(DWORD high, DWORD low) noexcept {
+    return static_cast<std::int64_t>(std::uint64_t{high} << 32 | low);
+}
+
+std::int64_t Now() noexcept {
+    FILETIME now{};
+    ::GetSystemTimeAsFileTime(&now);
+    return Nanoseconds(Joined(now.dwHighDateTime, now.dwLowDateTime));
+}
+
+FileState Failed() noexcept {
+    FileState state;
+    state.error = ::GetLastError();
+    return state;
+}
+
+} // namespace
+
+FileState platform::ExamineFile(const wchar* path) noexcept {
+    const std::int64_t now = Now();
+    const HANDLE opened =
+        ::CreateFileW(path, FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                      nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (opened == INVALID_HANDLE_VALUE)
+        return Failed();
+    const Quillon::ScopedResource<HANDLE, CloseFile, Quillon::NoOp<HANDLE>> file(opened);
+    BY_HANDLE_FILE_INFORMATION info{};
+    FILE_BASIC_INFO times{};
+    if (!::GetFileInformationByHandle(opened, &info) ||
+        !::GetFileInformationByHandleEx(opened, FileBasicInfo, &times, sizeof times))
+        return Failed();
+    FileState state;
+    state.volume = info.dwVolumeSerialNumber;
+    state.file = static_cast<std::uint64_t>(Joined(info.nFileIndexHigh, info.nFileIndexLow));
+    state.size = static_cast<std::uint64_t>(Joined(info.nFileSizeHigh, info.nFileSizeLow));
+    state.modified = Nanoseconds(times.LastWriteTime.QuadPart);
+    state.changed = Nanoseconds(times.ChangeTime.QuadPart);
+    state.settled = HasSettled(state.modified, now) && HasSettled(state.changed, now);
+    return state;
+}
+
+} // namespace corvane
