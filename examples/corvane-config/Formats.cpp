@@ -39,13 +39,16 @@ std::string JsonList(const std::vector<std::string>& texts) {
 std::string ShellWord(const std::string& text) {
     std::string word = "'";
     for (const char c : text)
-        word += c == '\'' ? std::string("'\\''") : std::string(1, c);
+        if (c == '\'')
+            word += "'\\''";
+        else
+            word += c;
     return word + "'";
 }
 
-std::string ShellName(const std::string& section, const std::string& tag) {
+std::string ShellName(const std::string& key) {
     std::string name;
-    for (const char c : section + '_' + tag) {
+    for (const char c : key) {
         const bool isDigit = c >= '0' && c <= '9';
         const bool isLetter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
         const bool continuesCharacter = (static_cast<unsigned char>(c) & 0xC0) == 0x80;

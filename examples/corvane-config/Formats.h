@@ -18,4 +18,4 @@ std::string JsonList(const std::vector<std::string>& texts);
 std::string ShellWord(const std::string& text);
 
 /// The variable for a key: each character that a variable cannot have becomes an underscore.
-std::string ShellName(const std::string& section, const std::string& tag);
+std::string ShellName(const std::string& key);

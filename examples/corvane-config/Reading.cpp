@@ -46,14 +46,13 @@ void ListForShell(const Sections& sections, bool sorted) {
     std::string assignments;
     for (const Section* const section : sections)
         for (const Tag* const tag : section->tags.InOrder(sorted)) {
-            const std::string variable = ShellName(section->name, tag->name);
-            const std::string key = section->name + ":" + tag->name;
-            const auto [other, isNew] = keys.emplace(variable, key);
+            const std::string key = Key{section->name, tag->name}.Text();
+            const auto [variable, isNew] = keys.emplace(ShellName(key), key);
             if (!isNew)
-                throw Failure(Refused, "'" + other->second + "' and '" + key +
-                                           "' would both become the variable " + variable +
+                throw Failure(Refused, "'" + variable->second + "' and '" + key +
+                                           "' would both become the variable " + variable->first +
                                            "; use --format=json");
-            assignments += variable + "=" + ShellWord(tag->Value()) + "\n";
+            assignments.append(variable->first).append("=").append(ShellWord(tag->Value())).append("\n");
         }
     std::cout << assignments;
 }
@@ -71,7 +70,7 @@ std::vector<std::string> ValuesOf(const Key& key, SettingsFile& file, bool all) 
 void PrintValue(Format format, const Key& key, const std::string& value) {
     switch (format) {
     case Format::text: std::cout << value; break;
-    case Format::sh: std::cout << ShellName(key.section, key.tag) << '=' << ShellWord(value); break;
+    case Format::sh: std::cout << ShellName(key.Text()) << '=' << ShellWord(value); break;
     case Format::json: std::cout << JsonText(value); break;
     }
     std::cout << '\n';

@@ -10,13 +10,26 @@ std::string NameOf(const ConfigManager& config) {
     return corvane::ToUtf8(config.GetConfigName());
 }
 
+// The library does not say why a copy failed: tries once more.
+std::string ReasonOfFailedCopy(const std::string& file) {
+    const std::filesystem::path copy = ToPath(file + ".copy");
+    std::error_code error;
+    std::error_code ignored;
+    if (std::filesystem::exists(copy, ignored))
+        return {};
+    std::filesystem::copy_file(ToPath(file), copy, error);
+    std::filesystem::remove(copy, ignored);
+    return error ? " (" + error.message() + ")" : "";
+}
+
 } // namespace
 
 std::string Snapshot(ConfigManager& config) {
     corvane::wstring name;
-    if (config.CreateSnapshot(name) != 0)
-        throw Failure(Refused, "cannot copy '" + NameOf(config) + "'" + LoggedReason());
-    return corvane::ToUtf8(name);
+    if (config.CreateSnapshot(name) == 0)
+        return corvane::ToUtf8(name);
+    const std::string file = NameOf(config);
+    throw Failure(Refused, "cannot copy '" + file + "' to its folder" + ReasonOfFailedCopy(file));
 }
 
 void Restore(ConfigManager& config, const std::string& snapshot) {
