@@ -2,6 +2,9 @@
 add_library(corvane_compiler INTERFACE)
 target_compile_features(corvane_compiler INTERFACE cxx_std_17)
 
+if(NOT WIN32) # on 32-bit machines: files of any size, dated beyond 2038
+  target_compile_definitions(corvane_compiler INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
+endif()
 if(MSVC)
   target_compile_options(corvane_compiler INTERFACE /W4 /utf-8 $<$<BOOL:${CORVANE_WERROR}>:/WX>)
 else()

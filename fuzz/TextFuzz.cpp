@@ -67,7 +67,8 @@ void CheckUnits(const wstring& units) {
         const auto kind = [&units](std::size_t at) { return at < units.size() ? units[at] >> 10U : 0U; };
         const bool isPair = kind(i) == 0x36 && kind(i + 1) == 0x37;
         if (isPair)
-            expected += Encoded(0x10000 + (units[i] - 0xD800) * 0x400 + (units[i + 1] - 0xDC00));
+            expected += Encoded(
+                static_cast<wchar_t>(0x10000 + (units[i] - 0xD800) * 0x400 + (units[i + 1] - 0xDC00)));
         else
             expected += Encoded(kind(i) == 0x36 || kind(i) == 0x37 ? replacement : units[i]);
         i += isPair ? 1 : 0;

@@ -1,9 +1,9 @@
+#include <corvane/foundations/LittleEndian.h>
 #include <corvane/registry/RegistryKey.h>
 #include <corvane/registry/ScratchBuffer.h>
 #include <corvane/registry/registry.h>
 
 #include <algorithm>
-#include <cstring>
 
 using namespace corvane::platform;
 
@@ -64,11 +64,11 @@ ulong Store(wstring_view text, wchar* buffer, ulong bufferSize) noexcept {
 }
 
 ulong NumberOf(const FoundValue& value) noexcept {
-    std::uint32_t number = 0;
-    std::memcpy(&number, value.data.get(), std::min<std::size_t>(value.size, sizeof number));
+    NumberBytes bytes{};
+    std::copy_n(value.data.get(), std::min<std::size_t>(value.size, bytes.size()), bytes.begin());
     if (value.type == REG_DWORD_BIG_ENDIAN)
-        number = number << 24 | (number & 0xFF00) << 8 | (number >> 8 & 0xFF00) | number >> 24;
-    return number;
+        std::reverse(bytes.begin(), bytes.end());
+    return FromLittleEndian(bytes);
 }
 
 bool ReadNumberUnder(const wchar* root, const wchar* path, const wchar* valueName, ulong flags,

@@ -1,3 +1,4 @@
+#include <corvane/foundations/LittleEndian.h>
 #include <corvane/registry/RegistryKey.h>
 #include <corvane/registry/registry.h>
 
@@ -42,5 +43,6 @@ int registry_writeString(void* key, const wchar* subKey, const wchar* name, cons
 }
 
 int registry_writeNumber(void* key, const wchar* subKey, const wchar* name, corvane::ulong number) noexcept {
-    return WriteValue(key, subKey, name, REG_DWORD, &number, sizeof number);
+    const NumberBytes bytes = LittleEndian(number);
+    return WriteValue(key, subKey, name, REG_DWORD, bytes.data(), bytes.size());
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <cmath>
 #include <csignal>
 #include <cstdarg>
@@ -60,6 +61,19 @@ bool Strikes(std::string_view name) noexcept {
     return fails;
 }
 
+// The C library's own function of that name. Where long offsets and times were asked for, a 32-bit one has it
+// under another name, and the headers have given that name to the definition that stands in front of it.
+void* Original(const char* name) noexcept {
+    for (const auto& [before, after] :
+         {std::pair("__", "64_time64"), {"__", "_time64"}, {"__", "64"}, {"", "64"}}) {
+        char other[40];
+        std::snprintf(other, sizeof other, "%s%s%s", before, name, after);
+        if (void* const found = ::dlsym(RTLD_NEXT, other))
+            return found;
+    }
+    return ::dlsym(RTLD_NEXT, name);
+}
+
 } // namespace
 
 void Begin(const Plan& next) noexcept {
@@ -80,8 +94,7 @@ Outcome End() noexcept {
 
 } // namespace faults
 
-// The C library's own function of that name.
-#define ORIGINAL(name) reinterpret_cast<decltype(&::name)>(::dlsym(RTLD_NEXT, #name))
+#define ORIGINAL(name) reinterpret_cast<decltype(&::name)>(faults::Original(#name))
 
 namespace faults {
 namespace {
@@ -230,6 +243,13 @@ extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept {
     const int result = original(clock, time);
     time->tv_sec += clock == CLOCK_MONOTONIC ? faults::sleeps.load() : 0;
     return result;
+}
+
+// Within the C++ library, clock_gettime may be another function than here.
+std::chrono::steady_clock::time_point std::chrono::steady_clock::now() noexcept {
+    timespec now{};
+    ::clock_gettime(CLOCK_MONOTONIC, &now);
+    return time_point(std::chrono::seconds(now.tv_sec) + std::chrono::nanoseconds(now.tv_nsec));
 }
 
 extern "C" int nanosleep(const timespec*, timespec*) {

@@ -1,6 +1,7 @@
 # Builds a project below WORK the given WAY and runs its program, with EMULATOR: for pkg-config the one beside this file,
 # otherwise the one of the README, with its very lines. TREE is an installed corvane that two of the ways use. ARGUMENTS
-# configure the project; VERSION is to be told.
+# configure the project; VERSION is to be told. A project that adds the sources finds the rest of it as it was, and what
+# it installs is its own and complete.
 file(REMOVE_RECURSE ${WORK})
 set(source ${CMAKE_CURRENT_LIST_DIR})
 if(NOT WAY STREQUAL pkg-config)
@@ -10,7 +11,8 @@ if(NOT WAY STREQUAL pkg-config)
     message(FATAL_ERROR "the README has no project that uses ${WAY}")
   endif()
   set(source ${WORK}/source)
-  file(WRITE ${source}/CMakeLists.txt "${CMAKE_MATCH_1}")
+  string(REPLACE "add_subdirectory(corvane)" "include(${CMAKE_CURRENT_LIST_DIR}/Guest.cmake)" lines "${CMAKE_MATCH_1}")
+  file(WRITE ${source}/CMakeLists.txt "${lines}install(TARGETS yours)\n")
   configure_file(${CMAKE_CURRENT_LIST_DIR}/consumer.cpp ${source}/main.cpp COPYONLY)
   file(CREATE_LINK ${root} ${source}/corvane SYMBOLIC)
 endif()
@@ -32,12 +34,27 @@ run(${CMAKE_COMMAND} -S ${source} -B ${WORK} -G Ninja ${ARGUMENTS}
   -DCMAKE_RUNTIME_OUTPUT_DIRECTORY=${WORK}/bin)
 run(${CMAKE_COMMAND} --build ${WORK} --target yours)
 
+set(bin ${WORK}/bin)
 file(GLOB dll ${TREE}/bin/corvane.dll)
-if(dll AND NOT WAY STREQUAL add_subdirectory)
-  file(COPY ${dll} DESTINATION ${WORK}/bin)
+if(WAY STREQUAL add_subdirectory)
+  run(${CMAKE_COMMAND} --install ${WORK} --prefix ${WORK}/own)
+  file(GLOB_RECURSE installed RELATIVE ${WORK}/own ${WORK}/own/*)
+  execute_process(COMMAND ${CMAKE_CTEST_COMMAND} -N WORKING_DIRECTORY ${WORK} OUTPUT_VARIABLE tests)
+  if(NOT installed STREQUAL "bin/yours${SUFFIX}" OR NOT tests MATCHES "Total Tests: 0")
+    message(FATAL_ERROR "the project installs ${installed} and has these tests:\n${tests}")
+  endif()
+  set(bin ${WORK}/own/bin)
+elseif(dll)
+  file(COPY ${dll} DESTINATION ${bin})
+endif()
+if(WAY STREQUAL find_package)
+  file(WRITE ${WORK}/component/CMakeLists.txt "cmake_minimum_required(VERSION 3.22)\nproject(component CXX)\n"
+    "find_package(corvane 0.1 COMPONENTS x)\nif(NOT corvane_NOT_FOUND_MESSAGE MATCHES \"component 'x'\" OR TARGET corvane::config)\n"
+    "message(FATAL_ERROR \"found\")\nendif()\n")
+  run(${CMAKE_COMMAND} -S ${WORK}/component -B ${WORK}/component/build -G Ninja ${ARGUMENTS})
 endif()
 file(WRITE ${WORK}/settings.cfg "[Mail]\nPort=25\n")
-execute_process(COMMAND ${EMULATOR} ${WORK}/bin/yours${SUFFIX} ${WORK}/settings.cfg
+execute_process(COMMAND ${EMULATOR} ${bin}/yours${SUFFIX} ${WORK}/settings.cfg
   OUTPUT_VARIABLE said OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 if(NOT said STREQUAL "corvane ${VERSION}, port 25")
   message(FATAL_ERROR "the program said '${said}'")

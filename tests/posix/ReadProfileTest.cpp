@@ -155,6 +155,9 @@ TEST_F(ReadProfile, NoticesEveryChange) {
     EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
     ASSERT_EQ(::utimensat(AT_FDCWD, Make("f", "[a]\nb=8\n").c_str(), times, 0), 0);
     EXPECT_EQ(Read("a", "b", file), "8");
+    const timespec future[] = {{2'240'611'200, 0}, {2'240'611'200, 0}}; // in 2041, beyond 32 bits
+    ASSERT_EQ(::utimensat(AT_FDCWD, file.c_str(), future, 0), 0);
+    EXPECT_EQ(Read("a", "b", file), "8");
 }
 
 // A store into mapped memory that follows another leaves the file's times alone.

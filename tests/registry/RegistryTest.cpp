@@ -1,5 +1,6 @@
 #include "TemporaryRegistry.h"
 #include "support/Differences.h"
+#include "support/RegistryData.h"
 
 #include <corvane/platform/Platform.h>
 #include <corvane/registry/registry.h>
@@ -91,21 +92,21 @@ TEST_F(Registry, CutsATextThatDoesNotFit) {
 }
 
 TEST_F(Registry, PassesOverOtherTypes) {
-    using namespace std::string_view_literals;
+    using namespace std::string_literals;
     HKEY app = CreateApp();
     static const struct {
         const char* name;
         ulong type;
-        std::string_view data;
+        std::string data;
         ulong number; // 7: none
         const char* text;
-    } rows[] = {{"Binary", REG_BINARY, "A\0"sv, 7, "-"},
-                {"Number", REG_DWORD, "\x2a\0\0\0"sv, 42, "-"},
-                {"Big", REG_DWORD_BIG_ENDIAN, "\0\0\0\x2a"sv, 42, "-"},
-                {"Short", REG_DWORD, "\x2a\0"sv, 42, "-"},
-                {"Text", REG_SZ, "4\0002\0\0\0"sv, 7, "42"},
-                {"Path", REG_EXPAND_SZ, "%\0A\0%\0"sv, 7, "%A%"},
-                {"Odd", REG_SZ, "A\0B"sv, 7, "A"}};
+    } rows[] = {{"Binary", REG_BINARY, "A\0"s, 7, "-"},
+                {"Number", REG_DWORD, "\x2a\0\0\0"s, 42, "-"},
+                {"Big", REG_DWORD_BIG_ENDIAN, "\0\0\0\x2a"s, 42, "-"},
+                {"Short", REG_DWORD, "\x2a\0"s, 42, "-"},
+                {"Text", REG_SZ, TextData(wstring(CORVANE_TEXT("42\0"), 3)), 7, "42"},
+                {"Path", REG_EXPAND_SZ, TextData(CORVANE_TEXT("%A%")), 7, "%A%"},
+                {"Odd", REG_SZ, TextData(CORVANE_TEXT("A")) + "B", 7, "A"}};
     for (const auto& row : rows) {
         RegSetValueExW(app, Wide(row.name), 0, row.type,
                        reinterpret_cast<const unsigned char*>(row.data.data()),

@@ -74,7 +74,7 @@ protected:
     static std::string Join(const std::vector<corvane::wstring>& names) {
         std::string joined;
         for (const auto& name : names)
-            joined += (joined.empty() ? "" : ",") + corvane::ToUtf8(name);
+            joined.append(joined.empty() ? 0 : 1, ',').append(corvane::ToUtf8(name));
         return joined;
     }
 

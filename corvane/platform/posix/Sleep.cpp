@@ -10,7 +10,7 @@ void platform::Sleep(ulong milliseconds) noexcept {
     constexpr long second = 1'000'000'000;
     timespec until{};
     ::clock_gettime(CLOCK_MONOTONIC, &until);
-    until.tv_sec += milliseconds / 1000;
+    until.tv_sec += static_cast<std::time_t>(milliseconds / 1000);
     until.tv_nsec += static_cast<long>(milliseconds % 1000) * 1'000'000;
     if (until.tv_nsec >= second) {
         ++until.tv_sec;

@@ -1,5 +1,6 @@
 // The POSIX registry by its own operations: what is on disk, what other processes do, what goes wrong.
 #include "TemporaryRegistry.h"
+#include "support/RegistryData.h"
 
 #include <corvane/platform/posix/PosixRegistry.h>
 #include <corvane/registry/registry.h>
@@ -65,18 +66,19 @@ TEST_F(RegistryStore, KeepsAnyKeyName) {
 
 TEST_F(RegistryStore, KeepsAnyValue) {
     using namespace std::string_literals;
+    using namespace std::string_view_literals;
     const struct {
         const wchar* name;
         ulong type;
         std::string data, line;
     } rows[] = {
-        {u"", REG_SZ, "x\0\0\0"s, R"(@="x")"},
-        {u"a\\b\"=;@", REG_SZ, "A\0\\\0\"\0=\0\0\0"s, R"("a\\b\"=;@"="A\\\"=")"},
+        {u"", REG_SZ, TextData(u"x\0"sv), R"(@="x")"},
+        {u"a\\b\"=;@", REG_SZ, TextData(u"A\\\"=\0"sv), R"("a\\b\"=;@"="A\\\"=")"},
         {u"two\nlines", REG_DWORD, "\x2a\0\0\0"s, R"("two\u000alines"=dword:0000002a)"},
-        {u"crlf", REG_SZ, "A\0\r\0\n\0\0\0"s, R"("crlf"=hex(1):41,00,0d,00,0a,00,00,00)"},
-        {u"lone", REG_SZ, "\0\xD8\0\0"s, R"("lone"=hex(1):00,d8,00,00)"},
-        {u"inner", REG_SZ, "A\0\0\0B\0\0\0"s, R"("inner"=hex(1):41,00,00,00,42,00,00,00)"},
-        {u"expand", REG_EXPAND_SZ, "%\0\0\0"s, R"("expand"=hex(2):25,00,00,00)"},
+        {u"crlf", REG_SZ, TextData(u"A\r\n\0"sv), R"("crlf"=hex(1):41,00,0d,00,0a,00,00,00)"},
+        {u"lone", REG_SZ, TextData(u"\xD800\0"sv), R"("lone"=hex(1):00,d8,00,00)"},
+        {u"inner", REG_SZ, TextData(u"A\0B\0"sv), R"("inner"=hex(1):41,00,00,00,42,00,00,00)"},
+        {u"expand", REG_EXPAND_SZ, TextData(u"%\0"sv), R"("expand"=hex(2):25,00,00,00)"},
         {u"binary", REG_BINARY, "\0\xff"s, R"("binary"=hex:00,ff)"},
         {u"eleven", 11, "12345678", R"("eleven"=hex(b):31,32,33,34,35,36,37,38)"},
     };
@@ -87,7 +89,10 @@ TEST_F(RegistryStore, KeepsAnyValue) {
         file += row.line + "\n";
     }
     EXPECT_EQ(Bytes(valuesFile), file);
-    EXPECT_EQ(Set(key, u"INNER", REG_SZ, "x\0"s), 0);
+    EXPECT_EQ(Set(key, u"INNER", REG_SZ, TextData(u"x")), 0);
+    wchar text[8];
+    EXPECT_EQ(registry_readString(nullptr, u"\\App", u"crlf", nullptr, text, 8), 3U);
+    EXPECT_EQ(text, wstring(u"A\r\n"));
     EXPECT_NE(Bytes(valuesFile).find("\"inner\"=\"x\"\n\"expand\""), std::string::npos)
         << "a text without a terminator gets one and stays in its place";
     EXPECT_EQ(Set(key, wstring(16384, 'n').c_str(), REG_SZ, ""), 87);

@@ -20,7 +20,7 @@ ulong posix::ReadWholeFile(int descriptor, FileText& content, struct stat& statu
         return ErrorFromErrno(errno);
     if (!S_ISREG(status.st_mode))
         return ERROR_ACCESS_DENIED;
-    if (static_cast<std::size_t>(status.st_size) > maximumFileSize)
+    if (status.st_size > off_t{maximumFileSize})
         return ERROR_FILE_TOO_LARGE;
 
     // The size is only a hint: the file may shrink or grow meanwhile, or have none, as those under /proc.

@@ -27,7 +27,7 @@ constexpr std::size_t digitCount = 16; // of the random number before it
 
 // The part before that number. A name that is cut short for the system's limit is still one of a kind.
 std::string FirstPart(const std::string& name) {
-    return "." + name.substr(0, NAME_MAX - 2 - digitCount - lastPart.size()) + ".";
+    return std::string(".").append(name, 0, NAME_MAX - 2 - digitCount - lastPart.size()).append(".");
 }
 
 int TemporaryName(const std::string& name, std::string& result) {
@@ -68,9 +68,9 @@ bool IsNewToProcess(int folder, const std::string& name) noexcept {
     if (::fstat(folder, &status) != 0)
         return false;
     std::size_t hash = std::hash<std::string>()(name);
-    for (const std::size_t part :
-         {std::size_t{status.st_ino}, std::size_t{status.st_dev}, static_cast<std::size_t>(::getpid())})
-        hash = hash * 31 + part;
+    for (const std::uint64_t part :
+         {std::uint64_t{status.st_ino}, std::uint64_t{status.st_dev}, static_cast<std::uint64_t>(::getpid())})
+        hash = hash * 31 + std::hash<std::uint64_t>()(part);
     return last[hash % std::size(last)].exchange(hash, std::memory_order_relaxed) != hash;
 }
 

@@ -13,7 +13,7 @@ namespace {
 struct Table {
     std::mutex mutex;
     std::unordered_map<std::uintptr_t, std::shared_ptr<OpenKey>> keys;
-    std::uintptr_t last = std::uintptr_t{1} << 32; // above the predefined keys
+    std::uintptr_t last = 0;
 };
 
 Table& Keys() {
@@ -30,10 +30,13 @@ std::uintptr_t NumberOf(HKEY handle) noexcept {
 HKEY AddOpenKey(std::shared_ptr<OpenKey> key) {
     Table& table = Keys();
     const std::lock_guard guard(table.mutex);
-    table.last += 4;
-    table.keys.emplace(table.last, std::move(key));
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): a handle points to nothing
-    return reinterpret_cast<HKEY>(table.last);
+    for (;;) {
+        table.last += 4;
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): a handle points to nothing
+        auto* const handle = reinterpret_cast<HKEY>(table.last);
+        if (handle && !IsRoot(handle) && table.keys.try_emplace(table.last, std::move(key)).second)
+            return handle;
+    }
 }
 
 std::shared_ptr<OpenKey> FindOpenKey(HKEY handle) {

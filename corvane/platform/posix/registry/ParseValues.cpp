@@ -1,4 +1,5 @@
 #include <corvane/foundations/FindUnit.h>
+#include <corvane/foundations/LittleEndian.h>
 #include <corvane/foundations/Utf.h>
 #include <corvane/platform/posix/PosixRegistry.h>
 #include <corvane/platform/posix/registry/ValuesText.h>
@@ -109,7 +110,8 @@ private:
             if (!TakeHex(line, 8, number))
                 return false;
             value.type = REG_DWORD;
-            value.data.append(reinterpret_cast<const char*>(&number), sizeof number);
+            const NumberBytes bytes = LittleEndian(number);
+            value.data.assign(bytes.begin(), bytes.end());
             return line.empty();
         }
         value.type = REG_BINARY;
@@ -117,7 +119,11 @@ private:
             return false;
         if (Take(line, '(') && !(TakeHex(line, 8, value.type) && Take(line, ')')))
             return false;
-        return Take(line, ':') && TakeBytes(line, value.data);
+        if (!Take(line, ':') || !TakeBytes(line, value.data))
+            return false;
+        if (value.IsText())
+            SwitchByteOrder(value.data);
+        return true;
     }
 
     // Bytes separated by commas. A backslash at the end of a line continues it on the next one.

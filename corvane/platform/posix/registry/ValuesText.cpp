@@ -1,3 +1,4 @@
+#include <corvane/foundations/LittleEndian.h>
 #include <corvane/platform/posix/PosixRegistry.h>
 #include <corvane/platform/posix/registry/KeyName.h>
 #include <corvane/platform/posix/registry/ValuesText.h>
@@ -77,7 +78,10 @@ void PrintBytes(const RegistryValue& value, std::string& out) {
         out += ')';
     }
     char separator = ':';
-    for (const char byte : value.data) {
+    std::string data = value.data;
+    if (value.IsText())
+        SwitchByteOrder(data);
+    for (const char byte : data) {
         out += separator;
         PrintHex(out, static_cast<unsigned char>(byte), 2);
         separator = ',';
@@ -89,15 +93,28 @@ void PrintBytes(const RegistryValue& value, std::string& out) {
 void PrintData(const RegistryValue& value, std::string& out) {
     if (wstring text; AsText(value, text))
         return PrintQuoted(text, out);
-    std::uint32_t number = 0;
-    if (value.type != REG_DWORD || value.data.size() != sizeof number)
+    NumberBytes bytes{};
+    if (value.type != REG_DWORD || value.data.size() != bytes.size())
         return PrintBytes(value, out);
-    std::memcpy(&number, value.data.data(), sizeof number);
+    std::copy(value.data.begin(), value.data.end(), bytes.begin());
     out += "dword:";
-    PrintHex(out, number, 8);
+    PrintHex(out, FromLittleEndian(bytes), 8);
 }
 
 } // namespace
+
+bool RegistryValue::IsText() const noexcept {
+    return type == REG_SZ || type == REG_EXPAND_SZ;
+}
+
+void SwitchByteOrder(std::string& data) noexcept {
+    for (std::size_t at = 0; at + sizeof(wchar) <= data.size(); at += sizeof(wchar)) {
+        wchar unit = 0;
+        std::memcpy(&unit, &data[at], sizeof unit);
+        data[at] = static_cast<char>(unit & 0xFF);
+        data[at + 1] = static_cast<char>(unit >> 8);
+    }
+}
 
 RegistryValue* RegistryValues::Find(wstring_view name) noexcept {
     const auto found = std::find_if(values.begin(), values.end(), [&](const RegistryValue& value) {

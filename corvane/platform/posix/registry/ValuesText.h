@@ -21,7 +21,9 @@ struct RegistryValue {
     std::string comment; ///< the lines before it that hold no value, kept as they are
     wstring name;        ///< empty for the default value
     ulong type = 0;
-    std::string data; ///< the bytes, as the machine holds them
+    std::string data; ///< the bytes: of a text in the machine's order, of a number with the lowest first
+
+    bool IsText() const noexcept;
 };
 
 struct RegistryValues {
@@ -35,6 +37,10 @@ struct RegistryValues {
 /// False for a damaged text: a line that is neither a value nor empty nor a comment (`;`), a NUL, or a name
 /// or text that is not well-formed UTF-8.
 bool ParseValues(std::string_view text, RegistryValues& values);
+
+/// Exchanges the machine's order of the bytes in a text's data and that of `hex(type):`, where the lower byte
+/// of a code unit comes first.
+void SwitchByteOrder(std::string& data) noexcept;
 
 std::string PrintValues(const RegistryValues& values);
 

@@ -1,0 +1,16 @@
+# Adds corvane to a project as its README says; nothing else of the project may be changed by that.
+get_cmake_property(before CACHE_VARIABLES)
+add_subdirectory(corvane)
+get_cmake_property(added CACHE_VARIABLES)
+list(REMOVE_ITEM added ${before})
+list(FILTER added EXCLUDE REGEX "^(corvane|CORVANE)_|Threads|^CMAKE_PROJECT_VERSION|^CMAKE_HAVE_(LIBC_PTHREAD|PTHREAD)")
+if(added)
+  message(FATAL_ERROR "corvane adds to the cache of the project: ${added}")
+endif()
+
+add_library(own ${CMAKE_CURRENT_LIST_DIR}/consumer.cpp)
+get_target_property(type own TYPE)
+if(NOT type STREQUAL STATIC_LIBRARY)
+  message(FATAL_ERROR "corvane makes of the project's own library a ${type}")
+endif()
+enable_testing()
