@@ -8,7 +8,7 @@
 /// A recursive lock: the thread that holds it may obtain it again and must release it as often.
 class CORVANE_API ThreadLock {
 public:
-    CORVANE_LOCK_CONSTEXPR ThreadLock() noexcept { corvane::platform::InitializeCriticalSection(&m_section); }
+    constexpr ThreadLock() noexcept { corvane::platform::InitializeCriticalSection(&m_section); }
     ThreadLock(const ThreadLock&) = delete;
     ThreadLock& operator=(const ThreadLock&) = delete;
     virtual ~ThreadLock();

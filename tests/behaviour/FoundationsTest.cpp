@@ -3,6 +3,7 @@
 #include <corvane/config.h>
 #include <corvane/foundations/FailureReport.h>
 #include <corvane/foundations/StringUtility.h>
+#include <corvane/platform/Platform.h>
 
 #include <gtest/gtest.h>
 #include <thread>
@@ -40,12 +41,34 @@ TEST(Logger, LetsASinkReadAConfiguration) {
         ++lines;
         corvane::wstring value;
         manager.GetValue(CORVANE_TEXT("a:b"), value); // its own line is dropped
+        platform::SetLastError(183);
         throw 1;
     });
+    platform::SetLastError(32);
     corvane::wstring value;
-    EXPECT_EQ(manager.GetValue(CORVANE_TEXT("nocolon"), value), FAILURE_GENERAL);
+    const int result = manager.GetValue(CORVANE_TEXT("nocolon"), value);
+    EXPECT_EQ(platform::GetLastError(), 32U) << "a report may follow that reads it";
+    EXPECT_EQ(result, FAILURE_GENERAL);
     EXPECT_GE(lines, 1);
     LoggerRegistry::setSink({});
+}
+
+// Constructed before all statics of ordinary rank and destroyed after them, those of the library among them.
+struct EarlyAndLate {
+    EarlyAndLate() : names(Names()) {}
+    ~EarlyAndLate() { Names(); }
+    static std::size_t Names() {
+        std::vector<corvane::wstring> sections;
+        ApplicationConfigManager::Delete();
+        return ApplicationConfigManager::Instance()->EnumerateSubKeys(sections);
+    }
+
+    std::size_t names;
+};
+__attribute__((init_priority(101))) const EarlyAndLate earlyAndLate;
+
+TEST(Application, AnswersBeforeAndAfterMain) {
+    EXPECT_EQ(earlyAndLate.names, 0U);
 }
 
 TEST(Application, HasOneManager) {

@@ -7,9 +7,6 @@
 #include <pthread.h>
 #include <type_traits>
 
-/// Where the lock needs no code to come up, its owner's constructor is constexpr.
-#define CORVANE_LOCK_CONSTEXPR constexpr
-
 namespace corvane::platform {
 
 /// A thread that finds it held tries again for some tens of microseconds, which is longer than most locks are

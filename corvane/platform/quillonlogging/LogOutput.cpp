@@ -1,3 +1,4 @@
+#include <corvane/platform/Platform.h>
 #include <corvane/platform/quillonlogging/LogOutput.h>
 
 #include <atomic>
@@ -49,6 +50,19 @@ struct SinkScope {
     SinkScope& operator=(const SinkScope&) = delete;
 };
 
+// A report may follow that reads the thread's last error. Even a look at a thread's own variable may change
+// it.
+class LastErrorScope {
+public:
+    LastErrorScope() = default;
+    ~LastErrorScope() { platform::SetLastError(m_lastError); }
+    LastErrorScope(const LastErrorScope&) = delete;
+    LastErrorScope& operator=(const LastErrorScope&) = delete;
+
+private:
+    const corvane::ulong m_lastError = platform::GetLastError();
+};
+
 } // namespace
 
 bool IsWanted(Severity severity) noexcept {
@@ -56,6 +70,7 @@ bool IsWanted(Severity severity) noexcept {
 }
 
 void Emit(const LogLine& line) noexcept {
+    const LastErrorScope lastError;
     if (inSink)
         return;
     const SinkScope scope;
