@@ -34,14 +34,8 @@ endif()
 set(inner_headers # what the public ones stand on; nothing in them is for programs
   foundations/CaseFolding.h
   foundations/Export.h
-  manager/MemoryPool.h
-  manager/NameTable.h
-  manager/PlainArray.h
-  manager/SectionMap.h
-  manager/TagMap.h
   platform/CriticalSection.h
   platform/FileState.h
-  platform/Prefetch.h
   platform/${port}/CriticalSection.h
 )
 foreach(header ${public_headers} ${inner_headers})

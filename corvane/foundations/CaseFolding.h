@@ -35,10 +35,4 @@ struct CaseInsensitiveLess {
     bool operator()(wstring_view a, wstring_view b) const noexcept { return CompareIgnoringCase(a, b) < 0; }
 };
 
-/// A number that is the same for all texts that SameIgnoringCase holds equal, in every locale.
-std::uint32_t HashIgnoringCase(wstring_view text) noexcept;
-
-/// The same by KeyedHash.
-std::uint32_t KeyedHashIgnoringCase(wstring_view text) noexcept;
-
 } // namespace corvane

@@ -1,4 +1,5 @@
 // What a manager is without its operations by key: its life, its copies and the small questions about it.
+#include <corvane/cache/SectionMap.h>
 #include <corvane/manager/ConfigManager.h>
 #include <corvane/manager/ReservedSection.h>
 #include <corvane/sources/IConfigSource.h>
@@ -6,14 +7,18 @@
 using corvane::wchar;
 using corvane::wstring;
 
-ConfigManager::ConfigManager() : m_cacheOnlySections{corvane::reservedSection} {}
+ConfigManager::ConfigManager()
+    : m_cache(std::make_unique<SectionMap>()), m_cacheOnlySections{corvane::reservedSection} {}
 
-ConfigManager::ConfigManager(const ConfigManager&) = default;
+ConfigManager::ConfigManager(const ConfigManager& other)
+    : m_cache(std::make_unique<SectionMap>(*other.m_cache)), m_source(other.m_source),
+      m_cacheOnlySections(other.m_cacheOnlySections) {}
+
 ConfigManager::~ConfigManager() = default;
 
 ConfigManager& ConfigManager::operator=(const ConfigManager& other) {
     ConfigManager copy(other);
-    m_cache.Swap(copy.m_cache);
+    m_cache.swap(copy.m_cache);
     m_source.swap(copy.m_source);
     m_cacheOnlySections.swap(copy.m_cacheOnlySections);
     return *this;
@@ -29,5 +34,5 @@ IConfigSource* ConfigManager::GetConfigSource() const {
 }
 
 bool ConfigManager::IsReady() const {
-    return m_source && !m_cache.Empty();
+    return m_source && !m_cache->Empty();
 }

@@ -5,7 +5,6 @@
 #include <corvane/foundations/FailureCode.h>
 #include <corvane/foundations/ThreadLock.h>
 #include <corvane/foundations/WideString.h>
-#include <corvane/manager/SectionMap.h>
 
 #include <cstddef>
 #include <list>
@@ -17,7 +16,9 @@ class IConfigSource;
 
 namespace corvane {
 class ComfortAccess;
-}
+class SectionMap;
+class TagMap;
+} // namespace corvane
 
 /// Loads a configuration, in practice a settings file, into a cache and answers for it by keys of the form
 /// `Section:Tag`: the first colon splits, letter case does not count, blanks belong to the names.
@@ -132,7 +133,7 @@ private:
     void RestoreCacheOnlyValues(const SectionMap& preserved, SectionMap& cache);
     corvane::wstring GetKeyFromCache(const corvane::wstring& key) const;
 
-    SectionMap m_cache;
+    std::unique_ptr<SectionMap> m_cache; // never null
     std::shared_ptr<IConfigSource> m_source;
     std::set<corvane::wstring> m_cacheOnlySections;
 

@@ -1,4 +1,5 @@
 // Deleting by key: the source first, the cache behind it.
+#include <corvane/cache/SectionMap.h>
 #include <corvane/manager/ConfigManager.h>
 #include <corvane/manager/Log.h>
 #include <corvane/manager/ReservedSection.h>
@@ -21,7 +22,7 @@ int ConfigManager::DeleteValue(const wstring& key) {
         return 0;
     if (parts.section.empty() || parts.section == corvane::reservedSection)
         return 0;
-    if (!m_cache.Contains(parts.section))
+    if (!m_cache->Find(parts.section))
         return Fail(function, __LINE__);
     const auto source = m_source; // stays, even if one of its log lines leads to a load by the program
     if (!source->DeleteValue(key))
@@ -29,14 +30,14 @@ int ConfigManager::DeleteValue(const wstring& key) {
     if (!corvane::StillLoaded(m_source.get(), *source))
         return 0; // the cache is another configuration's by now
 
-    const std::uint32_t section = m_cache.Find(parts.section);
-    if (section == SectionMap::none)
+    auto* const section = m_cache->Find(parts.section);
+    if (!section)
         return 0;
-    TagMap& tags = m_cache.Tags(section);
+    TagMap& tags = section->second;
     const bool wholeSection = parts.tag.empty();
     const bool removed = wholeSection || tags.Erase(parts.tag);
     if (wholeSection || tags.Empty()) {
-        m_cache.Erase(section);
+        m_cache->Erase(*section);
         m_cacheOnlySections.erase(parts.section);
     }
     return removed ? 0 : Fail(function, __LINE__);

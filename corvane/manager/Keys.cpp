@@ -1,4 +1,5 @@
 // Joining keys, and giving them the letter case of the cache.
+#include <corvane/cache/SectionMap.h>
 #include <corvane/manager/ConfigManager.h>
 #include <corvane/sources/KeyParts.h>
 
@@ -31,13 +32,12 @@ wstring ConfigManager::GetKeyFromCache(const wstring& key) const {
     corvane::KeyParts parts;
     if (!parts.Parse(*m_source, key) || parts.section.empty())
         return key;
-    const std::uint32_t section = m_cache.Find(parts.section);
-    if (section == SectionMap::none)
+    const auto* const section = m_cache->Find(parts.section);
+    if (!section)
         return key;
-    const TagMap& tags = m_cache.Tags(section);
-    const std::uint32_t tag = tags.Find(parts.tag);
-    wstring stored(m_cache.Name(section));
+    const auto tag = section->second.Find(parts.tag);
+    wstring stored = section->first;
     stored += ':';
-    stored += tag == TagMap::none ? corvane::wstring_view(parts.tag) : tags.At(tag).name;
+    stored += tag ? tag->name : parts.tag;
     return stored;
 }

@@ -1,4 +1,5 @@
 // Loading, reloading and letting go of a configuration.
+#include <corvane/cache/SectionMap.h>
 #include <corvane/manager/ConfigManager.h>
 #include <corvane/manager/Log.h>
 #include <corvane/manager/ReservedSection.h>
@@ -37,18 +38,18 @@ public:
         for (const wstring& tag : tags) {
             m_key.resize(sectionKey.size());
             m_key += tag;
-            m_value.clear();
-            const std::int32_t result = m_source.ReadValue(m_key, m_value);
-            const bool failed = result == FAILURE_GENERAL && m_value.empty();
+            m_loaded.value.clear();
+            const std::int32_t result = m_source.ReadValue(m_key, m_loaded.value);
+            const bool failed = result == FAILURE_GENERAL && m_loaded.value.empty();
             if (result > 0 && !failed)
-                tagMap.Insert({tag, m_value, false});
+                tagMap.Insert(tag, m_loaded);
         }
     }
 
 private:
     IConfigSource& m_source;
     wstring m_key;
-    wstring m_value;
+    ConfigManager::ConfigValue m_loaded;
 };
 
 } // namespace
@@ -75,19 +76,19 @@ int ConfigManager::Initialize(const wchar* name, int reloadPolicy) {
 
     Log().logProgress(CORVANE_TEXT("loading config from '%s'"), name);
     const bool newName = !m_source || !SameConfiguration(*m_source, name);
-    SectionMap newCache;
+    auto newCache = std::make_unique<SectionMap>();
     std::shared_ptr<IConfigSource> newSource(CreateConfigSource(name));
     if (!newSource->IsReady())
         return FailLoad(CORVANE_TEXT("new configuration object is not ready"), __LINE__);
 
     SectionMap preserved;
-    PreserveCacheOnlyValues(preserved, m_cache, newName);
+    PreserveCacheOnlyValues(preserved, *m_cache, newName);
 
     const platform::LoadScope onePicture;
     std::vector<wstring> sections;
     if (!newSource->EnumerateSections(sections))
         return FailLoad(CORVANE_TEXT("failed to get sections from new config source"), __LINE__);
-    newCache.Reserve(sections);
+    newCache->Reserve(sections.size());
     std::vector<wstring> tags;
     TagMap tagMap;
     TagReader reader(*newSource);
@@ -95,18 +96,18 @@ int ConfigManager::Initialize(const wchar* name, int reloadPolicy) {
         tags.clear();
         if (section == corvane::reservedSection)
             return FailLoad(CORVANE_TEXT("cache node specified in config file (illegal)"), __LINE__);
-        if (newCache.Contains(section)) // the first stands: reading it again would only take time
+        if (newCache->Find(section)) // the first stands: reading it again would only take time
             continue;
         if (!newSource->EnumerateTags(section, tags))
             continue;
         reader.Read(BuildKey(section, nullptr), tags, tagMap);
-        newCache.InsertCopy(section, tagMap);
+        newCache->InsertCopy(section, tagMap);
     }
-    RestoreCacheOnlyValues(preserved, newCache);
+    RestoreCacheOnlyValues(preserved, *newCache);
 
     // Nothing from here on can fail.
     m_source = std::move(newSource);
-    m_cache.Swap(newCache);
+    m_cache.swap(newCache);
     return 0;
 }
 
@@ -117,7 +118,7 @@ bool ConfigManager::SourceWasModified() const {
 void ConfigManager::Clear() {
     const ThreadLockGuard guard(m_lock);
     std::set<wstring> cacheOnlySections{corvane::reservedSection};
+    m_cache = std::make_unique<SectionMap>();
     m_source.reset();
-    m_cache.Clear();
     m_cacheOnlySections.swap(cacheOnlySections);
 }

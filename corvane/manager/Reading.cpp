@@ -1,4 +1,5 @@
 // Reading by key, from the cache alone.
+#include <corvane/cache/SectionMap.h>
 #include <corvane/manager/ConfigManager.h>
 #include <corvane/manager/Log.h>
 #include <corvane/sources/KeyParts.h>
@@ -19,18 +20,17 @@ int ConfigManager::_GetValue(const wstring& key, wstring& value) {
     if (!parts.Parse(*m_source, key))
         return Fail(function, __LINE__, key.c_str());
 
-    const std::uint32_t section = m_cache.Find(parts.section);
-    if (section == SectionMap::none) {
+    const auto* const section = m_cache->Find(parts.section);
+    if (!section) {
         log.logProgress(CORVANE_TEXT("config cache section for key '%s' was not found"), key.c_str());
         return FAILURE_GENERAL;
     }
-    const TagMap& tags = m_cache.Tags(section);
-    const std::uint32_t tag = tags.Find(parts.tag);
-    if (tag == TagMap::none) {
+    const auto tag = section->second.Find(parts.tag);
+    if (!tag) {
         log.logProgress(CORVANE_TEXT("config cache item for key '%s' was not found"), key.c_str());
         return FAILURE_GENERAL;
     }
-    value = tags.At(tag).value;
+    value = tag->value;
     log.logTrace(CORVANE_TEXT("GetValue: key: '%s', value: '%s'"), key.c_str(), value.c_str());
     return 0;
 }
@@ -50,8 +50,6 @@ bool ConfigManager::Exists(const wstring& key) const {
     KeyParts parts;
     if (!m_source || !parts.Parse(*m_source, key))
         return false;
-    const std::uint32_t section = m_cache.Find(parts.section);
-    if (section == SectionMap::none)
-        return false;
-    return parts.tag.empty() || m_cache.Tags(section).Contains(parts.tag);
+    const auto* const section = m_cache->Find(parts.section);
+    return section && (parts.tag.empty() || section->second.Find(parts.tag));
 }

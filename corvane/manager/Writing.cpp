@@ -1,4 +1,5 @@
 // Writing by key: all refusals first, the source next, the cache last.
+#include <corvane/cache/SectionMap.h>
 #include <corvane/manager/ConfigManager.h>
 #include <corvane/manager/Log.h>
 #include <corvane/manager/StillLoaded.h>
@@ -51,15 +52,14 @@ int ConfigManager::_SetValue(const wstring& key, const wstring& value, const wst
         m_cacheOnlySections.insert(parts.section);
     }
 
-    const TagMap::Tag entry{parts.tag, value, !writeThrough};
-    const std::uint32_t section = m_cache.Find(parts.section);
-    if (section != SectionMap::none) {
-        m_cache.Tags(section).Assign(entry);
+    const ConfigValue entry{value, !writeThrough};
+    if (auto* const section = m_cache->Find(parts.section)) {
+        section->second.Assign(parts.tag, entry);
         return 0;
     }
     TagMap tags;
-    tags.Insert(entry);
-    m_cache.Insert(parts.section, std::move(tags));
+    tags.Insert(parts.tag, entry);
+    m_cache->Insert(parts.section, std::move(tags));
     return 0;
 }
 
@@ -67,5 +67,5 @@ bool ConfigManager::ValidateCacheOnlyKey(const wstring& key, bool cacheOnly) {
     KeyParts parts;
     if (!parts.Parse(*m_source, key))
         return false;
-    return !cacheOnly || !m_cache.Contains(parts.section);
+    return !cacheOnly || !m_cache->Find(parts.section);
 }

@@ -1,5 +1,5 @@
-// The tables of the cache beside a map of the standard library, through random changes.
-#include <corvane/manager/SectionMap.h>
+// The maps of the cache beside maps of the standard library, through random changes.
+#include <corvane/cache/SectionMap.h>
 
 #include <gtest/gtest.h>
 #include <map>
@@ -32,14 +32,26 @@ protected:
 
     static void ExpectSame(const TagMap& tags, const Model& model) {
         ASSERT_EQ(tags.Size(), model.size());
+        bool hasCacheOnly = false;
         auto expected = model.begin();
-        for (const std::uint32_t place : tags.Names().Order()) {
-            const TagMap::Tag tag = tags.At(place);
+        for (const TagMap::Tag& tag : tags) {
             EXPECT_EQ(tag.name, expected->first);
             EXPECT_EQ(tag.value, expected->second.first);
             EXPECT_EQ(tag.cacheOnly, expected->second.second);
-            EXPECT_EQ(tags.Find(expected->first), place);
+            EXPECT_EQ(tags.Find(expected->first)->name.data(), tag.name.data());
+            hasCacheOnly = hasCacheOnly || tag.cacheOnly;
             ++expected;
+        }
+        EXPECT_EQ(tags.HasCacheOnly(), hasCacheOnly);
+    }
+
+    static void ExpectSameOrder(const SectionMap& sections,
+                                const std::map<wstring, Model, CaseInsensitiveLess>& models) {
+        ASSERT_EQ(sections.Ordered().size(), models.size());
+        auto expected = models.begin();
+        for (const auto* const section : sections.Ordered()) {
+            EXPECT_EQ(section->first, expected->first);
+            ExpectSame(section->second, expected++->second);
         }
     }
 
@@ -48,9 +60,9 @@ protected:
         const wstring value = RandomText();
         const bool cacheOnly = Below(2) == 0;
         switch (Below(5)) {
-        case 0: tags.Insert({name, value, cacheOnly}), model.insert({name, {value, cacheOnly}}); break;
+        case 0: tags.Insert(name, {value, cacheOnly}), model.insert({name, {value, cacheOnly}}); break;
         case 1: EXPECT_EQ(tags.Erase(name), model.erase(name) == 1); break;
-        default: tags.Assign({name, value, cacheOnly}), model[name] = {value, cacheOnly};
+        default: tags.Assign(name, {value, cacheOnly}), model[name] = {value, cacheOnly};
         }
     }
 
@@ -59,7 +71,7 @@ private:
 };
 
 TEST_F(CacheTables, HoldTagsAsAMapDoes) {
-    corvane::MemoryPool pool;
+    corvane::Arena arena;
     TagMap tags;
     Model model;
     for (int step = 0; step < 20'000 && !HasFailure(); ++step) {
@@ -67,7 +79,7 @@ TEST_F(CacheTables, HoldTagsAsAMapDoes) {
         if (Below(4) == 0)
             ExpectSame(tags, model);
         if (Below(500) == 0)
-            tags = TagMap(tags, pool);
+            tags = TagMap(tags, Below(4) ? &arena : nullptr);
     }
 }
 
@@ -76,21 +88,23 @@ TEST_F(CacheTables, KeepTheTagsOfEachSection) {
     std::map<wstring, Model, CaseInsensitiveLess> models;
     for (int step = 0; step < 20'000 && !HasFailure(); ++step) {
         const wstring name = RandomName();
-        const std::uint32_t place = sections.Find(name);
-        ASSERT_EQ(place != SectionMap::none, models.count(name) == 1);
-        if (place == SectionMap::none) {
-            sections.Insert(name, TagMap());
-            models[name];
+        auto* const section = sections.Find(name);
+        ASSERT_EQ(section != nullptr, models.count(name) == 1);
+        if (!section) {
+            TagMap tags;
+            Change(tags, models[name]);
+            Below(2) ? sections.Insert(name, tags) : sections.InsertCopy(name, tags);
         } else if (Below(4) == 0) {
-            sections.Erase(place);
+            sections.Erase(*section);
             models.erase(name);
         } else {
-            Change(sections.Tags(place), models[name]);
-            ExpectSame(sections.Tags(place), models[name]);
+            Change(section->second, models[name]);
+            ExpectSame(section->second, models[name]);
         }
+        if (Below(50) == 0)
+            ExpectSameOrder(SectionMap(sections), models);
     }
-    for (const auto& [name, model] : models)
-        ExpectSame(sections.Tags(sections.Find(name)), model);
+    ExpectSameOrder(sections, models);
 }
 
 } // namespace

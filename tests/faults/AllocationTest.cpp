@@ -2,6 +2,7 @@
 #include "support/ConfigFixture.h"
 #include "support/StateOf.h"
 
+#include <corvane/cache/TagMap.h>
 #include <corvane/sources/IConfigSource.h>
 
 #include <algorithm>
@@ -40,7 +41,6 @@ void* operator new(std::size_t size) {
 namespace {
 
 using corvane::wstring;
-using corvane::wstring_view;
 
 class Allocation : public ConfigFixture {
 protected:
@@ -109,12 +109,12 @@ TEST_F(Allocation, ReusesTheRoomOfWhatIsGone) {
         EXPECT_EQ(manager.SetValue(CORVANE_TEXT("_$CACHE$_:a"), large), 0);
         EXPECT_EQ(manager.SetValue(CORVANE_TEXT("_$CACHE$_:a"), large + large), 0);
         corvane::TagMap map;
-        map.Insert({CORVANE_TEXT("kept"), value, false});
+        map.Insert(CORVANE_TEXT("kept"), {value});
         for (int again = 0; again < 100; ++again) {
-            map.Insert({CORVANE_TEXT("a"), large, false});
+            map.Insert(CORVANE_TEXT("a"), {large});
             EXPECT_TRUE(map.Erase(CORVANE_TEXT("A")));
         }
-        EXPECT_EQ(map.At(0).value, value);
+        EXPECT_EQ(map.Find(CORVANE_TEXT("kept"))->value, value);
     }
     EXPECT_LT(largest, 40 * large.size());
 }
@@ -141,21 +141,17 @@ TEST_F(Allocation, FailingLeavesTheNoteOfACacheOnlySection) {
     EXPECT_TRUE(noted);
 }
 
-TEST_F(Allocation, IsNotNeededForChangesThatFitInAPool) {
-    constexpr std::uint32_t count = 10;
-    const wstring text(1000, 'x');
+TEST_F(Allocation, IsNotNeededToEraseTags) {
     corvane::TagMap map;
-    for (std::uint32_t i = 0; i < count; ++i)
-        map.Insert({wstring(1, static_cast<corvane::wchar>('a' + i)), text, false});
-    corvane::MemoryPool pool;
-    corvane::TagMap loaded(map, pool);
+    for (corvane::wchar name = 'a'; name <= 'j'; ++name)
+        map.Insert(wstring(1, name), {wstring(1000, name)});
+    corvane::Arena arena;
+    corvane::TagMap loaded(map, &arena);
     const long before = allocations;
-    loaded.Reserve(1);
-    loaded.Assign({CORVANE_TEXT("J"), wstring_view(text).substr(1), false});
-    for (std::uint32_t i = 0; i + 1 < count; ++i)
-        EXPECT_TRUE(loaded.Erase(wstring(1, static_cast<corvane::wchar>('A' + i))));
+    for (corvane::wchar name = 'A'; name < 'J'; ++name)
+        EXPECT_TRUE(loaded.Erase({&name, 1}));
     EXPECT_EQ(allocations, before);
-    EXPECT_EQ(loaded.At(loaded.Find(CORVANE_TEXT("j"))).value, wstring_view(text).substr(1));
+    EXPECT_EQ(loaded.Find(CORVANE_TEXT("j"))->value, wstring(1000, 'j'));
 }
 
 TEST_F(Allocation, IsNotNeededToRead) {

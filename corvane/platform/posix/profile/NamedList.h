@@ -37,10 +37,10 @@ public:
         if (Item* const item = Find(name))
             return *item;
         m_items.emplace_back().name = name;
-        if (!m_places.empty())
-            NotePlace(m_items.size() - 1);
-        else if (m_items.size() > fewItems)
-            NoteAllPlaces();
+        if (m_items.size() > fewItems) {
+            for (std::size_t place = m_places.size(); place < m_items.size(); ++place)
+                m_places.emplace(m_items[place].name, place);
+        }
         return m_items.back();
     }
 
@@ -48,33 +48,14 @@ private:
     static constexpr std::size_t fewItems = 4; // are as quickly compared with as hashed
 
     struct Hash {
-        bool keyed = false; // too many names had the same quick one
-        std::size_t operator()(std::string_view name) const {
-            return keyed ? KeyedHashName(name) : HashName(name);
-        }
+        std::size_t operator()(std::string_view name) const { return HashName(name); }
     };
     struct Same {
         bool operator()(std::string_view a, std::string_view b) const { return SameName(a, b); }
     };
-    using Places = std::unordered_map<std::string_view, std::size_t, Hash, Same>;
-
-    void NoteAllPlaces() {
-        for (std::size_t place = 0; place < m_items.size(); ++place)
-            NotePlace(place);
-    }
-
-    void NotePlace(std::size_t place) {
-        constexpr std::size_t longestChain = 64;
-        const std::string_view name = m_items[place].name;
-        m_places.emplace(name, place);
-        if (m_places.hash_function().keyed || m_places.bucket_size(m_places.bucket(name)) <= longestChain)
-            return;
-        m_places = Places(m_items.size(), Hash{true});
-        NoteAllPlaces();
-    }
 
     std::vector<Item> m_items;
-    Places m_places; // none while the items are few
+    std::unordered_map<std::string_view, std::size_t, Hash, Same> m_places; // none while the items are few
 };
 
 } // namespace corvane::posix

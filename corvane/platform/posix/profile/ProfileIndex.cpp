@@ -6,9 +6,8 @@
 namespace corvane::posix {
 namespace {
 
-std::size_t BucketOf(std::uint64_t hash, std::size_t count) noexcept {
-    const std::uint64_t spread = (hash * 0x9E3779B97F4A7C15) >> 32;
-    return static_cast<std::size_t>((spread * count) >> 32);
+std::size_t BucketOf(std::string_view name, std::size_t count) noexcept {
+    return static_cast<std::size_t>((std::uint64_t{HashName(name)} * count) >> 32);
 }
 
 template <typename Items>
@@ -19,17 +18,12 @@ std::size_t BytesOf(const Items& items) noexcept {
 } // namespace
 
 ProfileIndex::ProfileIndex(FileText content) : m_content(std::move(content)) {
-    if (IsUtf16(Content()))
-        return;
-    Parse();
-    if (m_keyed) // as it turned out on the way
+    if (!IsUtf16(Content()))
         Parse();
 }
 
 void ProfileIndex::Parse() {
     constexpr std::size_t bytesOfLine = 24; // or more, in most files: what is not needed is never touched
-    m_sections.clear();
-    m_lines.clear();
     m_lines.reserve(m_content.Size() / bytesOfLine);
     ProfileLines lines(Content());
     for (ProfileLine line; lines.Next(line);) {
@@ -59,19 +53,16 @@ void ProfileIndex::CloseSection() {
 }
 
 // Puts all from `first` on into their buckets. Each chain is in the order of the file, so that the first of
-// two is found that only another locale holds equal. A long one is of names that were made for it.
+// two is found that only another locale holds equal.
 template <typename Items>
 void ProfileIndex::LinkAll(Items& items, std::size_t first) noexcept {
-    constexpr int longestChain = 64;
     for (std::size_t at = first; at < items.size(); ++at) {
         const std::string_view name = Text(items[at].name);
         if (name.empty())
             continue;
-        std::uint32_t* link = &items[first + BucketOf(HashOf(name), items.size() - first)].bucket;
-        for (int length = 0; *link != none && !SameName(Text(items[*link].name), name); ++length) {
+        std::uint32_t* link = &items[first + BucketOf(name, items.size() - first)].bucket;
+        while (*link != none && !SameName(Text(items[*link].name), name))
             link = &items[*link].next;
-            m_keyed = m_keyed || length == longestChain;
-        }
         if (*link == none)
             *link = static_cast<std::uint32_t>(at);
         else
@@ -84,7 +75,7 @@ auto ProfileIndex::Find(const Items& items, std::size_t first, std::size_t end,
                         std::string_view name) const noexcept -> decltype(items.data()) {
     if (name.empty() || first == end)
         return nullptr;
-    std::uint32_t at = items[first + BucketOf(HashOf(name), end - first)].bucket;
+    std::uint32_t at = items[first + BucketOf(name, end - first)].bucket;
     while (at != none && !SameName(Text(items[at].name), name))
         at = items[at].next;
     return at == none ? nullptr : &items[at];
@@ -112,7 +103,7 @@ const ProfileIndex::Line* ProfileIndex::FindTag(const Section& section, std::str
 }
 
 std::size_t ProfileIndex::Footprint() const noexcept {
-    return sizeof *this + m_content.Room() + BytesOf(m_sections) + BytesOf(m_lines);
+    return sizeof *this + m_content.Capacity() + BytesOf(m_sections) + BytesOf(m_lines);
 }
 
 ProfileIndex::Span ProfileIndex::SpanOf(std::string_view piece) const noexcept {
@@ -120,10 +111,6 @@ ProfileIndex::Span ProfileIndex::SpanOf(std::string_view piece) const noexcept {
         return {};
     return {static_cast<std::uint32_t>(piece.data() - Content().data()),
             static_cast<std::uint32_t>(piece.size())};
-}
-
-std::uint64_t ProfileIndex::HashOf(std::string_view name) const noexcept {
-    return m_keyed ? KeyedHashName(name) : HashName(name);
 }
 
 } // namespace corvane::posix

@@ -1,8 +1,8 @@
 // A private-profile text, parsed once and then looked up in without scanning.
 #pragma once
 
+#include <corvane/platform/LargeBlocks.h>
 #include <corvane/platform/posix/files/FileText.h>
-#include <corvane/platform/posix/files/LargeBlockAllocator.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -79,13 +79,11 @@ private:
     template <typename Items>
     auto Find(const Items& items, std::size_t first, std::size_t end, std::string_view name) const noexcept
         -> decltype(items.data());
-    std::uint64_t HashOf(std::string_view name) const noexcept;
     Span SpanOf(std::string_view piece) const noexcept;
 
     FileText m_content;
-    bool m_keyed = false; // the hash is KeyedHash: too many names had the same quick one
     std::vector<Section> m_sections;
-    std::vector<Line, LargeBlockAllocator<Line>> m_lines;
+    std::vector<Line, platform::LargeBlockAllocator<Line>> m_lines;
 };
 
 } // namespace corvane::posix

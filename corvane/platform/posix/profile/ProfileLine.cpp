@@ -1,5 +1,5 @@
 #include <corvane/foundations/CaseFolding.h>
-#include <corvane/foundations/KeyedHash.h>
+#include <corvane/foundations/SeededHash.h>
 #include <corvane/foundations/Utf.h>
 #include <corvane/platform/posix/profile/ProfileLine.h>
 
@@ -90,12 +90,6 @@ char32_t WithoutCase(char32_t code) noexcept {
 // the lowest; behind the last there are zeros.
 constexpr std::size_t groupSize = sizeof(std::uint64_t);
 
-std::uint64_t Mix(std::uint64_t hash, std::uint64_t group) noexcept {
-    // the bit that parts the letter cases of ASCII
-    hash = (hash ^ (group | 0x2020202020202020)) * 0x9E3779B97F4A7C15;
-    return hash ^ hash >> 32;
-}
-
 std::uint64_t GroupAt(const char* at, std::size_t size = groupSize) noexcept {
     std::uint64_t group = 0;
     std::memcpy(&group, at, size);
@@ -118,24 +112,28 @@ public:
             PutByte(code);
     }
 
-    std::uint64_t Get() const noexcept { return m_size > 0 ? Mix(m_hash, m_group) : m_hash; }
+    std::uint32_t Get() noexcept {
+        if (m_size > 0)
+            m_hash.Put(m_group);
+        return m_hash.Get();
+    }
 
 private:
     void PutByte(char32_t byte) noexcept {
         m_group |= std::uint64_t{byte & 0xFF} << 8 * m_size;
         if (++m_size < groupSize)
             return;
-        m_hash = Mix(m_hash, m_group);
+        m_hash.Put(m_group);
         m_group = 0;
         m_size = 0;
     }
 
-    std::uint64_t m_hash = 0;
+    SeededHash m_hash;
     std::uint64_t m_group = 0;
     std::size_t m_size = 0;
 };
 
-[[gnu::noinline]] std::uint64_t HashByCharacter(std::string_view name) noexcept {
+[[gnu::noinline]] std::uint32_t HashByCharacter(std::string_view name) noexcept {
     NameHash hash;
     while (!name.empty())
         hash.Put(WithoutCase(utf::TakeCharacter(name)));
@@ -205,28 +203,20 @@ bool SameName(std::string_view a, std::string_view b) noexcept {
     return a.empty() && b.empty();
 }
 
-std::uint64_t HashName(std::string_view name) noexcept {
-    std::uint64_t hash = 0;
+std::uint32_t HashName(std::string_view name) noexcept {
+    constexpr std::uint64_t each = 0x0101010101010101; // one in each of eight lanes
+    SeededHash hash;
     std::uint64_t all = 0;
+    const auto put = [&](std::uint64_t group) {
+        all |= group;
+        hash.Put(FoldAsciiLanes(group, each));
+    };
     std::size_t left = name.size();
-    for (const char* at = name.data(); left >= groupSize; at += groupSize, left -= groupSize) {
-        const std::uint64_t group = GroupAt(at);
-        all |= group;
-        hash = Mix(hash, group);
-    }
-    if (left > 0) {
-        const std::uint64_t group = LastGroup(name, left);
-        all |= group;
-        hash = Mix(hash, group);
-    }
-    return (all & 0x8080808080808080) == 0 ? hash : HashByCharacter(name);
-}
-
-std::uint64_t KeyedHashName(std::string_view name) noexcept {
-    KeyedHash hash;
-    while (!name.empty())
-        hash.Put(WithoutCase(utf::TakeCharacter(name)));
-    return hash.Get();
+    for (const char* at = name.data(); left >= groupSize; at += groupSize, left -= groupSize)
+        put(GroupAt(at));
+    if (left > 0)
+        put(LastGroup(name, left));
+    return (all & each * 0x80) == 0 ? hash.Get() : HashByCharacter(name);
 }
 
 bool IsUtf16(std::string_view text) noexcept {

@@ -70,11 +70,8 @@ inline std::string_view WithoutQuotes(std::string_view value) noexcept {
 /// count, as in the platform's `_wcsicmp`, and ill-formed bytes are the U+FFFD that they read as.
 bool SameName(std::string_view a, std::string_view b) noexcept;
 
-/// Equal for every two names that SameName can ever take for one, whatever the locale.
-std::uint64_t HashName(std::string_view name) noexcept;
-
-/// The same by KeyedHash.
-std::uint64_t KeyedHashName(std::string_view name) noexcept;
+/// A seeded hash, equal for every two names that SameName can ever take for one, whatever the locale.
+std::uint32_t HashName(std::string_view name) noexcept;
 
 /// Whether the text begins with a UTF-16 byte-order mark: such a file reads as nothing and is never written.
 bool IsUtf16(std::string_view text) noexcept;

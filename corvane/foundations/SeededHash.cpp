@@ -1,4 +1,4 @@
-#include <corvane/foundations/KeyedHash.h>
+#include <corvane/foundations/SeededHash.h>
 
 #include <chrono>
 #include <random>
@@ -8,7 +8,8 @@ namespace {
 
 std::uint64_t RandomNumber() noexcept {
     try {
-        return std::random_device()();
+        std::random_device device;
+        return std::uint64_t{device()} << 32 | device();
     } catch (...) { // a time is harder to guess than nothing
         return static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
     }
@@ -16,9 +17,9 @@ std::uint64_t RandomNumber() noexcept {
 
 } // namespace
 
-const KeyedHash::Keys& KeyedHash::TheKeys() noexcept {
-    static const Keys keys{RandomNumber() % prime, RandomNumber() << 32 | RandomNumber() | 1};
-    return keys;
+const SeededHash::Seed& SeededHash::TheSeed() noexcept {
+    static const Seed seed{RandomNumber(), RandomNumber()};
+    return seed;
 }
 
 } // namespace corvane
