@@ -53,6 +53,16 @@ TEST_F(Source, ReadsByTheFormOfTheKey) {
         EXPECT_EQ(Read(*source, key), text) << key;
 }
 
+TEST_F(Source, FindsNothingByANameThatHasNoUtf8) {
+    const std::string lengthy(100, 'n');
+    const auto source = Open("[s]\n\uFFFD=1\n" + lengthy + "\uFFFD=2\n");
+    for (const std::string& name : {std::string(), lengthy}) {
+        corvane::wstring value;
+        EXPECT_EQ(source->ReadValue(Wide("s:" + name) + corvane::wchar(0xD83D), value), FAILURE_GENERAL);
+        EXPECT_EQ(value, corvane::wstring());
+    }
+}
+
 TEST_F(Source, ReadsAndListsTextsOfAnyLength) {
     const std::size_t lengths[] = {1021, 1022, 1023, 1024, 2046, 100'000, 3'000'000};
     std::string content = "[v]\n";

@@ -23,6 +23,11 @@ TEST(Reports, HandTheCodeBackAndLogIt) {
     EXPECT_EQ(log.Take(), (Lines{"Error 0 at func: F::G", "Error -7 \"\" at func: F::G",
                                  "Error 5 \"100%s %d\" at func: F::G", "Error 6 at func: F::G",
                                  "Error 7 \"" + std::string(511, 'x') + "\" at func: F::G"}));
+    for (const std::size_t length : {512U, 513U}) {
+        const corvane::wstring text = corvane::wstring(length - 1, 'x') + corvane::wchar('y');
+        Quillon::NativeLogging::LoggerRegistry::getLogger(configChannel)->logProgress(text.c_str());
+        EXPECT_EQ(log.Take(), Lines{ToUtf8(text)});
+    }
 }
 
 TEST(Formats, EndAtAConversionThatIsNoneOfTheirs) {

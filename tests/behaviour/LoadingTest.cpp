@@ -1,7 +1,9 @@
 #include "support/ConfigFixture.h"
 #include "support/Differences.h"
 
+#include <algorithm>
 #include <atomic>
+#include <cctype>
 #include <thread>
 
 namespace {
@@ -16,6 +18,10 @@ TEST_F(Loading, IsSkippedOnlyWhenNothingCanHaveChanged) {
         EXPECT_EQ(log.Take(),
                   policy < 0 ? loading : Lines{"config source was not modified, reload not performed"});
     }
+    std::string shouted = file.u8string();
+    std::transform(shouted.begin(), shouted.end(), shouted.begin(),
+                   [](char c) { return static_cast<char>(std::toupper(c)); });
+    EXPECT_EQ(manager.Update(Wide(shouted).c_str(), 0), 0) << "the same configuration";
     EXPECT_TRUE(manager.IsReady());
     EXPECT_EQ(corvane::ToUtf8(manager.GetConfigName()), file.u8string());
     EXPECT_EQ(List() + " " + List("Mail:") + " " + Get("MAIL:host"),

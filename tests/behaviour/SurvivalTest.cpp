@@ -23,12 +23,25 @@ TEST_F(Survival, OfTheFileInASnapshot) {
     ASSERT_EQ(Set("Mail:Port", "26"), 0);
     ASSERT_EQ(Set("_$CACHE$_:t", "kept"), 0);
     log.Take();
+    MoveTime(name + ".1", -1000);
     EXPECT_EQ(manager.RestoreSnapshot(second), 0);
+    EXPECT_GT(fs::last_write_time(file), fs::last_write_time(name + ".1"));
     EXPECT_EQ(log.Take(), (Lines{"Restoring snapshot file '" + name + ".1' to active config '" + name + "'",
                                  "Snapshot restored, updating configuration from '" + name + "'",
                                  "loading config from '" + name + "'"}));
     EXPECT_EQ(Get("Mail:Port") + Get("_$CACHE$_:t"), "25kept");
     EXPECT_EQ(Bytes(file), "; kept\n[Mail]\nPort=25\n");
+}
+
+TEST_F(Survival, OfCacheOnlySectionsInACopy) {
+    Start("[Mail]\nPort=25\n");
+    ASSERT_EQ(Set("New:a", "1", true), 0);
+    ConfigManager assigned;
+    assigned = manager;
+    ConfigManager copied(manager);
+    for (ConfigManager* copy : {&assigned, &copied})
+        EXPECT_EQ(copy->SetValue(CORVANE_TEXT("New:b"), CORVANE_TEXT("2")), 0);
+    EXPECT_EQ(Bytes(file), "[Mail]\nPort=25\n");
 }
 
 TEST_F(Survival, OfAFailedRestore) {

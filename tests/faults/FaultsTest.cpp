@@ -319,6 +319,20 @@ TEST_F(Faults, LeaveALockedContentAlone) {
     ::close(holder);
 }
 
+TEST_F(Faults, OfSizeAreRefusedAboveALimit) {
+    const std::string file = Make("f", content);
+    faults::Plan plan;
+    for (const auto& [beyond, error] : {std::pair(0, 0U), std::pair(1, 223U)}) {
+        plan.size = (1 << 30) + beyond;
+        faults::Begin(plan);
+        char text[64];
+        EXPECT_EQ(platform::GetPrivateProfileStringA("s", "a", nullptr, text, 64, file.c_str()),
+                  error ? 0U : 3U);
+        EXPECT_EQ(platform::GetLastError(), error);
+        faults::End();
+    }
+}
+
 TEST_F(Faults, OfAWriterWithoutALockDoNotTearARead) {
     const auto text = [](int version) { // which each line tells
         std::string lines = "[s]\n";

@@ -107,6 +107,11 @@ struct stat StatusOf(int at, std::string_view path) {
     return status;
 }
 
+void Claim(struct stat& status) {
+    if (active && plan.size != 0)
+        status.st_size = plan.size;
+}
+
 /// What takes the place of its old content, as the hard link shows, may not meet a full disk.
 void Write(int file, off_t end) {
     if (!active)
@@ -164,7 +169,7 @@ COUNTED_THEN(int, fallocate, (int file, int mode, off_t at, off_t size), (file, 
 COUNTED(int, fchmod, (int file, mode_t mode), (file, mode))
 COUNTED(int, fchown, (int file, uid_t user, gid_t group), (file, user, group))
 COUNTED(int, flock, (int file, int operation), (file, operation))
-COUNTED(int, fstat, (int file, struct stat* status), (file, status))
+COUNTED_THEN(int, fstat, (int file, struct stat* status), (file, status), faults::Claim(*status))
 COUNTED(int, fstatat, (int at, const char* path, struct stat* status, int flags), (at, path, status, flags))
 COUNTED(int, ftruncate, (int file, off_t size), (file, size))
 COUNTED(int, futimens, (int file, const timespec* times), (file, times))

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string_view>
+#include <sys/types.h>
 
 namespace faults {
 
@@ -21,6 +22,7 @@ struct Plan {
     int error = 0;
     std::function<void()> meddle = {};
     long n = 0;                    ///< counted from 1; 0 for no fault
+    off_t size = 0;                ///< that files seem to have, if not 0
     bool needsNames = false;       ///< no file can be made without a name
     bool firstNameIsKnown = false; ///< the first random number is 0
 };

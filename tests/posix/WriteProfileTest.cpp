@@ -1,5 +1,6 @@
 #include <corvane/platform/posix/Errors.h>
 #include <corvane/platform/posix/PosixPlatform.h>
+#include <corvane/platform/posix/files/FileUpdate.h>
 
 #include <fcntl.h>
 #include <grp.h>
@@ -45,6 +46,17 @@ TEST_F(WriteProfile, SaysWhyItIsRefusedAsAReadDoes) {
     }
 }
 
+TEST_F(WriteProfile, MakesNoFileThatIsTooLargeToRead) {
+    const std::string file = Make("f", "[s]\n");
+    const std::string part(1 << 20, 'x');
+    posix::FileUpdate update;
+    ASSERT_EQ(update.Begin(file, posix::FileUpdate::Missing::Refuse), ERROR_SUCCESS);
+    posix::TextPieces text(1024, part);
+    text.emplace_back("x");
+    EXPECT_EQ(update.Commit(text), ERROR_FILE_TOO_LARGE);
+    EXPECT_EQ(fs::file_size(file), 4U);
+}
+
 TEST_F(WriteProfile, IsRefusedWhileAnotherHoldsTheFile) {
     const std::string file = Make("f", "[s]\n");
     const int holder = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
@@ -86,6 +98,14 @@ TEST_F(WriteProfile, DeletesNothingForANameThatHasNoUtf8) {
     const char16_t half[] = {0xD83D, 0};
     EXPECT_TRUE(WritePrivateProfileStringW(half, nullptr, nullptr, ToWide(file).c_str()));
     EXPECT_TRUE(WritePrivateProfileStringW(u"s", half, nullptr, ToWide(file).c_str()));
+    EXPECT_EQ(Bytes(file), text);
+}
+
+TEST_F(WriteProfile, LeavesAFileInUtf16Alone) {
+    const std::string text = "\xFF\xFE\n[s]\na=1\n";
+    const std::string file = Make("f", text);
+    EXPECT_THROW(Write("a", "2", file), std::invalid_argument);
+    EXPECT_EQ(Write("a", nullptr, file), ERROR_SUCCESS);
     EXPECT_EQ(Bytes(file), text);
 }
 

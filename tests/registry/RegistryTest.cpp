@@ -102,7 +102,7 @@ TEST_F(Registry, PassesOverOtherTypes) {
         const char* text;
     } rows[] = {{"Binary", REG_BINARY, "A\0"s, 7, "-"},
                 {"Number", REG_DWORD, "\x2a\0\0\0"s, 42, "-"},
-                {"Big", REG_DWORD_BIG_ENDIAN, "\0\0\0\x2a"s, 42, "-"},
+                {"Big", REG_DWORD_BIG_ENDIAN, "\1\2\3\4"s, 0x01020304, "-"},
                 {"Short", REG_DWORD, "\x2a\0"s, 42, "-"},
                 {"Text", REG_SZ, TextData(wstring(CORVANE_TEXT("42\0"), 3)), 7, "42"},
                 {"Path", REG_EXPAND_SZ, TextData(CORVANE_TEXT("%A%")), 7, "%A%"},
@@ -113,7 +113,7 @@ TEST_F(Registry, PassesOverOtherTypes) {
                        static_cast<ulong>(row.data.size()));
         int found = -1;
         EXPECT_EQ(registry_readNumber(nullptr, Wide("\\App"), Wide(row.name), 7, &found), row.number);
-        EXPECT_EQ(found, row.number == 42) << row.name;
+        EXPECT_EQ(found, row.number != 7) << row.name;
         EXPECT_EQ(ReadText("\\App", row.name), row.text);
     }
     RegCloseKey(app);

@@ -77,6 +77,7 @@ TEST_F(RegistryStore, KeepsAnyValue) {
         {u"two\nlines", REG_DWORD, "\x2a\0\0\0"s, R"("two\u000alines"=dword:0000002a)"},
         {u"crlf", REG_SZ, TextData(u"A\r\n\0"sv), R"("crlf"=hex(1):41,00,0d,00,0a,00,00,00)"},
         {u"lone", REG_SZ, TextData(u"\xD800\0"sv), R"("lone"=hex(1):00,d8,00,00)"},
+        {u"pair", REG_SZ, TextData(u"\U0001F511\0"sv), "\"pair\"=\"\U0001F511\""},
         {u"inner", REG_SZ, TextData(u"A\0B\0"sv), R"("inner"=hex(1):41,00,00,00,42,00,00,00)"},
         {u"expand", REG_EXPAND_SZ, TextData(u"%\0"sv), R"("expand"=hex(2):25,00,00,00)"},
         {u"binary", REG_BINARY, "\0\xff"s, R"("binary"=hex:00,ff)"},
@@ -185,7 +186,8 @@ TEST_F(RegistryStore, SeesChangesThroughAnOpenHandle) {
     EXPECT_TRUE(fs::is_empty(user));
     EXPECT_EQ(RegCloseKey(reader), 0);
     EXPECT_EQ(RegCloseKey(reader), 6);
-    EXPECT_FALSE(SetRegistryFolders("relative", "/tmp") || SetRegistryFolders("/tmp", "relative"));
+    for (const std::string& path : {std::string("relative"), std::string("/tmp/\0x", 7)})
+        EXPECT_FALSE(SetRegistryFolders(path, "/tmp") || SetRegistryFolders("/tmp", path));
 }
 
 TEST_F(RegistryStore, FollowsNoSymbolicLink) {
@@ -202,6 +204,18 @@ TEST_F(RegistryStore, FollowsNoSymbolicLink) {
     EXPECT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, u"Link"), 2);
     EXPECT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, u"App"), 0);
     EXPECT_EQ(Bytes(Path("outside/.values")), "\"n\"=dword:00000001\n");
+}
+
+TEST_F(RegistryStore, DeletesNothingThatSomebodyPutThere) {
+    Create(u"App");
+    fs::create_directory(user / ".deleted0");
+    for (const char* folder : {"App", ".deleted0"})
+        WriteFile(user / folder / "notes", "theirs");
+    EXPECT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, u"App"), 5);
+    EXPECT_EQ(Bytes(user / "App" / "notes"), "theirs");
+    fs::remove(user / "App" / "notes");
+    EXPECT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, u"App"), 0);
+    EXPECT_EQ(Bytes(user / ".deleted0" / "notes"), "theirs");
 }
 
 TEST_F(RegistryStore, GoesByThePermissions) {
