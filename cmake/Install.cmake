@@ -36,6 +36,7 @@ set(inner_headers # what the public ones stand on; nothing in them is for progra
   foundations/Export.h
   platform/CriticalSection.h
   platform/FileState.h
+  platform/FractionText.h
   platform/${port}/CriticalSection.h
 )
 foreach(header ${public_headers} ${inner_headers})

@@ -12,7 +12,7 @@ struct Server {
     std::chrono::seconds timeout;
 };
 
-Server ReadServer(ConfigManager& config) {
+Server ReadServer(const ConfigManager& config) {
     return {
         corvane::Get(config, "Server:Address", "127.0.0.1"),
         corvane::Get<std::uint16_t>(config, "Server:Port", 80),

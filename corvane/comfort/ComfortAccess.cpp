@@ -5,6 +5,12 @@
 
 namespace corvane {
 
+// Reading changes nothing: it is not const for the form that it has always had.
+int ComfortAccess::Read(const ConfigManager& config, const wstring& key, wstring& value) {
+    return const_cast<ConfigManager&>(config).GetValue(
+        key, value); // NOLINT(cppcoreguidelines-pro-type-const-cast)
+}
+
 int ComfortAccess::Write(ConfigManager& config, const FileEntry& entry) {
     const ThreadLockGuard guard(ConfigManager::m_lock);
     if (config.m_source) {

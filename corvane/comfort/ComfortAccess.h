@@ -10,6 +10,9 @@ namespace corvane {
 /// Works under the managers' lock.
 class ComfortAccess {
 public:
+    /// Copies the value of `key` to `value`. The result is GetValue's.
+    static int Read(const ConfigManager& config, const wstring& key, wstring& value);
+
     /// Writes an entry that was not refused through to the file, and its value into the cache. Refused, with
     /// nothing written, if the manager keeps the section in the cache alone. The result is SetValue's.
     static int Write(ConfigManager& config, const FileEntry& entry);

@@ -1,26 +1,49 @@
 // The text of a typed value in a settings file, the same in every locale.
 #pragma once
 
-#include <array>
+#include <corvane/foundations/WideString.h>
+#include <corvane/platform/FractionText.h>
+
+#include <algorithm>
 #include <charconv>
 #include <chrono>
 #include <cmath>
+#include <filesystem>
 #include <limits>
 #include <optional>
 #include <ratio>
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 namespace corvane {
 
-/// How values of type `T` stand in a file: a `static std::optional<T> FromText(std::string_view)` for a whole
-/// text, and a `static std::string ToText(const T&)`. A program can specialise it for a type of its own.
-/// There are std::string, as it is; bool, `yes`, `true`, `on`, `1` and their opposites; whole numbers in
-/// decimal digits that the type can hold; finite decimal fractions; and std::chrono durations with a unit,
-/// `1500ms`.
+namespace detail {
+
+template <class>
+inline constexpr bool never = false;
+
+template <class T>
+inline constexpr bool isTextOfOthers = std::is_convertible_v<T, std::string_view>;
+
+} // namespace detail
+
+/// How values of type `T` are written in a file: a `static std::optional<T> FromText(std::string_view)`,
+/// which takes a whole text, a `static std::string ToText(const T&)`, and if you like a `static std::string
+/// Form()` that says in the log what is expected. A program can specialise it for a type of its own. There
+/// are std::string and std::filesystem::path, as they are; bool, `yes`, `true`, `on`, `1` and their
+/// opposites; whole numbers in decimal digits that the type can hold; finite decimal fractions; std::chrono
+/// durations with a unit, `1500ms`; and std::vector of any of them, separated by commas.
 template <class T, class Enable = void>
-struct ValueText;
+struct ValueText {
+    static_assert(!detail::isTextOfOthers<T>,
+                  "a value that is read needs memory of its own: read a std::string");
+    static_assert(detail::isTextOfOthers<T> || detail::never<T>,
+                  "values of this type are neither read nor written: specialise corvane::ValueText for it");
+    static std::optional<T> FromText(std::string_view text);
+    static std::string ToText(const T& value);
+};
 
 namespace detail {
 
@@ -32,11 +55,18 @@ std::optional<T> ParseNumber(std::string_view text) noexcept {
     return error == std::errc() && rest == end ? std::optional<T>(number) : std::nullopt;
 }
 
-template <class T>
-std::string FormatNumber(T number) {
-    std::array<char, 64> text; // NOLINT(cppcoreguidelines-pro-type-member-init): to_chars fills it
-    const auto result = std::to_chars(text.data(), text.data() + text.size(), number);
-    return {text.data(), result.ptr};
+// A path in the platform's own units, and its text.
+inline std::string TextOf(const std::string& path) {
+    return path;
+}
+inline std::string TextOf(const wstring& path) {
+    return ToUtf8(path);
+}
+inline std::string PathOf(std::string_view text, char) {
+    return std::string(text);
+}
+inline wstring PathOf(std::string_view text, wchar) {
+    return ToWide(text);
 }
 
 // `text` in any letter case, `word` in small letters.
@@ -64,6 +94,17 @@ struct ValueText<std::string> {
     static std::string ToText(const std::string& value) { return value; }
 };
 
+/// A path in UTF-8, as it is.
+template <>
+struct ValueText<std::filesystem::path> {
+    using Path = std::filesystem::path;
+
+    static std::optional<Path> FromText(std::string_view text) {
+        return Path(detail::PathOf(text, Path::value_type()));
+    }
+    static std::string ToText(const Path& value) { return detail::TextOf(value.native()); }
+};
+
 /// yes, true, on or 1, and no, false, off or 0, in any letter case; written as `yes` and `no`.
 template <>
 struct ValueText<bool> {
@@ -77,24 +118,30 @@ struct ValueText<bool> {
         return std::nullopt;
     }
     static std::string ToText(bool value) { return value ? "yes" : "no"; }
+    static std::string Form() { return "yes or no"; }
 };
 
 /// A whole number in decimal digits, with a minus sign if the type has one; none if the type cannot hold it.
 template <class T>
 struct ValueText<T, std::enable_if_t<std::is_integral_v<T> && !detail::isCharacter<T>>> {
     static std::optional<T> FromText(std::string_view text) noexcept { return detail::ParseNumber<T>(text); }
-    static std::string ToText(T value) { return detail::FormatNumber(value); }
+    static std::string ToText(T value) { return std::to_string(value); }
+    static std::string Form() {
+        using Limits = std::numeric_limits<T>;
+        return "a whole number from " + ToText(Limits::min()) + " to " + ToText(Limits::max());
+    }
 };
 
 /// A decimal fraction with a point, with or without an exponent; the shortest form that gives the same number
 /// is written. Neither infinities nor NaN, nor what the type cannot hold, are read.
 template <class T>
 struct ValueText<T, std::enable_if_t<std::is_floating_point_v<T>>> {
-    static std::optional<T> FromText(std::string_view text) noexcept {
-        const std::optional<T> number = detail::ParseNumber<T>(text);
+    static std::optional<T> FromText(std::string_view text) {
+        const std::optional<T> number = platform::ParseFraction<T>(text);
         return number && std::isfinite(*number) ? number : std::nullopt;
     }
-    static std::string ToText(T value) { return detail::FormatNumber(value); }
+    static std::string ToText(T value) { return platform::FormatFraction(value); }
+    static std::string Form() { return "a number such as 0.5"; }
 };
 
 /// A whole number with a unit, us, ms, s, min, h or d, and nothing between; none if the type cannot hold that
@@ -118,8 +165,9 @@ struct ValueText<std::chrono::duration<Rep, Period>, std::enable_if_t<std::is_in
                                                    : std::nullopt;
     }
     static std::string ToText(Duration value) {
-        return detail::FormatNumber(value.count()).append(Unit<typename Period::type>());
+        return std::to_string(value.count()).append(Unit<typename Period::type>());
     }
+    static std::string Form() { return "a time with a unit, such as " + ToText(Duration(15)); }
 
 private:
     template <class Of>
@@ -148,6 +196,61 @@ private:
             whole < static_cast<std::intmax_t>(std::numeric_limits<Rep>::min()) / Factor::num)
             return std::nullopt;
         return Duration(static_cast<Rep>(whole * Factor::num));
+    }
+};
+
+namespace detail {
+
+inline std::string_view WithoutBlanks(std::string_view text) noexcept {
+    const std::size_t first = std::min(text.find_first_not_of(" \t"), text.size());
+    return text.substr(first, text.find_last_not_of(" \t") + 1 - first);
+}
+
+template <class T, class = void>
+inline constexpr bool hasForm = false;
+template <class T>
+inline constexpr bool hasForm<T, std::void_t<decltype(ValueText<T>::Form())>> = true;
+
+template <class T>
+std::string FormOf() {
+    if constexpr (hasForm<T>)
+        return ValueText<T>::Form();
+    else
+        return "of the expected form";
+}
+
+} // namespace detail
+
+/// Values separated by commas; blanks around each do not count, and an empty text is an empty list. There is
+/// no way to write a comma in a value, blanks at its ends, or one empty value alone.
+template <class T>
+struct ValueText<std::vector<T>> {
+    static std::optional<std::vector<T>> FromText(std::string_view text) {
+        std::vector<T> values;
+        if (detail::WithoutBlanks(text).empty())
+            return values;
+        for (;;) {
+            const std::size_t comma = text.find(',');
+            std::optional<T> value = ValueText<T>::FromText(detail::WithoutBlanks(text.substr(0, comma)));
+            if (!value)
+                return std::nullopt;
+            values.push_back(*std::move(value));
+            if (comma == text.npos)
+                return values;
+            text.remove_prefix(comma + 1);
+        }
+    }
+    static std::string ToText(const std::vector<T>& values) {
+        std::string text;
+        const char* separator = "";
+        for (const T& value : values) {
+            text.append(separator).append(ValueText<T>::ToText(value));
+            separator = ", ";
+        }
+        return text;
+    }
+    static std::string Form() {
+        return "a comma-separated list in which each element is " + detail::FormOf<T>();
     }
 };
 

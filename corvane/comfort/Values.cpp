@@ -1,8 +1,23 @@
 #include <corvane/comfort/ComfortAccess.h>
 #include <corvane/comfort/Reports.h>
 #include <corvane/comfort/Values.h>
+#include <corvane/manager/Log.h>
 
 namespace corvane {
+
+std::optional<std::string> detail::ReadText(const ConfigManager& config, std::string_view key) {
+    wstring text;
+    if (ComfortAccess::Read(config, ToWide(key), text) != 0)
+        return std::nullopt;
+    return ToUtf8(text);
+}
+
+void detail::ReportWrongForm(std::string_view key, std::string_view text, const std::string& form) {
+    constexpr std::size_t most = 200; // bytes of the text
+    const std::string shown = OnOneLine(text.substr(0, most)) + (text.size() > most ? "..." : "");
+    Log().logProblem(ToWide("the value '" + shown + "' of '" + OnOneLine(key) + "' is not " + form).c_str());
+}
+
 std::string Refusal(std::string_view key, std::string_view text) {
     return MakeFileEntry(key, text).refusal;
 }

@@ -1,5 +1,5 @@
-// A configuration in UTF-8: loads, typed reads and writes. Free functions over a ConfigManager; locks, log
-// and thread safety are those of the operations behind them.
+// Values of a configuration by key: UTF-8 and typed. Free functions over a ConfigManager; locks, log and
+// thread safety are those of the operations that they call.
 #pragma once
 
 #include <corvane/comfort/ValueText.h>
@@ -7,40 +7,68 @@
 
 namespace corvane {
 
+namespace detail {
+
+CORVANE_API std::optional<std::string> ReadText(const ConfigManager& config, std::string_view key);
+CORVANE_API void ReportWrongForm(std::string_view key, std::string_view text, const std::string& form);
+CORVANE_API bool RefuseToSet(std::string_view key, const char* refusal);
+
+template <class T>
+inline constexpr bool isLiteral = std::is_convertible_v<const T&, const char*>;
+
+template <class T>
+bool Same(const T& a, const T& b) {
+    return ValueText<T>::ToText(a) == ValueText<T>::ToText(b);
+}
+inline bool Same(const std::filesystem::path& a, const std::filesystem::path& b) {
+    return a.native() == b.native();
+}
+template <class T>
+bool Same(const std::vector<T>& a, const std::vector<T>& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](const T& x, const T& y) { return Same(x, y); });
+}
+
+} // namespace detail
+
 /// Whether there is a value of that key, or with an empty tag, `Section:`, the section.
 inline bool Exists(const ConfigManager& config, std::string_view key) {
     return config.Exists(ToWide(key));
 }
 
-/// The value of `key` as a `T`: std::string, bool, a number or a duration, see ValueText. Nothing if there is
-/// no such value or its text is not one whole `T`.
+/// The value of `key` as a `T`: std::string, bool, a number, a duration, a path or a list of them, see
+/// ValueText. Nothing if there is no such value, or if its text is not one whole `T`, which the log then
+/// says.
 template <class T>
-std::optional<T> Get(ConfigManager& config, std::string_view key) {
-    wstring text;
-    if (config.GetValue(ToWide(key), text) != 0)
+std::optional<T> Get(const ConfigManager& config, std::string_view key) {
+    const std::optional<std::string> text = detail::ReadText(config, key);
+    if (!text)
         return std::nullopt;
-    return ValueText<T>::FromText(ToUtf8(text));
+    std::optional<T> value = ValueText<T>::FromText(*text);
+    if (!value)
+        detail::ReportWrongForm(key, *text, detail::FormOf<T>());
+    return value;
 }
 
 /// The same, with `fallback` in the place of nothing.
-template <class T>
-T Get(ConfigManager& config, std::string_view key, T fallback) {
+template <class T, class = std::enable_if_t<!detail::isLiteral<T>>>
+T Get(const ConfigManager& config, std::string_view key, T fallback) {
     if (std::optional<T> value = Get<T>(config, key))
         return *std::move(value);
     return fallback;
 }
-/// The same for a literal.
-inline std::string Get(ConfigManager& config, std::string_view key, const char* fallback) {
-    return Get<std::string>(config, key, fallback);
+/// The same for a text of others.
+inline std::string Get(const ConfigManager& config, std::string_view key, std::string_view fallback) {
+    return Get(config, key, std::string(fallback));
+}
+/// The same for a literal; null is an empty text.
+inline std::string Get(const ConfigManager& config, std::string_view key, const char* fallback) {
+    return Get(config, key, std::string(fallback ? fallback : ""));
 }
 
 /// Why Set refuses this key and text, as one sentence in UTF-8; empty if it does not. A section that a
 /// manager keeps in the cache alone is not known here.
 CORVANE_API std::string Refusal(std::string_view key, std::string_view text);
-
-namespace detail {
-CORVANE_API bool RefuseToSet(std::string_view key, const char* refusal);
-}
 
 /// Writes `text` through to the file, in quotes if blanks at its ends or quotes around it would be lost
 /// without them; this manager and every later load read it back as it is. An empty text is written too, and
@@ -53,13 +81,14 @@ CORVANE_API bool RefuseToSet(std::string_view key, const char* refusal);
     return text ? Set(config, key, std::string_view(text)) : detail::RefuseToSet(key, "the value is null");
 }
 
-/// The same for a value of any type that has a ValueText. One that Get would not give back, such as NaN, is
-/// refused too.
-template <class T, class = std::enable_if_t<!std::is_convertible_v<const T&, const char*>>>
+/// The same for a value of any type that has a ValueText. One that Get would not give back, such as NaN or a
+/// list with a comma in an element, is refused too.
+template <class T, class = std::enable_if_t<!detail::isLiteral<T>>>
 [[nodiscard]] bool Set(ConfigManager& config, std::string_view key, const T& value) {
     const std::string text = ValueText<T>::ToText(value);
-    if (!ValueText<T>::FromText(text))
-        return detail::RefuseToSet(key, "the value would not be read back");
+    const std::optional<T> readBack = ValueText<T>::FromText(text);
+    if (!readBack || !detail::Same(*readBack, value))
+        return detail::RefuseToSet(key, "the value would not read back as it is");
     return Set(config, key, std::string_view(text));
 }
 

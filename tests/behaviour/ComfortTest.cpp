@@ -12,7 +12,24 @@
 
 namespace {
 
+enum class Colour { red, green };
+
+} // namespace
+
+template <>
+struct corvane::ValueText<Colour> {
+    static std::optional<Colour> FromText(std::string_view text) {
+        return text == "red"     ? std::optional(Colour::red)
+               : text == "green" ? std::optional(Colour::green)
+                                 : std::nullopt;
+    }
+    static std::string ToText(Colour colour) { return colour == Colour::red ? "red" : "green"; }
+};
+
+namespace {
+
 using namespace std::chrono_literals;
+using Texts = std::vector<std::string>;
 
 class Comfort : public ConfigFixture {
 protected:
@@ -34,6 +51,7 @@ protected:
         for (const auto& [value, text] : rows) {
             SCOPED_TRACE(text);
             EXPECT_TRUE(corvane::Set(manager, "S:t", value));
+            EXPECT_TRUE(corvane::Get<T>(manager, "S:t") == value);
             ConfigManager other;
             ASSERT_TRUE(corvane::Load(other, file.u8string()));
             EXPECT_EQ(corvane::Get<std::string>(other, "S:t"), text);
@@ -59,6 +77,11 @@ TEST_F(Comfort, ReadsTypedValues) {
     Reads<std::chrono::seconds>({}, "1500ms|90|s|1 s|9223372036854775807h");
     Reads<std::chrono::milliseconds>(7200s, "2h|7200000000us");
     Reads<std::chrono::milliseconds>({}, "7us");
+    Reads<Colour>(Colour::green, "green");
+    Reads<fs::path>("a b/c", "a b/c");
+    Reads<Texts>(Texts{"a", "b c", ""}, "a,b c,|  a ,\tb c , ");
+    Reads<std::vector<int>>(std::vector<int>{1, -2}, "1,-2|1 , -2");
+    Reads<std::vector<int>>({}, "1,|,|1;2|1,x");
 }
 
 TEST_F(Comfort, WritesWhatItReads) {
@@ -68,9 +91,19 @@ TEST_F(Comfort, WritesWhatItReads) {
     ComesBack<std::chrono::minutes>({{90min, "90min"}});
     ComesBack<std::string>({{"Grüß Gott, 東京", "Grüß Gott, 東京"}});
 
+    ComesBack<Colour>({{Colour::red, "red"}});
+    ComesBack<fs::path>({{fs::u8path("/ö/ "), "/ö/ "}});
+    ComesBack<Texts>({{{"a", "", "\"b\""}, "a, , \"b\""}, {{"", ""}, ", "}});
+    ComesBack<std::vector<bool>>({{{true, false}, "yes, no"}});
+    char buffer[] = "b";
+    EXPECT_TRUE(corvane::Set(manager, "S:view", std::string_view("ab", 1)));
+    EXPECT_TRUE(corvane::Set(manager, "S:buffer", &buffer[0]));
+    EXPECT_EQ(Get("S:view") + Get("S:buffer"), "ab");
+
     Start("[S]\nt=before\n");
     EXPECT_FALSE(corvane::Set(manager, "S:t", std::numeric_limits<double>::quiet_NaN()));
-    EXPECT_FALSE(corvane::Set(manager, "S:t", "two\nlines"));
+    for (const Texts& texts : {Texts{""}, Texts{"a,b"}, Texts{" a"}, Texts{"a", "b "}, Texts{"a\n"}})
+        EXPECT_FALSE(corvane::Set(manager, "S:t", texts));
     EXPECT_EQ(Bytes(file), "[S]\nt=before\n");
 }
 
@@ -222,9 +255,29 @@ TEST_F(Comfort, FallsBack) {
     EXPECT_EQ(corvane::Get(manager, "S:number", 7) + corvane::Get(manager, "S:word", 70), 75);
     EXPECT_EQ(corvane::Get(manager, "S:word", "default") + corvane::Get(manager, "S:none", "default"),
               "xdefault");
+    EXPECT_EQ(corvane::Get(manager, "S:word", std::string_view("default")), "x");
+    EXPECT_EQ(corvane::Get<Colour>(manager, "S:none"), std::nullopt);
     EXPECT_FALSE(corvane::Delete(manager, "S:none"));
     EXPECT_TRUE(corvane::Delete(manager, "s:WORD"));
     EXPECT_TRUE(!corvane::Exists(manager, "S:word") && corvane::Exists(manager, "S:"));
+}
+
+TEST_F(Comfort, SaysWhatIsOfTheWrongForm) {
+    using Quillon::NativeLogging::Severity;
+    Quillon::NativeLogging::LoggerRegistry::setThreshold(Severity::problem);
+    Start("[S]\nt=a;b\n");
+    const ConfigManager& config = manager;
+    EXPECT_EQ(corvane::Get<std::uint8_t>(config, "S:t", 7), 7);
+    EXPECT_FALSE(corvane::Get<bool>(config, "s:T"));
+    EXPECT_FALSE(corvane::Get<double>(config, "S:t"));
+    EXPECT_FALSE(corvane::Get<std::chrono::seconds>(config, "S:t"));
+    EXPECT_FALSE(corvane::Get<std::vector<Colour>>(config, "S:t"));
+    EXPECT_EQ(corvane::Get<std::uint8_t>(config, "S:none", 7), 7);
+    const std::string start = "the value 'a;b' of 'S:t' is not ";
+    EXPECT_EQ(log.Take(),
+              (Lines{start + "a whole number from 0 to 255", "the value 'a;b' of 's:T' is not yes or no",
+                     start + "a number such as 0.5", start + "a time with a unit, such as 15s",
+                     start + "a comma-separated list in which each element is of the expected form"}));
 }
 
 TEST_F(Comfort, ListsACopy) {
