@@ -31,7 +31,7 @@ private:
     // As large as all before it, so that there are few blocks, and in the end one large page after the other.
     void AddBlock(std::size_t least) {
         constexpr std::size_t smallest = 4096;
-        const std::size_t ordinary = std::clamp(m_total, smallest, platform::worthLargePage);
+        const std::size_t ordinary = std::clamp(m_total, smallest, platform::largePageThreshold);
         const std::size_t size = platform::BlockSize(std::max(least, ordinary));
         Block block;
         block.reserve(size / sizeof(Word));

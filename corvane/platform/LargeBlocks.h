@@ -1,4 +1,4 @@
-// Memory in blocks, of which the large ones come in large pages.
+// Memory blocks; large ones are in large (huge) pages.
 #pragma once
 
 #include <cstddef>
@@ -6,27 +6,27 @@
 
 namespace corvane::platform {
 
-/// The size of a large page, of which the system has some: a page is made ready at its first use, and that
-/// takes far less for a large one than for hundreds of small ones in its place.
+/// The size of a large page. A page fault is taken at the first use of each page: one large page costs far
+/// less than the hundreds of small ones that it replaces.
 inline constexpr std::size_t largePage = std::size_t{2} << 20;
 
-/// So many bytes are quicker in a large page even if it holds no more.
-inline constexpr std::size_t worthLargePage = largePage / 8;
+/// From this size on, a block is faster in a large page even if it fills only a part of it.
+inline constexpr std::size_t largePageThreshold = largePage / 8;
 
-/// How much to reserve for so many bytes: at least a large page if they are worth one.
+/// The size to allocate for that many bytes: at least a large page from the threshold on.
 constexpr std::size_t BlockSize(std::size_t bytes) noexcept {
     constexpr std::size_t page = 4096;
-    if (bytes < worthLargePage)
+    if (bytes < largePageThreshold)
         return bytes;
     return bytes < largePage ? largePage : (bytes + page - 1) / page * page;
 }
 
-/// A block of whole large pages, of at least largePage bytes. Throws std::bad_alloc. Safe from any thread.
+/// Allocates at least largePage bytes in large pages. Throws std::bad_alloc; thread-safe.
 void* AllocateLargeBlock(std::size_t size);
 void FreeLargeBlock(void* block, std::size_t size) noexcept;
 
-/// An allocator for the standard containers that takes large pages for blocks of largePage bytes and more.
-/// Items that a container adds without a value are not cleared. All of them are equal.
+/// An allocator for the standard containers that uses large pages from largePage bytes on. Value-initialized
+/// items are left uninitialized. Stateless: all instances are equal.
 template <class T>
 class LargeBlockAllocator {
 public:

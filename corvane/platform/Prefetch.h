@@ -1,10 +1,9 @@
-// Memory fetched before it is needed.
+// Prefetching of memory.
 #pragma once
 
 namespace corvane::platform {
 
-/// Has the processor bring the line of memory at `address` into its cache, where the compiler can say so.
-/// Never waits, never fails.
+/// Prefetches the cache line at `address`, where the compiler supports it. Never blocks or fails.
 inline void Prefetch([[maybe_unused]] const void* address) noexcept {
 #ifdef __GNUC__
     __builtin_prefetch(address);

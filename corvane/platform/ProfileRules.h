@@ -1,4 +1,4 @@
-// What a private-profile file can hold, whoever writes it.
+// The names and values that a private-profile file can represent.
 #pragma once
 
 namespace corvane {

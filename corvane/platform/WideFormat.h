@@ -9,9 +9,8 @@
 namespace corvane {
 
 /// Formats `%s` (wide text), `%S` (narrow text, UTF-8), `%d` (32-bit integer), `%lu` (corvane::ulong) and
-/// `%%`; a null text prints as "(null)". Stores at most `capacity` units, with no terminator, and returns the
-/// length of the whole text. From any other conversion on, the format is printed as it stands. Allocates
-/// nothing.
+/// `%%`; a null text prints as "(null)". Stores at most `capacity` units without a terminator and returns the
+/// length of the whole text. From any other conversion on, the format is printed verbatim. Allocates nothing.
 std::size_t FormatWide(wchar* buffer, std::size_t capacity, const wchar* format,
                        std::va_list arguments) noexcept;
 

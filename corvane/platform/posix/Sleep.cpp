@@ -5,7 +5,7 @@
 
 namespace corvane {
 
-// Sleeps towards a fixed moment, so that signals neither shorten nor stretch the time.
+// Sleeps until an absolute time, so that signals neither shorten nor extend it.
 void platform::Sleep(ulong milliseconds) noexcept {
     constexpr long second = 1'000'000'000;
     timespec until{};

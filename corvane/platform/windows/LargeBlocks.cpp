@@ -1,6 +1,6 @@
 #include <corvane/platform/LargeBlocks.h>
 
-// Large pages take a right here that few programs have.
+// Large pages need a privilege that few programs have.
 void* corvane::platform::AllocateLargeBlock(std::size_t size) {
     return ::operator new(size);
 }

@@ -60,7 +60,7 @@ ulong MakeCopy(const Source& source, const TargetPath& target) {
     return ErrorFromErrno(error);
 }
 
-// A name that is a symbolic link is taken, wherever it leads.
+// A symbolic link counts as an existing file, wherever it leads.
 ulong CopyToNew(const Source& source, const std::string& to) {
     TargetPath target;
     if (const ulong error = OpenFolderOf(to, target))
@@ -94,7 +94,7 @@ ulong Copy(const std::string& from, const std::string& to, bool failIfExists) {
     ulong error = CopyOver(source, to);
     if (error == ERROR_FILE_NOT_FOUND)
         error = CopyToMissing(source, to);
-    if (error == ERROR_FILE_EXISTS) // made by someone else in this moment
+    if (error == ERROR_FILE_EXISTS) // created by another process meanwhile
         error = CopyOver(source, to);
     return error;
 }
@@ -106,7 +106,7 @@ int platform::CopyFileW(const wchar* from, const wchar* to, int failIfExists) no
     try {
         error = from && to ? Copy(ToUtf8(from), ToUtf8(to), failIfExists != 0) : ERROR_INVALID_PARAMETER;
     } catch (const std::exception&) {
-        // Only memory can be lacking.
+        // The only exception here is std::bad_alloc.
     }
     if (error != ERROR_SUCCESS)
         SetLastError(error);

@@ -12,7 +12,8 @@
 namespace corvane::posix {
 namespace {
 
-// What tells a full disk from an attribute that the file system or the caller's rights don't allow.
+// Distinguishes a failing or full disk from attributes that the file system or the caller's rights do not
+// allow.
 int Refusal(int error) noexcept {
     return error == ENOSPC || error == EDQUOT || error == EIO || error == ENOMEM ? error : EPERM;
 }
@@ -48,7 +49,7 @@ std::optional<std::string> Attribute(int descriptor, const std::string& name) {
     }
 }
 
-// Copies what can be copied; the first refusal is the result.
+// Copies as much as possible; returns the first error.
 int CopyAttributes(int from, int to) {
     int refusal = 0;
     const auto note = [&refusal](int error) { refusal = refusal ? refusal : error; };
@@ -80,8 +81,8 @@ AccessLists AccessListsOf(int descriptor) {
     return lists;
 }
 
-// The permissions of a copy that has another owner or group, and no access list: whoever was named by what
-// is lost is now one of the group or of all others, who therefore get no more than that.
+// The permissions of a copy without access list whose owner or group differs: the original owner or group
+// members now belong to the group or to all others, who must not get more rights than the original gave them.
 mode_t WithoutWhatIsLost(mode_t mode, bool ownerIsLost, bool groupIsLost) noexcept {
     const mode_t owner = mode >> 6 & 07;
     mode_t group = mode >> 3 & 07;
@@ -119,7 +120,7 @@ int TakeOverWhatIsPossible(int from, const struct stat& status, int to) {
     const bool ownerIsLost = own.st_uid != status.st_uid;
     const AccessLists lists = AccessListsOf(from);
     mode_t mode = WithoutWhatIsLost(status.st_mode & 0777, ownerIsLost, groupIsLost);
-    // The group's bits are a mask over a list, and say nothing of any single user.
+    // With an access list, the group bits are a mask and do not describe any single user's rights.
     if (AccessListsOf(to) != lists || (!lists.empty() && (ownerIsLost || groupIsLost)))
         mode &= 0700;
     return ::fchmod(to, mode) == 0 ? 0 : errno;

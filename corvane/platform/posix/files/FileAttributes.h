@@ -4,17 +4,17 @@
 
 namespace corvane::posix {
 
-/// Gives the new file `to` the owner, the extended attributes (access lists among them) and the permissions
-/// of `from`, whose status is `status`, and takes away what it inherited from its folder. Returns an `errno`
-/// value; EPERM when something of it cannot be kept.
+/// Copies the owner, the extended attributes (access lists among them) and the permissions of `from`, whose
+/// status is `status`, to the new file `to`, and removes attributes inherited from its folder. Returns an
+/// `errno` value; EPERM if something cannot be copied.
 int TakeOver(int from, const struct stat& status, int to);
 
-/// The same for a copy, as far as it goes: what cannot be kept is left out, and nobody but the new owner may
-/// do more with the copy than with the original. Bits that make a program run as another user are left out
-/// too.
+/// The same for a copy, best effort: what cannot be copied is left out, and no user but the new owner gets
+/// more rights to the copy than to the original. The set-user-ID, set-group-ID and sticky bits are not
+/// copied.
 int TakeOverWhatIsPossible(int from, const struct stat& status, int to);
 
-/// Gives the open file the modification time in `status`; a file system that refuses is no failure.
+/// Sets the open file's modification time from `status`. Errors are ignored.
 void SetModificationTime(int descriptor, const struct stat& status) noexcept;
 
 } // namespace corvane::posix

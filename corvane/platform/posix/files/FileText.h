@@ -1,4 +1,4 @@
-// What a file holds, in memory.
+// The content of a file in memory.
 #pragma once
 
 #include <corvane/platform/LargeBlocks.h>
@@ -8,8 +8,8 @@
 
 namespace corvane::posix {
 
-/// The bytes of a file, of a large one in large pages. They are not cleared before they are filled: that
-/// would take as long as reading them.
+/// The bytes of a file; a large one is in large pages. New bytes are left uninitialized, because clearing
+/// them would take as long as reading the file.
 class FileText {
 public:
     char* Data() noexcept { return m_bytes.data(); }
@@ -17,8 +17,8 @@ public:
     std::size_t Capacity() const noexcept { return m_bytes.capacity(); }
     std::string_view View() const noexcept { return {m_bytes.data(), m_bytes.size()}; }
 
-    /// Keeps what is there, as far as it goes; what is added may hold anything. Throws only for lack of
-    /// memory, with nothing changed.
+    /// Keeps the existing bytes up to `size`; added bytes are uninitialized. Throws only std::bad_alloc, with
+    /// nothing changed.
     void Resize(std::size_t size) {
         m_bytes.reserve(platform::BlockSize(size));
         m_bytes.resize(size);

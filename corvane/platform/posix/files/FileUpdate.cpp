@@ -17,12 +17,12 @@ using namespace platform;
 
 namespace {
 
-// Never waits for the other end of a pipe, never takes over a terminal.
+// Never blocks on a pipe, never acquires a controlling terminal.
 constexpr int openFlags = O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
 
-// Why a new file cannot take the old one's place although the old one itself may be written: the folder or
-// its sticky bit forbids it, the owner or an attribute cannot be kept, the file is a mount point, maybe in a
-// folder that is read-only, or its name leaves no room for a temporary one. A full disk is not among them.
+// The errors with which a replacement fails although the file itself may be writable: the folder or its
+// sticky bit forbids it, the owner or an attribute cannot be kept, the file is a mount point (maybe in a
+// read-only folder), or its name is too long for a temporary one. A full disk is not among them.
 bool ServesInPlace(int error) noexcept {
     return error == EACCES || error == EPERM || error == EBUSY || error == EXDEV || error == EROFS ||
            error == ENAMETOOLONG;
@@ -32,17 +32,16 @@ bool ServesInPlace(int error) noexcept {
 
 FileUpdate::~FileUpdate() {
     struct stat status {};
-    // Begin may have failed before it had the lock, and without that the file may be another writer's by now.
+    // Begin may have failed before it had the lock; another writer may be using the file by now.
     if (m_created && LockAtOnce(m_file.Get()) == ERROR_SUCCESS && IsStillTheFile() &&
         ::fstat(m_file.Get(), &status) == 0 && status.st_size == 0)
         ::unlinkat(m_target.folder.Get(), m_target.name.c_str(), 0);
-    // Closing alone would leave the lock to a child that was forked meanwhile.
+    // Closing alone would leave the lock with a child process that was forked meanwhile.
     if (m_file)
         Unlock(m_file.Get());
 }
 
-// Each attempt opens the file anew: the one that was waited for may have been replaced, and the new one is
-// free as soon as it has the name.
+// Each attempt reopens the file: the locked one may have been replaced, and its replacement is not locked.
 ulong FileUpdate::Begin(const std::string& path, Missing missing) {
     BoundedWait wait;
     do {
@@ -62,7 +61,7 @@ FileUpdate::Outcome FileUpdate::TryBegin(const std::string& path, Missing missin
         return Outcome::Refused;
     if (const int reason = Open(missing)) {
         error = ErrorFromErrno(reason);
-        // Made, removed or turned into a link by someone else between two looks at it.
+        // Created, removed or turned into a link by another process between two system calls.
         return reason == EEXIST || reason == ELOOP ? Outcome::Busy : Outcome::Refused;
     }
     if ((error = LockAtOnce(m_file.Get())))
@@ -109,7 +108,7 @@ ulong FileUpdate::Done() noexcept {
 }
 
 ulong FileUpdate::Write(const TextPieces& content, const struct stat* source) {
-    // Someone who knows nothing of the lock may have put another file there; that one is not to be lost.
+    // A program that ignores the lock may have replaced the file; its content must not be lost.
     if (!IsStillTheFile())
         return ERROR_SHARING_VIOLATION;
     if (SizeOf(content) > maximumFileSize)
@@ -143,8 +142,8 @@ int FileUpdate::Replace(const TextPieces& content, const struct stat& status, co
         return errno;
     if (const int error = next.Replace())
         return error;
-    // From here on everyone sees the new file, so a folder that cannot be flushed is no failure any more: to
-    // report one would say that the file holds what it held.
+    // The new file is visible from here on, so a failed flush of the folder is not reported: a failure would
+    // mean that the file is unchanged.
     FlushFolder(m_target.folder.Get());
     return 0;
 }

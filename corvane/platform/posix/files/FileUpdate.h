@@ -1,4 +1,4 @@
-// One safe change of one file: locked against other writers, replaced whole or not at all.
+// One atomic change of a file, locked against other writers.
 #pragma once
 
 #include <corvane/platform/posix/files/FileHandle.h>
@@ -11,8 +11,8 @@
 
 namespace corvane::posix {
 
-/// The reading, changing and writing of a file under one exclusive advisory lock, which the destructor
-/// releases. Statuses are platform error numbers, ERROR_SUCCESS for done. Not for sharing between threads.
+/// Reads, changes and writes a file under one exclusive advisory lock, which the destructor releases. Returns
+/// platform error numbers, ERROR_SUCCESS for success. Not thread-safe.
 ///
 ///     FileUpdate update;
 ///     if (const ulong error = update.Begin(path)) return error;
@@ -26,21 +26,21 @@ public:
     FileUpdate& operator=(const FileUpdate&) = delete;
     ~FileUpdate();
 
-    /// Opens the file behind `path` (a symbolic link is followed to its target), takes the lock, makes sure
-    /// that the locked file is still the one under that name, and reads it. A lock that is not free within a
-    /// short wait is ERROR_SHARING_VIOLATION. What is no regular file is refused. A file that Begin made goes
-    /// away again when nothing is committed.
+    /// Opens the file at `path` (a symbolic link is followed to its target), takes the lock, checks that the
+    /// locked file still has that name, and reads it. ERROR_SHARING_VIOLATION if the lock is not free within
+    /// a short wait. Anything but a regular file is refused. A file that Begin created is removed again if
+    /// nothing is committed.
     ulong Begin(const std::string& path, Missing missing);
 
     std::string_view Content() const noexcept { return m_content.View(); }
 
-    /// Puts `content`, whose pieces may be of Content(), in the file's place and flushes it to disk: through
-    /// a temporary file in the same folder that takes over owner, permissions and attributes, or in place
-    /// where that cannot serve. On failure the file holds what it held.
+    /// Replaces the file's content with `content`, which may refer to Content(), and flushes it to disk:
+    /// through a temporary file in the same folder with the same owner, permissions and attributes, or in
+    /// place where a replacement is impossible. On failure the file is unchanged.
     ulong Commit(const TextPieces& content);
 
-    /// The same for a copy of the file with the status `source`, whose modification time it takes over too. A
-    /// file as its own source is ERROR_SHARING_VIOLATION.
+    /// The same for a copy of the file with the status `source`, with its modification time.
+    /// ERROR_SHARING_VIOLATION if both are the same file.
     ulong CommitCopy(const TextPieces& content, const struct stat& source);
 
 private:

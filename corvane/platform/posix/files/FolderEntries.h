@@ -7,18 +7,18 @@
 
 namespace corvane::posix {
 
-/// Walks a folder by a descriptor of its own, from the beginning. Not for sharing between threads.
+/// Iterates over a folder's entries from the beginning, with its own descriptor. Not thread-safe.
 class FolderEntries {
 public:
     explicit FolderEntries(int folder) noexcept;
 
-    /// The next entry's name, valid until the next call. Null at the end and if the folder can't be read.
+    /// The next entry's name, valid until the next call. Null at the end and on error.
     const char* Next() noexcept;
 
-    /// The `errno` value for which the walk ended early, or 0.
+    /// The `errno` value that ended the iteration early, or 0.
     int Error() const noexcept { return m_error; }
 
-    /// Whether the entry that Next gave is a folder; a symbolic link to one is not.
+    /// Whether the current entry is a folder; a symbolic link to one is not.
     bool IsFolder() const noexcept;
 
 private:

@@ -12,9 +12,9 @@ using namespace platform;
 
 namespace {
 
-constexpr int longestChain = 40; // as many links as the system itself follows
+constexpr int longestChain = 40; // the system's own limit
 
-// Leaves `path` empty when the name is no symbolic link.
+// Leaves `path` empty if the name is not a symbolic link.
 ulong FollowLink(const TargetPath& target, std::string& path) {
     char link[PATH_MAX];
     const ssize_t length = ::readlinkat(target.folder.Get(), target.name.c_str(), link, sizeof link);

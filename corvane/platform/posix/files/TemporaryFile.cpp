@@ -19,13 +19,13 @@ using namespace platform;
 
 namespace {
 
-constexpr char openFiles[] = "/proc/self/fd/"; // how a file without a name is reached for giving it one
-constexpr int mostTries = 8;                   // for a name that is free
+constexpr char openFiles[] = "/proc/self/fd/"; // for linking a file without a name
+constexpr int mostTries = 8;                   // to find a free name
 
 constexpr std::string_view lastPart = ".tmp";
 constexpr std::size_t digitCount = 16; // of the random number before it
 
-// The part before that number. A name that is cut short for the system's limit is still one of a kind.
+// The part before that number. Truncated to the system's limit on names, it stays unique enough.
 std::string FirstPart(const std::string& name) {
     return std::string(".").append(name, 0, NAME_MAX - 2 - digitCount - lastPart.size()).append(".");
 }
@@ -49,8 +49,8 @@ bool IsTemporaryName(std::string_view name, std::string_view firstPart) noexcept
            digits.find_first_not_of("0123456789abcdef") == std::string_view::npos;
 }
 
-// Whoever makes a temporary file holds its lock for as long as it has its name: one that is free was left by
-// a process that was killed.
+// A process holds the lock of its temporary file as long as the file has its temporary name: an unlocked one
+// was left by a killed process.
 void RemoveIfFree(int folder, const char* name) noexcept {
     const FileHandle file(::openat(folder, name, O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status {};
@@ -61,7 +61,7 @@ void RemoveIfFree(int folder, const char* name) noexcept {
     Unlock(file.Get());
 }
 
-// For most names, says so once only in the life of the process, of which a fork begins another.
+// True once per name and process (a forked child counts as another); rarely more often.
 bool IsNewToProcess(int folder, const std::string& name) noexcept {
     static std::atomic<std::size_t> last[64];
     struct stat status {};
@@ -74,7 +74,7 @@ bool IsNewToProcess(int folder, const std::string& name) noexcept {
     return last[hash % std::size(last)].exchange(hash, std::memory_order_relaxed) != hash;
 }
 
-// What processes before this one left on their way to `name`. A huge folder is not searched to its end.
+// Removes temporary files of `name` that killed processes left. Does not search a huge folder to its end.
 void RemoveLeftovers(int folder, const std::string& name) {
     constexpr int mostEntries = 10'000;
     if (!IsNewToProcess(folder, name))
@@ -107,8 +107,8 @@ int TemporaryFile::Create(int folder, const std::string& name) {
     m_folder = folder;
     m_name = name;
     RemoveLeftovers(folder, name);
-    // The file system may not know files without names, and has several ways to say so. Whatever else it
-    // refuses, it refuses for the named one too.
+    // File systems without support for unnamed files report it by various errors. Any other error recurs for
+    // the named file.
     m_file = FileHandle(OpenNameless(folder));
     if (!m_file)
         return CreateNamed();
@@ -124,17 +124,17 @@ int TemporaryFile::CreateNamed() {
             return errno;
         if (LockAtOnce(m_file.Get()) != ERROR_SHARING_VIOLATION)
             return 0;
-        ::unlinkat(m_folder, name.c_str(), 0); // as is about to do who took it for one that was left
+        ::unlinkat(m_folder, name.c_str(), 0); // another process takes it for a leftover and is removing it
         return EEXIST;
     };
     if (const int error = TakeTemporaryName(create))
         return error;
-    // An umask may have taken away the owner's own rights, and a folder's access list may have given others
+    // The umask may have removed the owner's rights, and the folder's access list may have granted others
     // some.
     return ::fchmod(m_file.Get(), 0600) == 0 || errno == EPERM ? 0 : errno;
 }
 
-// What somebody planted under a name, a link maybe, is left alone, and another name is tried.
+// Leaves anything that already has the name alone, a planted link for example, and tries another name.
 template <typename Operation>
 int TemporaryFile::TakeTemporaryName(Operation take) {
     std::string name;
@@ -166,7 +166,7 @@ int TemporaryFile::Replace() {
     return InPlace();
 }
 
-// The lock of the temporary file would be one on the file now.
+// The lock on the temporary file would now be a lock on the file itself.
 int TemporaryFile::InPlace() noexcept {
     m_temporaryName.clear();
     Unlock(m_file.Get());
@@ -182,7 +182,7 @@ int TemporaryFile::Appear() noexcept {
         return InPlace();
     if (errno != EINVAL && errno != ENOSYS)
         return errno;
-    // The temporary name is left to the destructor.
+    // The destructor removes the temporary name.
     return ::linkat(m_folder, m_temporaryName.c_str(), m_folder, m_name.c_str(), 0) == 0 ? 0 : errno;
 }
 

@@ -6,10 +6,11 @@
 
 namespace corvane::posix {
 
-/// A new file on its way to its name: open for writing, for its owner only, without a name where the file
-/// system can do that, else under one that cannot be guessed and begins with a dot and ends in `.tmp`. What
-/// was not put in place vanishes with the object, or if the process is killed, when another one writes the
-/// same file for the first time. All operations return an `errno` value, 0 for done.
+/// A temporary file that later gets its final name: open for writing, accessible by its owner only, without a
+/// name where the file system supports that, otherwise with an unpredictable one that begins with a dot and
+/// ends in
+/// `.tmp`. Unless it got its final name, the destructor removes it; after a kill, the next process that
+/// writes the same file does. Operations return an `errno` value, 0 for success.
 class TemporaryFile {
 public:
     TemporaryFile() = default;
@@ -17,15 +18,15 @@ public:
     TemporaryFile& operator=(const TemporaryFile&) = delete;
     ~TemporaryFile();
 
-    /// Makes the file in the open folder, which outlives this object, to become `name`.
+    /// Creates the file in the open folder, which must outlive this object, with the final name `name`.
     int Create(int folder, const std::string& name);
 
     int Get() const noexcept { return m_file.Get(); }
 
-    /// Puts it in the place of whatever has the name.
+    /// Gives it its final name, replacing an existing file.
     int Replace();
 
-    /// Gives it the name, unless something else has it (EEXIST).
+    /// Gives it its final name unless that is taken (EEXIST).
     int Appear() noexcept;
 
 private:
@@ -41,7 +42,7 @@ private:
     std::string m_temporaryName; // empty while there is none to remove
 };
 
-/// Flushes a folder's entries, as far as the folder can be opened for it.
+/// Flushes a folder's entries to disk if the folder can be opened.
 void FlushFolder(int folder) noexcept;
 
 } // namespace corvane::posix

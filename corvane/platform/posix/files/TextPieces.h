@@ -1,4 +1,4 @@
-// A text that is not in one place.
+// A text in several fragments.
 #pragma once
 
 #include <cstddef>
@@ -7,7 +7,7 @@
 
 namespace corvane::posix {
 
-/// The text is the pieces one behind the other. They lie elsewhere, and have to last as long as it is used.
+/// The concatenation of non-owning fragments.
 using TextPieces = std::vector<std::string_view>;
 
 inline std::size_t SizeOf(const TextPieces& text) noexcept {

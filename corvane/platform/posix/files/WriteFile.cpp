@@ -13,8 +13,8 @@ using namespace platform;
 
 namespace {
 
-// Takes the blocks that the file will need, behind its end and out of sight. A file system that cannot is
-// asked nothing more: it then says by the write itself that it is full.
+// Allocates the blocks that the file will need, beyond its end and invisibly. A file system without support
+// for that reports a full disk during the write instead.
 int Reserve(int descriptor, std::size_t size) noexcept {
     int result = 0;
     do
@@ -36,8 +36,8 @@ int Overwrite(int descriptor, const TextPieces& content) noexcept {
 int WriteWhole(int descriptor, const TextPieces& content) noexcept {
     constexpr int mostParts = 256;
     off_t at = 0;
-    std::size_t piece = 0;   // the first that is not all written
-    std::size_t written = 0; // of that one
+    std::size_t piece = 0;   // the first one that is not completely written
+    std::size_t written = 0; // bytes of it
     for (;;) {
         iovec parts[mostParts];
         int count = 0;
@@ -61,7 +61,7 @@ int WriteWhole(int descriptor, const TextPieces& content) noexcept {
 }
 
 ulong WriteInPlace(int descriptor, const TextPieces& content, std::string_view old) {
-    const TextPieces before{old}; // made now, as nothing may fail later
+    const TextPieces before{old}; // allocated now: nothing may throw later
     ContentLock lock;
     if (const ulong error = lock.Take(descriptor, ContentLock::Kind::Alone))
         return error;
@@ -70,7 +70,7 @@ ulong WriteInPlace(int descriptor, const TextPieces& content, std::string_view o
     if (error == 0)
         error = Overwrite(descriptor, content);
     if (error != 0)
-        Overwrite(descriptor, before); // also gives back what was reserved
+        Overwrite(descriptor, before); // also frees the reserved blocks
     return ErrorFromErrno(error);
 }
 

@@ -7,12 +7,12 @@
 
 namespace corvane::posix {
 
-/// Writes the whole of `content` at the beginning of the file. Returns an `errno` value, 0 for done.
+/// Writes all of `content` at the beginning of the file. Returns an `errno` value, 0 for success.
 int WriteWhole(int descriptor, const TextPieces& content) noexcept;
 
-/// Overwrites the file with `content` where it lies and flushes it, while readers are kept away. Room is
-/// taken before anything is touched; when it fails in the middle, `old`, the present content, is put back.
-/// Returns a platform error number.
+/// Overwrites the file in place with `content` and flushes it, under the exclusive content lock. Space is
+/// reserved before anything is changed; after an error, the present content, `old`, is written back. Returns
+/// a platform error number.
 ulong WriteInPlace(int descriptor, const TextPieces& content, std::string_view old);
 
 } // namespace corvane::posix

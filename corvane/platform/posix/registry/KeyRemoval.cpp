@@ -13,14 +13,14 @@ using namespace platform;
 
 namespace {
 
-// Where a deleted key goes in one step, before its files do. A process that dies between leaves a folder
-// which no key name can reach; the next deletion in that place clears it away.
-constexpr const char* graveyard = ".deleted";
-constexpr int mostGraves = 100;
+// A deleted key is moved to the trash in one step before its files are removed. If the process is killed in
+// between, no key name reaches the folder, and the next deletion in that place removes it.
+constexpr const char* trash = ".deleted";
+constexpr int mostTrash = 100;
 constexpr int deepestLeftover = 32;
 
-// Files and folders that begin with '.' are our own, and so is what holds only parts of long names. Anything
-// else was put there by somebody and isn't ours to remove.
+// Files and folders that begin with '.' are our own, as are folders of parts of long names. Anything else is
+// foreign and must not be removed.
 bool IsOurs(const char* entry, bool isFolder) {
     NamePart part;
     return entry[0] == '.' || (isFolder && ParseFolderName(entry, part) && !part.isLast);
@@ -58,7 +58,7 @@ ulong CheckRemovable(const KeyFolder& key) {
 
 // The key above is locked.
 ulong Remove(const KeyFolder& subkey) {
-    // Nobody is writing a value or making a subkey while it goes; who waits for it finds it deleted.
+    // No value is written and no subkey created during the removal; waiting operations find the key deleted.
     FolderLock lock;
     if (const ulong error = lock.Take(subkey))
         return error;
@@ -66,14 +66,14 @@ ulong Remove(const KeyFolder& subkey) {
         return error;
     const int above = subkey.keyAbove->Get();
     for (int number = 0;; ++number) {
-        const std::string grave = graveyard + std::to_string(number);
-        RemoveLeftovers(above, grave.c_str(), 0);
-        if (::renameat(subkey.parent->Get(), subkey.entry.c_str(), above, grave.c_str()) == 0) {
-            RemoveLeftovers(above, grave.c_str(), 0);
+        const std::string trashed = trash + std::to_string(number);
+        RemoveLeftovers(above, trashed.c_str(), 0);
+        if (::renameat(subkey.parent->Get(), subkey.entry.c_str(), above, trashed.c_str()) == 0) {
+            RemoveLeftovers(above, trashed.c_str(), 0);
             break;
         }
-        // What was put there by somebody, or cannot be read, stays, and the next number serves.
-        if ((errno != ENOTEMPTY && errno != EEXIST && errno != ENOTDIR) || number == mostGraves)
+        // Foreign or unreadable entries stay; try the next number.
+        if ((errno != ENOTEMPTY && errno != EEXIST && errno != ENOTDIR) || number == mostTrash)
             return KeyError(errno);
     }
     FlushFolder(subkey.parent->Get());
