@@ -95,7 +95,7 @@ public:
 
     /// Writes a value to the source and then to the cache. With `cacheOnly` it goes to the cache alone, into
     /// a section that the cache does not have yet; further plain writes into that section stay in the cache
-    /// too. While the file is busy it is tried again once a second, 30 times at first, with the lock held.
+    /// too. While the file is busy it is tried again once a second, 30 times by default, with the lock held.
     int SetValue(const corvane::wstring& key, const corvane::wstring& value, bool cacheOnly = false);
 
     /// Deletes a tag, or with an empty tag the section, from the source and then from the cache. 0 also if

@@ -8,6 +8,12 @@ using corvane::wstring;
 
 namespace {
 
+template <class Write>
+std::int32_t Attempt(bool isFirst, Write write) {
+    const platform::BriefWaits scope(!isFirst); // a second and a sleep for each would take a minute
+    return write();
+}
+
 // Calls `write` until it gives a result other than 0, at least once and at most `retries` times, and gives
 // that result. The number is read anew after each attempt.
 template <class Write>
@@ -15,7 +21,7 @@ std::int32_t Retry(const std::uint32_t& retries, Write write) {
     constexpr corvane::ulong pauseSeconds = 1;
     corvane::ulong attempt = 0;
     do {
-        if (const std::int32_t written = write())
+        if (const std::int32_t written = Attempt(attempt == 0, write))
             return written;
         const corvane::ulong reason = platform::GetLastError();
         ++attempt;

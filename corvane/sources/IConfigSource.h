@@ -66,7 +66,8 @@ public:
     /// Replaces the store by the copy of that name. 0, or a failure code, which may be an `errno`.
     virtual std::int32_t RestoreSnapshot(const corvane::wstring& snapshotName) = 0;
 
-    /// How many attempts a write to the store may take, one second apart; at least one is made. 30 at first.
+    /// How many attempts a write to the store may take, one second apart; at least one is made. 30 by
+    /// default, for each source: a load makes a new one, and with it the default again.
     virtual void SetWriteRetries(std::uint32_t count) = 0;
     /// The present count.
     virtual std::uint32_t GetWriteRetries() = 0;

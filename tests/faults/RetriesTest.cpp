@@ -45,7 +45,10 @@ TEST_F(Retries, AreCountedAndLogged) {
             });
             faults::Begin({});
             const int result = deletion ? Delete("mail:port") : Set("mail:port", " 26");
-            EXPECT_EQ(faults::End().secondsSlept, static_cast<long>(row.refusals));
+            const faults::Outcome outcome = faults::End();
+            EXPECT_EQ(outcome.secondsSlept, static_cast<long>(row.refusals));
+            EXPECT_GE(outcome.secondsWaited, row.refusals > 0 ? 1 : 0) << "the first attempt is patient";
+            EXPECT_LE(outcome.secondsWaited, 4) << "and the others are not";
             LoggerRegistry::setSink([](const auto&) {});
             ::close(holder);
 

@@ -1,5 +1,5 @@
-// These definitions stand in front of the C library's. A sleep takes no time here and moves the clock a
-// second on, so that all waiting is over at once.
+// These definitions stand in front of the C library's. A sleep takes no time here and moves the clock on by
+// as much as was asked for.
 #include "SystemCalls.h"
 
 #include <algorithm>
@@ -9,6 +9,7 @@
 #include <cmath>
 #include <csignal>
 #include <cstdarg>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
@@ -31,7 +32,8 @@ namespace {
 bool active = false;
 Plan plan;
 Outcome outcome;
-std::atomic<long> sleeps{0};
+constexpr std::int64_t second = 1'000'000'000; // in nanoseconds
+std::atomic<std::int64_t> slept{0};            // nanoseconds
 off_t reserved = 0;
 std::map<ino_t, bool> unflushed; // what was changed since it was flushed last, and whether in place
 
@@ -245,9 +247,12 @@ extern "C" int fsync(int file) {
 
 extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept {
     static const auto original = ORIGINAL(clock_gettime);
-    const int result = original(clock, time);
-    time->tv_sec += clock == CLOCK_MONOTONIC ? faults::sleeps.load() : 0;
-    return result;
+    if (clock != CLOCK_MONOTONIC)
+        return original(clock, time);
+    const std::int64_t now = faults::slept;
+    time->tv_sec = static_cast<std::time_t>(1 + now / faults::second);
+    time->tv_nsec = static_cast<long>(now % faults::second);
+    return 0;
 }
 
 // Within the C++ library, clock_gettime may be another function than here.
@@ -257,8 +262,10 @@ std::chrono::steady_clock::time_point std::chrono::steady_clock::now() noexcept 
     return time_point(std::chrono::seconds(now.tv_sec) + std::chrono::nanoseconds(now.tv_nsec));
 }
 
-extern "C" int nanosleep(const timespec*, timespec*) {
-    ++faults::sleeps;
+extern "C" int nanosleep(const timespec* time, timespec*) {
+    const std::int64_t nanoseconds = time->tv_sec * faults::second + time->tv_nsec;
+    faults::slept += nanoseconds;
+    faults::outcome.secondsWaited += static_cast<double>(nanoseconds) / faults::second;
     return 0;
 }
 
@@ -268,8 +275,9 @@ extern "C" int clock_nanosleep(clockid_t clock, int, const timespec* until, time
         return EINTR;
     timespec now{};
     ::clock_gettime(clock, &now);
-    faults::outcome.secondsSlept += std::lround(std::difftime(until->tv_sec, now.tv_sec) +
-                                                static_cast<double>(until->tv_nsec - now.tv_nsec) / 1e9);
-    ++faults::sleeps;
+    const std::int64_t nanoseconds =
+        (until->tv_sec - now.tv_sec) * faults::second + until->tv_nsec - now.tv_nsec;
+    faults::slept += nanoseconds;
+    faults::outcome.secondsSlept += std::lround(static_cast<double>(nanoseconds) / faults::second);
     return 0;
 }

@@ -35,6 +35,7 @@ struct Outcome {
     bool isUnflushed = false;   ///< a power failure could undo a part, or bring a name before its content
     bool isUnreserved = false;  ///< a file was overwritten before there was room for the new content
     long secondsSlept = 0;      ///< between two attempts
+    double secondsWaited = 0;   ///< for locks
 };
 
 void Begin(const Plan& plan) noexcept;

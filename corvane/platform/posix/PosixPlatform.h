@@ -83,6 +83,19 @@ private:
     posix::ProfileRun* m_outer;
 };
 
+/// While it lives, the writes of this thread wait for a lock that another process holds for a twentieth of a
+/// second, and no longer for a second. For further attempts at a write that has had its patience.
+class BriefWaits {
+public:
+    explicit BriefWaits(bool wanted) noexcept;
+    BriefWaits(const BriefWaits&) = delete;
+    BriefWaits& operator=(const BriefWaits&) = delete;
+    ~BriefWaits();
+
+private:
+    bool m_outer;
+};
+
 /// Reads from a private-profile file: a value, with a null tag the section's tag names, with a null section
 /// all section names. Results and truncation are those of the real operation; 0 with the reason in
 /// GetLastError when there is nothing. `defaultText` is used when nothing is there and it is not null.

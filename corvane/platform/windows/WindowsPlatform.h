@@ -94,6 +94,12 @@ int WritePrivateProfileStringA(const char* section, const char* tag, const char*
 /// was, also if the copy cannot take its place.
 int WritePrivateProfileChanges(const std::vector<ProfileChange>& changes, const char* file);
 
+/// Where further attempts at a write wait less for another program's lock. The real operations never wait.
+class BriefWaits {
+public:
+    explicit BriefWaits(bool) noexcept {}
+};
+
 /// Where a load is one picture of its file. The real operations look at the file for each read.
 class LoadScope {
 public:

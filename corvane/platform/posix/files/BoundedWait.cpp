@@ -1,15 +1,21 @@
+#include <corvane/platform/posix/PosixPlatform.h>
 #include <corvane/platform/posix/files/BoundedWait.h>
 
 #include <algorithm>
 #include <random>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
-namespace corvane::posix {
+namespace corvane {
 namespace {
 
 constexpr std::chrono::microseconds longestSleep{1000};
 constexpr std::chrono::milliseconds lateTime{800}; // before the end
+constexpr std::chrono::milliseconds patience{1000};
+constexpr std::chrono::milliseconds briefPatience{50};
+
+thread_local bool waitsAreBrief = false;
 
 // A seed of its own for every thread of every process, the two sides of a fork included.
 std::minstd_rand Generator() noexcept {
@@ -19,7 +25,17 @@ std::minstd_rand Generator() noexcept {
 
 } // namespace
 
-bool BoundedWait::Pause() noexcept {
+platform::BriefWaits::BriefWaits(bool wanted) noexcept
+    : m_outer(std::exchange(waitsAreBrief, waitsAreBrief || wanted)) {}
+
+platform::BriefWaits::~BriefWaits() {
+    waitsAreBrief = m_outer;
+}
+
+posix::BoundedWait::BoundedWait() noexcept
+    : m_end(Clock::now() + (waitsAreBrief ? briefPatience : patience)) {}
+
+bool posix::BoundedWait::Pause() noexcept {
     const auto left = m_end - Clock::now();
     if (left <= Clock::duration::zero())
         return false;
@@ -31,4 +47,4 @@ bool BoundedWait::Pause() noexcept {
     return true;
 }
 
-} // namespace corvane::posix
+} // namespace corvane
