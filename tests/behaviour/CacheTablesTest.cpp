@@ -1,9 +1,12 @@
 // The maps of the cache beside maps of the standard library, through random changes.
+#include <corvane/cache/NameHash.h>
 #include <corvane/cache/SectionMap.h>
 
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <map>
 #include <random>
+#include <set>
 #include <string>
 
 namespace {
@@ -105,6 +108,15 @@ TEST_F(CacheTables, KeepTheTagsOfEachSection) {
             ExpectSameOrder(SectionMap(sections), models);
     }
     ExpectSameOrder(sections, models);
+}
+
+TEST(Hash, DiffersFromProcessToProcess) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // as a program that starts anew
+    std::set<int> hashes;
+    const auto keep = [&hashes](int status) { return hashes.insert(status), true; };
+    for (int process = 0; process < 3; ++process)
+        EXPECT_EXIT(std::_Exit(corvane::HashIgnoringCase(CORVANE_TEXT("name")) & 0x7F), keep, "");
+    EXPECT_GT(hashes.size(), 1U);
 }
 
 } // namespace

@@ -333,6 +333,29 @@ TEST_F(Faults, OfSizeAreRefusedAboveALimit) {
     }
 }
 
+// Of the files that were read, those that are kept in memory are read again with fewer calls.
+TEST_F(Faults, AreFewerForAFileThatIsKeptButNotAllAreKept) {
+    const auto callsToRead = [](const std::string& file) {
+        char text[8];
+        faults::Begin({});
+        EXPECT_EQ(platform::GetPrivateProfileStringA("s", "a", nullptr, text, 8, file.c_str()), 1U);
+        return faults::End().calls;
+    };
+    for (const auto& [count, size] : {std::pair(100, 8U), std::pair(2, 70U << 20)}) {
+        std::vector<std::string> files;
+        for (int i = 0; i < count; ++i)
+            fs::resize_file(files.emplace_back(Make("f" + std::to_string(i), "[s]\na=1\n")), size);
+        ::usleep(50'000); // files that have just changed are read again
+        long first = 0;
+        for (const std::string& file : files)
+            first = callsToRead(file);
+        int kept = 0;
+        while (kept < count && callsToRead(files.rbegin()[kept]) < first)
+            ++kept;
+        EXPECT_TRUE(kept > 0 && kept < count) << kept;
+    }
+}
+
 TEST_F(Faults, OfAWriterWithoutALockDoNotTearARead) {
     const auto text = [](int version) { // which each line tells
         std::string lines = "[s]\n";
