@@ -13,6 +13,7 @@ DURABLE = ("GKeyFile", "QSettings")
 
 # Work, column of the comparison, unit, libraries to compare with.
 WORKS = [
+    ("load of a small file", "load small", "µs", FASTEST),
     ("load of 1k tags", "load 1k", "ms", FASTEST),
     ("load of 10k tags", "load 10k", "ms", FASTEST),
     ("load of 100k tags", "load 100k", "ms", FASTEST),

@@ -68,13 +68,16 @@ int Run(const Options& options) {
         std::cerr << session.folder << ": cannot be made, or is there already\n";
         return 1;
     }
-    const Workload tiny(1, 20);
+    const std::vector<Workload> smalls = {{1, 2}, {1, 6}, {2, 5}, {1, 15}, {3, 6}, {2, 12}, {4, 7}, {3, 12}};
     const Workload small(50, 20);
     const Workload medium(500, 20);
     const Workload flat(1, 10'000);
     const Workload large(5'000, 20);
     const Workload larger(25'000, 20);
-    if (!WriteFiles(session, {&tiny, &small, &medium, &flat, &large, &larger})) {
+    std::vector<const Workload*> all = {&small, &medium, &flat, &large, &larger};
+    for (const Workload& each : smalls)
+        all.push_back(&each);
+    if (!WriteFiles(session, all)) {
         std::cerr << "cannot write the files\n";
         return 1;
     }
@@ -83,7 +86,7 @@ int Run(const Options& options) {
     MeasureMemory(session, large, larger);
     LoadAndCheck(session, medium);
     MeasureLookUps(session, medium);
-    MeasureLoad(session, tiny, "load 20");
+    MeasureSmallLoads(session, smalls, "load small");
     MeasureLoad(session, small, "load 1k");
     MeasureLoad(session, medium, "load 10k");
     MeasureLoad(session, flat, "load 1x10k");

@@ -24,7 +24,7 @@ struct Table {
 
 const std::vector<Table> tables = {
     {"Load",
-     {{"load 20", "ms"},
+     {{"load small", "us"},
       {"load 1k", "ms"},
       {"load 10k", "ms"},
       {"load 100k", "ms"},

@@ -184,6 +184,25 @@ void LoadAndCheck(Session& session, const Workload& workload) {
     });
 }
 
+void MeasureSmallLoads(Session& session, const std::vector<Workload>& workloads, const std::string& what) {
+    constexpr int rounds = 50; // one load is too short to time
+    session.Measure(what, {5, 100, 1.5}, Anyone, [&](Subject& subject) {
+        std::vector<std::string> files;
+        for (const Workload& workload : workloads)
+            files.push_back(session.FileFor(workload, subject));
+        subject.peer->Reset();
+        const double start = Now();
+        for (int round = 0; round < rounds; ++round) {
+            for (const std::string& file : files) {
+                if (!subject.peer->Load(file))
+                    return -1.0;
+                subject.peer->Reset();
+            }
+        }
+        return (Now() - start) / rounds / static_cast<double>(files.size()) * 1e6;
+    });
+}
+
 void MeasureLoad(Session& session, const Workload& workload, const std::string& what) {
     const int loads =
         std::max(1, static_cast<int>(10'000 / workload.Size())); // a small one is too short to time

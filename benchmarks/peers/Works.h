@@ -14,6 +14,9 @@ void LoadAndCheck(Session& session, const Workload& workload);
 
 void MeasureLoad(Session& session, const Workload& workload, const std::string& what);
 
+/// The mean over several small files, which are loaded and freed in turns.
+void MeasureSmallLoads(Session& session, const std::vector<Workload>& workloads, const std::string& what);
+
 /// Hits, misses and the listing, on what is loaded.
 void MeasureLookUps(Session& session, const Workload& workload);
 

@@ -77,6 +77,7 @@ int ConfigManager::Initialize(const wchar* name, int reloadPolicy) {
     Log().logProgress(CORVANE_TEXT("loading config from '%s'"), name);
     const bool newName = !m_source || !SameConfiguration(*m_source, name);
     auto newCache = std::make_unique<SectionMap>();
+    const platform::LoadScope consistentView;
     std::shared_ptr<IConfigSource> newSource(CreateConfigSource(name));
     if (!newSource->IsReady())
         return FailLoad(CORVANE_TEXT("new configuration object is not ready"), __LINE__);
@@ -84,7 +85,6 @@ int ConfigManager::Initialize(const wchar* name, int reloadPolicy) {
     SectionMap preserved;
     PreserveCacheOnlyValues(preserved, *m_cache, newName);
 
-    const platform::LoadScope onePicture;
     std::vector<wstring> sections;
     if (!newSource->EnumerateSections(sections))
         return FailLoad(CORVANE_TEXT("failed to get sections from new config source"), __LINE__);

@@ -3,14 +3,16 @@
 #include <corvane/platform/Platform.h>
 #include <corvane/sources/ConfigFile.h>
 
+using corvane::wstring_view;
+
 ConfigFile::ConfigFile(const corvane::wchar* fileName) {
     constexpr int readAndWrite = 6;
     if (!fileName || !*fileName || platform::_waccess(fileName, readAndWrite) != 0)
         return;
     m_fileName = fileName;
     m_narrowFileName.Convert(fileName);
-    m_stateAtLoad = platform::ExamineFile(fileName);
     ConfigFile::UpdateModifyTime();
+    m_stateAtLoad = platform::ExamineFile(fileName);
 }
 
 const corvane::wchar* ConfigFile::GetConfigName() {
@@ -32,17 +34,24 @@ void ConfigFile::UpdateModifyTime() {
         m_modifyTime = info.st_mtime;
 }
 
-bool ConfigFile::ParseKey(const corvane::wstring& key, corvane::wstring& section, corvane::wstring& tag) {
-    if (key.empty())
-        return false;
-    section.clear();
-    tag.clear();
+bool ConfigFile::SplitKey(wstring_view key, wstring_view& section, wstring_view& tag) noexcept {
     const std::size_t colon = corvane::FindUnit(key, ':');
     if (colon == key.size())
         return false;
-    section.append(key, 0, colon);
-    tag.append(key, colon + 1);
+    section = key.substr(0, colon);
+    tag = key.substr(colon + 1);
     return true;
+}
+
+bool ConfigFile::ParseKey(const corvane::wstring& key, corvane::wstring& section, corvane::wstring& tag) {
+    if (key.empty())
+        return false;
+    wstring_view sectionPart;
+    wstring_view tagPart;
+    const bool isKey = SplitKey(key, sectionPart, tagPart);
+    section = sectionPart;
+    tag = tagPart;
+    return isKey;
 }
 
 void ConfigFile::SetWriteRetries(std::uint32_t count) {

@@ -3,7 +3,6 @@
 #include <corvane/foundations/FindUnit.h>
 #include <corvane/platform/Platform.h>
 #include <corvane/sources/ConfigFile.h>
-#include <corvane/sources/KeyParts.h>
 #include <corvane/sources/NarrowString.h>
 
 #include <cstring>
@@ -58,17 +57,16 @@ std::int32_t Fail(const char* function, std::int32_t line, const wchar* message 
 
 std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
     static constexpr const char* function = "ConfigFile::ReadValue";
-    if (!IsReady() || key.empty())
-        return Fail(function, __LINE__);
-    corvane::KeyParts parts;
-    if (!parts.Parse(*this, key))
+    wstring_view section;
+    wstring_view tag;
+    if (!IsReady() || !SplitKey(key, section, tag))
         return Fail(function, __LINE__);
 
     ReadBuffer buffer;
     value.clear();
     NarrowName narrowSection;
     NarrowName narrowTag;
-    if (!narrowSection.Convert(parts.section) || !narrowTag.Convert(parts.tag) || !m_narrowFileName.Get())
+    if (!narrowSection.Convert(section) || !narrowTag.Convert(tag) || !m_narrowFileName.Get())
         return Fail(function, __LINE__);
 
     for (;;) {
@@ -87,7 +85,7 @@ std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
             buffer.Double();
             continue;
         }
-        if (parts.section.empty() || parts.tag.empty())
+        if (section.empty() || tag.empty())
             ++count; // a name list: its final NUL belongs to it
         Utf8ToWide(buffer.Data(), count, value);
         return count;

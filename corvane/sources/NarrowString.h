@@ -41,11 +41,11 @@ public:
     ~NarrowName() = default;
 
     /// Takes the UTF-8 form of `name`. False when it cannot be made, and null then stays.
-    bool Convert(const corvane::wstring& name) {
+    bool Convert(corvane::wstring_view name) {
         if (name.empty())
             return true;
         if (name.size() > inlineUnits) {
-            const bool converted = m_long.Convert(name.c_str());
+            const bool converted = m_long.Convert(corvane::wstring(name).c_str());
             m_text = m_long.Get();
             return converted;
         }

@@ -378,5 +378,15 @@ TEST_F(Faults, OfAWriterWithoutALockDoNotTearARead) {
     } while (faults::End().struck);
 }
 
+TEST_F(Faults, AreFewThatALoadCanMeet) {
+    const wstring file = ToWide(Make("f", content));
+    ::usleep(50'000); // a file that has just changed is locked
+    ConfigManager manager;
+    faults::Begin({});
+    EXPECT_EQ(manager.Update(file.c_str(), -1), 0);
+    const long calls = 6; // access, stat, open, lock query, read and stat; a close is not counted
+    EXPECT_EQ(faults::End().calls, calls);
+}
+
 } // namespace
 } // namespace corvane::test

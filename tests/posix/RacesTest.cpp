@@ -4,6 +4,8 @@
 #include <corvane/config.h>
 #include <corvane/platform/posix/PosixPlatform.h>
 
+#include <atomic>
+#include <csignal>
 #include <random>
 #include <thread>
 
@@ -141,6 +143,34 @@ TEST_F(Races, ShowReadersTheOldOrTheNew) {
             ++seen[which];
         } while (::waitpid(writer, nullptr, WNOHANG) == 0);
         EXPECT_TRUE(seen[0] > 0 && seen[1] > 0);
+    }
+}
+
+// Each child has a duplicate of the descriptor that the reader had open at that moment.
+TEST_F(Races, OfReadersAndForksLeaveNoLock) {
+    const std::string file = Make("f", "[s]\nv=1\n");
+    std::atomic<long> reads{0};
+    std::atomic<bool> done{false};
+    std::thread reader([&] {
+        for (char text[8] = ""; !done; ++reads) {
+            ::chmod(file.c_str(), 0600); // so that it has just changed, and is locked
+            const corvane::platform::LoadScope load;
+            corvane::platform::GetPrivateProfileStringA("s", "v", nullptr, text, sizeof text, file.c_str());
+        }
+    });
+    std::vector<pid_t> children;
+    for (int i = 0; i < 40; ++i) {
+        for (const long before = reads; reads == before;)
+            std::this_thread::yield();
+        children.push_back(Fork([] { return static_cast<int>(::alarm(60)) + ::pause(); }));
+    }
+    done = true;
+    reader.join();
+    fs::create_hard_link(file, Path("hard")); // so that it is written in place
+    EXPECT_NE(corvane::platform::WritePrivateProfileStringA("s", "v", "2", file.c_str()), 0);
+    for (const pid_t child : children) {
+        ::kill(child, SIGKILL);
+        Wait(child);
     }
 }
 

@@ -179,5 +179,54 @@ TEST_F(ReadProfile, DoesNotTrustTheTimesOfAFreshFile) {
     EXPECT_TRUE(noticed);
 }
 
+TEST_F(ReadProfile, WaitsForAWriterInPlace) {
+    for (const bool isFresh : {true, false}) {
+        const std::string file = Make("f", "[a]\nb=old\n");
+        std::this_thread::sleep_for(std::chrono::milliseconds(isFresh ? 0 : 50));
+        const int descriptor = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
+        struct flock whole {};
+        whole.l_type = F_WRLCK;
+        ASSERT_EQ(::fcntl(descriptor, F_OFD_SETLK, &whole), 0);
+        std::thread writer([&] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+            EXPECT_EQ(::pwrite(descriptor, "new", 3, 6), 3);
+            ::close(descriptor);
+        });
+        EXPECT_EQ(Read("a", "b", file), "new");
+        writer.join();
+    }
+}
+
+TEST_F(ReadProfile, ShowsALoadOneViewOfItsFile) {
+    const std::string old = "[a]\nx=1\nloose\n[b]\ny=2\nX=3\nx=4\nz=5\n[A]\nx=6\n[c\xFF]\nx\xFF=7\nw=8\n";
+    const std::string file = Make("f", old), twin = Make("twin", old), other = Make("other", "[a]\nx=8\n");
+    const char* const sections[] = {nullptr, "", "a", "b", "A", "c\xEF\xBF\xBD", "none", " b "};
+    const char* const tags[] = {nullptr, "", "x", "y", "z", "X", "loose", "none", " z", "x\xEF\xBF\xBD", "w"};
+    {
+        const LoadScope load;
+        EXPECT_EQ(Read("a", "x", Path("missing")), ""); // keeps no file
+        EXPECT_EQ(Read("a", "x", file), "1");           // keeps this one
+        fs::rename(Make("next", "[a]\nx=9\n"), file);
+        for (const char* section : sections) { // each tag after each other one
+            for (std::size_t i = 0; i < std::size(tags) * std::size(tags) * 2; ++i) {
+                const char* const tag =
+                    tags[(i % 2 == 0 ? i / 2 : i / 2 / std::size(tags)) % std::size(tags)];
+                ASSERT_EQ(Read(section, tag, file), Read(section, tag, twin))
+                    << testing::PrintToString(section) << testing::PrintToString(tag);
+            }
+        }
+        EXPECT_EQ(Read("a", "x", other), "8");
+        Make("other", "[a]\nx=0\n");
+        EXPECT_EQ(Read("a", "x", other), "0");
+        std::thread([&] { EXPECT_EQ(Read("a", "x", file), "9"); }).join();
+        {
+            const LoadScope inner;
+            EXPECT_EQ(Read("a", "x", file), "9");
+        }
+        EXPECT_EQ(Read("a", "x", file), "1");
+    }
+    EXPECT_EQ(Read("a", "x", file), "9");
+}
+
 } // namespace
 } // namespace corvane

@@ -4,8 +4,6 @@
 
 namespace corvane {
 
-using platform::CRITICAL_SECTION;
-
 namespace {
 
 // Tries rarely, with some calls of the system in between: each try takes the lock away from the cache of the

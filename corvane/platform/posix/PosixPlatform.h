@@ -16,7 +16,7 @@
 struct __utimbuf64;
 
 namespace corvane::posix {
-class ProfileRun;
+class LoadCursor;
 }
 
 namespace corvane::platform {
@@ -68,9 +68,8 @@ int _wutime64(const wchar* path, const __utimbuf64* times) noexcept;
 /// not copied onto itself (ERROR_SHARING_VIOLATION). Non-zero on success.
 int CopyFileW(const wchar* from, const wchar* to, int failIfExists) noexcept;
 
-/// While it lives, those reads of this thread that go through a file as a load does, from the list of
-/// sections on, are answered from one picture of the file. Other reads look at the file themselves. Scopes
-/// may nest.
+/// While it lives, this thread's reads of one file, the first that it reads, show one consistent view of that
+/// file, whoever writes to it meanwhile. Reads of other files, and those in a scope within, are not affected.
 class LoadScope {
 public:
     LoadScope();
@@ -78,9 +77,15 @@ public:
     LoadScope& operator=(const LoadScope&) = delete;
     ~LoadScope();
 
+    /// Spares the first read of `file` in this thread's scope, if it has one, a look at the file's status.
+    static void NoteStatus(const char* file, const _stat64& status);
+
+    /// Gives the status noted for `file`. False when there is none, or the scope has read its file.
+    static bool RecallStatus(const char* file, _stat64& status) noexcept;
+
 private:
-    std::unique_ptr<posix::ProfileRun> m_run;
-    posix::ProfileRun* m_outer;
+    std::unique_ptr<posix::LoadCursor> m_cursor;
+    posix::LoadCursor* m_outer;
 };
 
 /// While it lives, the writes of this thread wait for a lock that another process holds for a twentieth of a

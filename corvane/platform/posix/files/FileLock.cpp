@@ -11,12 +11,18 @@ using namespace platform;
 
 namespace {
 
-// Belongs to the open file, not to the process: threads exclude each other too, and another descriptor of the
-// same file may be closed meanwhile. From the start to the end that the file has at any time.
-int SetContentLock(int descriptor, short type) noexcept {
+// From the start to the end that the file has at any time.
+struct flock WholeFile(short type) noexcept {
     struct flock whole {};
     whole.l_type = type;
     whole.l_whence = SEEK_SET;
+    return whole;
+}
+
+// Belongs to the open file, not to the process: threads exclude each other too, and another descriptor of the
+// same file may be closed meanwhile.
+int SetContentLock(int descriptor, short type) noexcept {
+    struct flock whole = WholeFile(type);
     return ::fcntl(descriptor, F_OFD_SETLK, &whole);
 }
 
@@ -50,6 +56,11 @@ ulong ContentLock::Take(int descriptor, Kind kind) noexcept {
     }
     m_descriptor = descriptor;
     return ERROR_SUCCESS;
+}
+
+bool ContentLock::MayBeHeldAlone(int descriptor) noexcept {
+    struct flock whole = WholeFile(F_RDLCK);
+    return ::fcntl(descriptor, F_OFD_GETLK, &whole) != 0 || whole.l_type != F_UNLCK;
 }
 
 ContentLock::~ContentLock() {

@@ -30,6 +30,9 @@ public:
     /// ERROR_SHARING_VIOLATION when the lock is not free within about a second.
     ulong Take(int descriptor, Kind kind) noexcept;
 
+    /// Whether somebody may hold the lock alone at this moment. Takes nothing.
+    static bool MayBeHeldAlone(int descriptor) noexcept;
+
 private:
     int m_descriptor = -1;
 };

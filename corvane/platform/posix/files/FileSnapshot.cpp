@@ -21,21 +21,6 @@ bool SameTime(const timespec& a, const timespec& b) noexcept {
     return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
 }
 
-// Whether the content was read while nothing changed, in `stable`.
-ulong ReadOnce(int descriptor, FileSnapshot& snapshot, bool& stable) {
-    struct stat before {};
-    struct stat after {};
-    const std::int64_t now = CoarseNow();
-    if (const ulong error = ReadWholeFile(descriptor, snapshot.content, before))
-        return error;
-    if (::fstat(descriptor, &after) != 0)
-        return ErrorFromErrno(errno);
-    snapshot.stamp = FileStamp(after);
-    snapshot.settled = HasSettled(Nanoseconds(snapshot.stamp.changed), now);
-    stable = snapshot.stamp == FileStamp(before);
-    return ERROR_SUCCESS;
-}
-
 } // namespace
 
 bool operator==(const FileStamp& a, const FileStamp& b) noexcept {
@@ -43,18 +28,30 @@ bool operator==(const FileStamp& a, const FileStamp& b) noexcept {
            SameTime(a.modified, b.modified) && SameTime(a.changed, b.changed);
 }
 
-ulong ReadSnapshot(const char* path, FileSnapshot& snapshot) {
+ulong ReadSnapshot(const char* path, struct stat status, FileSnapshot& snapshot) {
+    if (!S_ISREG(status.st_mode)) // not even opened: that alone sets some devices going
+        return ERROR_ACCESS_DENIED;
+    const FileHandle file(::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (!file)
+        return ErrorOfPath(path, errno);
+    ContentLock lock;
     constexpr int tries = 8;
     for (int i = 0; i < tries; ++i) {
-        const FileHandle file(::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-        if (!file)
-            return ErrorOfPath(path, errno);
-        ContentLock lock;
-        if (const ulong error = lock.Take(file.Get(), ContentLock::Kind::Shared))
+        const std::int64_t now = CoarseNow();
+        snapshot.stamp = FileStamp(status);
+        snapshot.racy = !HasSettled(Nanoseconds(snapshot.stamp.changed), now);
+        // A change from here on shows in the stamp unless that is racy. So a lock is needed only then, or to
+        // wait for a change that has begun.
+        if (snapshot.racy || ContentLock::MayBeHeldAlone(file.Get())) {
+            if (const ulong error = lock.Take(file.Get(), ContentLock::Kind::Shared))
+                return error;
+        }
+        if (const ulong error = ReadWholeFile(file.Get(), status, snapshot.content))
             return error;
-        bool stable = false;
-        if (const ulong error = ReadOnce(file.Get(), snapshot, stable); error || stable)
-            return error;
+        if (::fstat(file.Get(), &status) != 0)
+            return ErrorFromErrno(errno);
+        if (snapshot.stamp == FileStamp(status))
+            return ERROR_SUCCESS;
     }
     return ERROR_SHARING_VIOLATION;
 }

@@ -1,4 +1,4 @@
-// One undivided picture of a file, and the means to tell whether the file has changed since.
+// A consistent view of a file, and the means to tell whether the file has changed since.
 #pragma once
 
 #include <corvane/foundations/WideString.h>
@@ -9,7 +9,7 @@
 
 namespace corvane::posix {
 
-/// What `stat` tells of a file's identity and state.
+/// A file's identity and state, as `stat` reports them.
 struct FileStamp {
     dev_t device = 0;
     ino_t inode = 0;
@@ -28,18 +28,18 @@ bool operator==(const FileStamp& a, const FileStamp& b) noexcept;
 struct FileSnapshot {
     FileText content;
     FileStamp stamp;
-    /// Whether every later change shows in the stamp. False when the file changed so shortly before it was
-    /// read that one more change could have got the same time.
-    bool settled = false;
+    /// Whether the timestamp is racy: the file changed so shortly before it was read that a later change
+    /// could get the same time, and would not show in the stamp.
+    bool racy = true;
 };
 
-/// Reads the regular file at `path` (UTF-8) as it stood at one moment: while a writer holds its lock on the
-/// file the read waits, for a second at most (ERROR_SHARING_VIOLATION), and a file that changes under the
-/// read is read again. Never blocks on a pipe or device. Returns ERROR_SUCCESS or the platform's error
-/// number.
-ulong ReadSnapshot(const char* path, FileSnapshot& snapshot);
+/// Reads the regular file at `path` (UTF-8) as it stood at one moment. `status` is the path's from just
+/// before: a file that has changed since then, or changes during the read, is read again. The read waits for
+/// a writer that holds its lock on the file, for a second at most (ERROR_SHARING_VIOLATION). It never blocks
+/// on a pipe or device. Returns ERROR_SUCCESS or the platform's error number.
+ulong ReadSnapshot(const char* path, struct stat status, FileSnapshot& snapshot);
 
-/// The platform's number for an `errno` value that came of opening or examining `path`: for ENOENT it tells a
+/// The platform's number for an `errno` value from opening or examining `path`: for ENOENT it distinguishes a
 /// missing folder from a missing file.
 ulong ErrorOfPath(const char* path, int error);
 

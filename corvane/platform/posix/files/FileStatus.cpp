@@ -1,4 +1,5 @@
 #include <corvane/platform/posix/PosixPlatform.h>
+#include <corvane/platform/posix/files/FileTime.h>
 
 #include <cerrno>
 #include <fcntl.h>
@@ -37,7 +38,33 @@ int platform::_waccess(const wchar* path, int mode) noexcept {
 }
 
 int platform::_wstat64(const wchar* path, _stat64* info) noexcept {
-    return WithPath(path, [info](const char* name) { return ::stat(name, info); });
+    return WithPath(path, [info](const char* name) {
+        const int result = ::stat(name, info);
+        if (result == 0)
+            LoadScope::NoteStatus(name, *info);
+        return result;
+    });
+}
+
+// The status that a load has noted will do: the content is read after this.
+FileState platform::ExamineFile(const wchar* path) noexcept {
+    FileState state;
+    const std::int64_t now = posix::CoarseNow();
+    _stat64 status{};
+    const auto examine = [&status](const char* name) {
+        return LoadScope::RecallStatus(name, status) ? 0 : ::stat(name, &status);
+    };
+    if (WithPath(path, examine) != 0) {
+        state.error = static_cast<ulong>(errno);
+        return state;
+    }
+    state.volume = status.st_dev;
+    state.file = status.st_ino;
+    state.size = static_cast<std::uint64_t>(status.st_size);
+    state.modified = posix::Nanoseconds(status.st_mtim);
+    state.changed = posix::Nanoseconds(status.st_ctim);
+    state.settled = HasSettled(state.changed, now);
+    return state;
 }
 
 } // namespace corvane

@@ -11,13 +11,13 @@ namespace corvane {
 using namespace platform;
 
 ulong posix::ReadWholeFile(int descriptor, FileText& content) {
-    struct stat before {};
-    return ReadWholeFile(descriptor, content, before);
-}
-
-ulong posix::ReadWholeFile(int descriptor, FileText& content, struct stat& status) {
+    struct stat status {};
     if (::fstat(descriptor, &status) != 0)
         return ErrorFromErrno(errno);
+    return ReadWholeFile(descriptor, status, content);
+}
+
+ulong posix::ReadWholeFile(int descriptor, const struct stat& status, FileText& content) {
     if (!S_ISREG(status.st_mode))
         return ERROR_ACCESS_DENIED;
     if (status.st_size > off_t{maximumFileSize})

@@ -17,7 +17,7 @@ inline constexpr std::size_t maximumFileSize = std::size_t{1} << 30;
 /// memory.
 ulong ReadWholeFile(int descriptor, FileText& content);
 
-/// The same, with the file's status as it was before the first byte was read.
-ulong ReadWholeFile(int descriptor, FileText& content, struct stat& before);
+/// The same for a file whose status is known.
+ulong ReadWholeFile(int descriptor, const struct stat& status, FileText& content);
 
 } // namespace corvane::posix

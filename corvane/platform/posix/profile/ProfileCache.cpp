@@ -21,22 +21,20 @@ ulong ProfileCache::Load(const char* path, std::shared_ptr<const ProfileIndex>& 
         Forget(path);
         return ErrorOfPath(path, error);
     }
-    if (!S_ISREG(status.st_mode)) // not even opened: that alone sets some devices going
-        return ERROR_ACCESS_DENIED;
-    auto [settled, kept] = Find(path, FileStamp(status));
-    if (settled) {
+    auto [valid, kept] = Find(path, FileStamp(status));
+    if (valid) {
         profile = std::move(kept);
         return ERROR_SUCCESS;
     }
 
     FileSnapshot snapshot;
-    if (const ulong error = ReadSnapshot(path, snapshot)) {
+    if (const ulong error = ReadSnapshot(path, status, snapshot)) {
         Forget(path);
         return error;
     }
     if (!kept || kept->Content() != snapshot.content.View())
         kept = std::make_shared<const ProfileIndex>(std::move(snapshot.content));
-    Keep({path, snapshot.stamp, snapshot.settled, kept});
+    Keep({path, snapshot.stamp, snapshot.racy, kept});
     profile = std::move(kept);
     return ERROR_SUCCESS;
 }
@@ -47,13 +45,13 @@ ProfileCache::Found ProfileCache::Find(const char* path, const FileStamp& stamp)
     if (entry == m_entries.end())
         return {};
     m_entries.splice(m_entries.begin(), m_entries, entry);
-    return {entry->settled && entry->stamp == stamp, entry->profile};
+    return {!entry->racy && entry->stamp == stamp, entry->profile};
 }
 
 void ProfileCache::Keep(Entry entry) {
     std::list<Entry> kept;
     kept.push_back(std::move(entry));
-    // What is displaced is freed behind the lock.
+    // What is displaced is freed after the lock is released.
     std::list<Entry> displaced;
     const std::lock_guard guard(m_lock);
     if (const auto old = Position(kept.front().path.c_str()); old != m_entries.end())
@@ -73,13 +71,6 @@ void ProfileCache::Forget(const char* path) {
     std::list<Entry> displaced;
     const std::lock_guard guard(m_lock);
     if (const auto old = Position(path); old != m_entries.end())
-        displaced.splice(displaced.begin(), m_entries, old);
-}
-
-void ProfileCache::Forget(const char* path, const Profile& profile) {
-    std::list<Entry> displaced;
-    const std::lock_guard guard(m_lock);
-    if (const auto old = Position(path); old != m_entries.end() && old->profile == profile)
         displaced.splice(displaced.begin(), m_entries, old);
 }
 

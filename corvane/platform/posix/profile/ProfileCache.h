@@ -14,18 +14,15 @@ namespace corvane::posix {
 
 /// Keeps a few parsed profiles, the one used last in front, and hands out only what the file holds at the
 /// time of the call. Bounded in count and in bytes; a single profile above the bound is kept alone, so that a
-/// load of a huge file does not parse it once for each tag. Any thread may call; files are read outside the
-/// lock.
+/// program that reads tag by tag does not parse a huge file for each. Any thread may call; files are read
+/// outside the lock.
 class ProfileCache {
 public:
     /// The cache of the process. It is never destroyed: static objects may read as they come up and go down.
     static ProfileCache& Instance();
 
-    /// Gives the profile at `path` (UTF-8). Returns ERROR_SUCCESS, or the reason with `profile` untouched.
+    /// Gives the profile at `path` (UTF-8). Returns ERROR_SUCCESS, or the error with `profile` untouched.
     ulong Load(const char* path, std::shared_ptr<const ProfileIndex>& profile);
-
-    /// Lets go of what is kept for `path`, if it is `profile`.
-    void Forget(const char* path, const std::shared_ptr<const ProfileIndex>& profile);
 
 private:
     using Profile = std::shared_ptr<const ProfileIndex>;
@@ -33,7 +30,7 @@ private:
     struct Entry {
         std::string path;
         FileStamp stamp;
-        bool settled = false;
+        bool racy = true;
         Profile profile;
     };
 

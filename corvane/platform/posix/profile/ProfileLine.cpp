@@ -219,8 +219,4 @@ std::uint32_t HashName(std::string_view name) noexcept {
     return (all & each * 0x80) == 0 ? hash.Get() : HashByCharacter(name);
 }
 
-bool IsUtf16(std::string_view text) noexcept {
-    return text.substr(0, 2) == "\xFF\xFE" || text.substr(0, 2) == "\xFE\xFF";
-}
-
 } // namespace corvane::posix

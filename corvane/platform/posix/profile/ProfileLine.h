@@ -74,6 +74,8 @@ bool SameName(std::string_view a, std::string_view b) noexcept;
 std::uint32_t HashName(std::string_view name) noexcept;
 
 /// Whether the text begins with a UTF-16 byte-order mark: such a file reads as nothing and is never written.
-bool IsUtf16(std::string_view text) noexcept;
+inline bool IsUtf16(std::string_view text) noexcept {
+    return text.substr(0, 2) == "\xFF\xFE" || text.substr(0, 2) == "\xFE\xFF";
+}
 
 } // namespace corvane::posix

@@ -1,12 +1,10 @@
 #include <corvane/platform/posix/Errors.h>
 #include <corvane/platform/posix/PosixPlatform.h>
-#include <corvane/platform/posix/profile/ProfileCache.h>
+#include <corvane/platform/posix/profile/ProfileCursor.h>
 #include <corvane/platform/posix/profile/ProfileLine.h>
-#include <corvane/platform/posix/profile/ProfileRun.h>
 
 #include <algorithm>
 #include <cstring>
-#include <memory>
 #include <string_view>
 
 namespace corvane {
@@ -14,10 +12,10 @@ namespace corvane {
 using namespace platform;
 using namespace posix;
 
-namespace {
-
 using Section = ProfileIndex::Section;
 using Line = ProfileIndex::Line;
+
+namespace {
 
 // A list of texts in the caller's buffer of at least one byte: each ends with a NUL, and one more NUL ends
 // the list.
@@ -109,40 +107,6 @@ ulong ListLines(const ProfileIndex& profile, const Section& section, char* buffe
     return list.Finish();
 }
 
-// Null, with the reason in GetLastError, when the file cannot be read.
-std::shared_ptr<const ProfileIndex> OpenProfile(const char* file) {
-    std::shared_ptr<const ProfileIndex> profile;
-    ulong error = file ? ProfileCache::Instance().Load(file, profile) : ERROR_INVALID_PARAMETER;
-    if (profile && IsUtf16(profile->Content())) {
-        profile.reset();
-        error = ERROR_INVALID_DATA;
-    }
-    platform::SetLastError(error);
-    return profile;
-}
-
-const Section* SectionOf(const ProfileIndex& profile, const char* name) noexcept {
-    const Section* section = name ? profile.FindSection(TrimBlanks(name)) : nullptr;
-    if (!section)
-        platform::SetLastError(ERROR_FILE_NOT_FOUND);
-    return section;
-}
-
-// What a run has come to.
-ulong Answer(ProfileRun& run, const ProfileIndex& profile, char* buffer, ulong size) {
-    platform::SetLastError(ERROR_SUCCESS);
-    ulong result = 0;
-    if (!run.CurrentSection())
-        result = ListSections(profile, buffer, size);
-    else if (const Line* const line = run.CurrentLine())
-        result = CopyText(WithoutQuotes(profile.Value(*line)), buffer, size);
-    else
-        result = ListTags(profile, *run.CurrentSection(), buffer, size);
-    const bool cut = result + 2 >= size; // to the caller, who asks again with a larger buffer
-    run.Answered(profile, cut);
-    return result;
-}
-
 ulong NothingThere(const char* defaultText, bool isList, char* buffer, ulong size) noexcept {
     if (!defaultText && isList)
         return ListWriter(buffer, size).Finish();
@@ -157,36 +121,25 @@ ulong platform::GetPrivateProfileStringA(const char* section, const char* tag, c
                                          char* buffer, ulong size, const char* file) {
     if (!buffer || size == 0)
         return 0;
-    ProfileRun* const run = ProfileRun::OfThisThread();
-    if (const auto* const profile = run ? run->Continue(file, section, tag) : nullptr)
-        return Answer(*run, *profile, buffer, size);
-    const bool isList = !section || !tag;
-    const auto profile = OpenProfile(file);
-    if (!profile)
-        return NothingThere(defaultText, isList, buffer, size);
-    if (!section && run) {
-        run->Begin(file, profile);
-        return Answer(*run, *profile, buffer, size);
-    }
-    if (!section)
-        return ListSections(*profile, buffer, size);
-    const Section* const found = SectionOf(*profile, section);
-    if (!found)
-        return NothingThere(defaultText, isList, buffer, size);
-    if (!tag)
-        return ListTags(*profile, *found, buffer, size);
-    if (const Line* const line = profile->FindTag(*found, TrimBlanks(tag)))
-        return CopyText(WithoutQuotes(profile->Value(*line)), buffer, size);
-    platform::SetLastError(ERROR_FILE_NOT_FOUND);
-    return NothingThere(defaultText, isList, buffer, size);
+    ProfileCursor single;
+    ProfileCursor* const cursor = ProfileCursor::Open(file, single);
+    if (cursor && !section)
+        return ListSections(cursor->Profile(), buffer, size);
+    const Section* const found = cursor ? cursor->FindSection(section) : nullptr;
+    if (found && !tag)
+        return ListTags(cursor->Profile(), *found, buffer, size);
+    if (const Line* const line = found ? cursor->FindTag(tag) : nullptr)
+        return CopyText(WithoutQuotes(cursor->Profile().Value(*line)), buffer, size);
+    return NothingThere(defaultText, !section || !tag, buffer, size);
 }
 
 ulong platform::GetPrivateProfileSectionA(const char* section, char* buffer, ulong size, const char* file) {
     if (!buffer || size == 0)
         return 0;
-    const auto profile = OpenProfile(file);
-    const Section* const found = profile ? SectionOf(*profile, section) : nullptr;
-    return found ? ListLines(*profile, *found, buffer, size) : ListWriter(buffer, size).Finish();
+    ProfileCursor single;
+    ProfileCursor* const cursor = ProfileCursor::Open(file, single);
+    const Section* const found = cursor ? cursor->FindSection(section ? section : "") : nullptr;
+    return found ? ListLines(cursor->Profile(), *found, buffer, size) : ListWriter(buffer, size).Finish();
 }
 
 } // namespace corvane

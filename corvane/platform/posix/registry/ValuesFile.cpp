@@ -26,7 +26,9 @@ FileHandle OpenFile(const KeyFolder& key, int access) noexcept {
 
 ulong ParseFile(const FileHandle& file, RegistryValues& content, struct stat& status) {
     FileText text;
-    if (const ulong error = ReadWholeFile(file.Get(), text, status))
+    if (::fstat(file.Get(), &status) != 0)
+        return ErrorFromErrno(errno);
+    if (const ulong error = ReadWholeFile(file.Get(), status, text))
         return error;
     if (text.Size() > largestFile)
         return ERROR_FILE_TOO_LARGE;
