@@ -8,7 +8,9 @@
 inline constexpr const corvane::wchar* configChannel = CORVANE_TEXT("corvane.config");
 
 /// Logs the failure `code` of `function` ("ConfigFile::WriteValue") at source line `line`, with `message` if
-/// it is not null. Returns `code`. Takes no lock, allocates nothing, never fails; safe from any thread.
+/// it is not null. Returns `code`. Never fails; safe from any thread. Allocates nothing and takes no lock
+/// of the library, except that a log sink is looked up under a lock and that a line of more than 512
+/// characters needs memory, without which it is lost.
 std::int32_t failure_report(std::int32_t code, const corvane::wchar* message, const corvane::wchar* channel,
                             const char* function, std::int32_t line);
 

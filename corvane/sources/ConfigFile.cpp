@@ -19,6 +19,11 @@ const corvane::wchar* ConfigFile::GetConfigName() {
     return m_fileName.c_str();
 }
 
+// Tried again if memory was lacking before: a file that can be written is one that can be read.
+bool ConfigFile::HasNarrowFileName() {
+    return m_narrowFileName.Get() || m_narrowFileName.Convert(m_fileName.c_str());
+}
+
 bool ConfigFile::IsReady() {
     return !m_fileName.empty();
 }

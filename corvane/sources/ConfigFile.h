@@ -33,6 +33,7 @@ public:
 private:
     static bool SplitKey(corvane::wstring_view key, corvane::wstring_view& section,
                          corvane::wstring_view& tag) noexcept;
+    bool HasNarrowFileName();
     static void Utf8ToWide(const char* text, std::int32_t length, corvane::wstring& result);
     static bool SplitNameList(const corvane::wstring& list, std::vector<corvane::wstring>& names);
     std::int32_t WritePrivateProfileStringWithRetry(const char* section, const char* tag, const char* value,
@@ -43,6 +44,6 @@ private:
 
     corvane::wstring m_fileName;
     corvane::FileState m_stateAtLoad;
-    NarrowString m_narrowFileName; // for the reads, which are many; null if it could not be made
+    NarrowString m_narrowFileName; // for the reads, which are many; null until it could be made
     std::uint32_t m_writeRetries = 30;
 };

@@ -66,7 +66,7 @@ std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
     value.clear();
     NarrowName narrowSection;
     NarrowName narrowTag;
-    if (!narrowSection.Convert(section) || !narrowTag.Convert(tag) || !m_narrowFileName.Get())
+    if (!narrowSection.Convert(section) || !narrowTag.Convert(tag) || !HasNarrowFileName())
         return Fail(function, __LINE__);
 
     for (;;) {
@@ -102,7 +102,7 @@ std::int32_t ConfigFile::ReadSection(const wstring& section, wstring& text) {
     NarrowString narrowSection;
     if (!narrowSection.Convert(section.c_str()))
         return Fail(function, __LINE__, section.c_str());
-    if (!m_narrowFileName.Get())
+    if (!HasNarrowFileName())
         return Fail(function, __LINE__, m_fileName.c_str());
 
     for (;;) {

@@ -3,7 +3,8 @@
 #include "support/StateOf.h"
 
 #include <corvane/cache/TagMap.h>
-#include <corvane/sources/IConfigSource.h>
+#include <corvane/foundations/FailureReport.h>
+#include <corvane/sources/CreateConfigSource.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -100,6 +101,38 @@ TEST_F(Allocation, FailingChangesNothing) {
     });
     FailEachAllocation([this] { return manager.DeleteValue(key) + manager.Exists(key); });
     FailEachAllocation([&] { return manager.RestoreSnapshot(snapshot); });
+}
+
+TEST_F(Allocation, FailingLeavesNoSourceThatOnlyWrites) {
+    const wstring path = WidePath(file);
+    bool isReady = false;
+    for (long count = 0; !isReady || count < 10; ++count) {
+        std::unique_ptr<IConfigSource> source;
+        allowed = count;
+        try {
+            source.reset(CreateConfigSource(path.c_str()));
+        } catch (const std::bad_alloc&) {
+        }
+        allowed = -1;
+        isReady = source && source->IsReady();
+        wstring text;
+        EXPECT_TRUE(!isReady || (source->ReadValue(key, text) == 3000 && text.size() == 3000)) << count;
+    }
+}
+
+TEST_F(Allocation, IsNotNeededToReport) {
+    Quillon::NativeLogging::LoggerRegistry::setSink({}); // standard error
+    for (const bool isLacking : {false, true}) {
+        testing::internal::CaptureStderr();
+        const long before = allocations;
+        allowed = isLacking ? 0 : -1;
+        const auto code = failure_report(5, value.c_str(), configChannel, "F::G", 1);
+        allowed = -1;
+        EXPECT_EQ(allocations, before);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(),
+                  "corvane.config: Error 5 \"" + corvane::ToUtf8(value) + "\" at func: F::G line: 1\n");
+        EXPECT_EQ(code, 5);
+    }
 }
 
 TEST_F(Allocation, ReusesTheRoomOfWhatIsGone) {

@@ -1,3 +1,4 @@
+#include <corvane/foundations/Utf.h>
 #include <corvane/platform/Platform.h>
 #include <corvane/platform/quillonlogging/LogOutput.h>
 
@@ -25,22 +26,39 @@ Output& TheOutput() {
 }
 
 std::atomic<Severity> leastUrgent{Severity::problem};
+std::atomic<bool> hasSink{false};
 thread_local bool inSink = false;
 
 void Refresh(const Output& output) noexcept {
     const Severity unset = output.sink ? Severity::trace : Severity::problem;
+    hasSink.store(output.sink != nullptr, std::memory_order_relaxed);
     leastUrgent.store(output.thresholdIsSet ? output.threshold : unset, std::memory_order_relaxed);
 }
 
 std::shared_ptr<const LogSink> CurrentSink() {
+    if (!hasSink.load(std::memory_order_relaxed))
+        return nullptr;
     Output& output = TheOutput();
     const std::lock_guard lock(output.mutex);
     return output.sink;
 }
 
+// In one piece, so that lines of several threads do not mix. Lack of memory is reported too, so that an
+// ordinary line needs none.
 void WriteToStandardError(const LogLine& line) {
-    const std::string text = ToUtf8(line.channel) + ": " + ToUtf8(line.text) + "\n";
-    std::fwrite(text.data(), 1, text.size(), stderr);
+    char buffer[2048];
+    std::unique_ptr<char[]> larger;
+    char* text = buffer;
+    if (const std::size_t most = (line.channel.size() + line.text.size()) * 3 + 3; most > sizeof buffer) {
+        larger.reset(new char[most]);
+        text = larger.get();
+    }
+    std::size_t size = utf::ToUtf8(line.channel, text);
+    text[size++] = ':';
+    text[size++] = ' ';
+    size += utf::ToUtf8(line.text, text + size);
+    text[size++] = '\n';
+    std::fwrite(text, 1, size, stderr);
 }
 
 struct SinkScope {

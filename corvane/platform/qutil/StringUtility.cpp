@@ -3,8 +3,8 @@
 #include <corvane/platform/WideFormat.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
+#include <new>
 
 namespace {
 
@@ -19,7 +19,7 @@ int stringCnv_wcsToUTF8Alloc(const corvane::wchar* text, char** result) noexcept
     const corvane::wstring_view wide = text;
     if (corvane::utf::HasLoneSurrogate(wide))
         return 1;
-    auto* const utf8 = static_cast<char*>(std::malloc(wide.size() * 3 + 1));
+    auto* const utf8 = new (std::nothrow) char[wide.size() * 3 + 1];
     if (!utf8)
         return 1;
     utf8[corvane::utf::ToUtf8(wide, utf8)] = '\0';
@@ -28,7 +28,7 @@ int stringCnv_wcsToUTF8Alloc(const corvane::wchar* text, char** result) noexcept
 }
 
 void string_freeA(char* text) noexcept {
-    std::free(text);
+    delete[] text;
 }
 
 int string_safeSprintfW(corvane::wchar* buffer, std::size_t capacity, const corvane::wchar* format,
