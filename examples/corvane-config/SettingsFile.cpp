@@ -1,8 +1,7 @@
 #include "SettingsFile.h"
 
 #include "Failure.h"
-
-#include <filesystem>
+#include "FileText.h"
 
 namespace {
 
@@ -37,16 +36,31 @@ Key ParseKey(const std::string& text) {
     return key;
 }
 
+std::string ReasonOf(const corvane::LoadResult& failed) {
+    std::string reason = failed.reason;
+    const std::size_t prefix = reason.find("'./");
+    return prefix == std::string::npos ? reason : reason.erase(prefix + 1, 2);
+}
+
 void Load(ConfigManager& config, const std::string& path) {
-    const std::filesystem::path file(corvane::ToWide(path));
     // Windows looks for a bare name in a folder of its own.
-    const auto loaded = corvane::Load(config, file.has_parent_path() ? path : "./" + path);
-    if (loaded)
-        return;
-    std::error_code unknown;
-    if (!std::filesystem::exists(file, unknown) && !unknown)
-        throw Failure(Refused, "'" + path + "' does not exist");
-    throw Failure(Refused, loaded.reason);
+    const std::string name = ToPath(path).has_parent_path() ? path : "./" + path;
+    if (const corvane::LoadResult loaded = corvane::Load(config, name); !loaded)
+        throw Failure(Refused, ReasonOf(loaded));
+}
+
+// Again while another program changes the file, or the values would be of two states of it.
+Settings SettingsFile::Read() {
+    corvane::FileWatch watch(m_config);
+    Settings settings = ReadSettings(m_config);
+    while (watch.Differs()) {
+        Settings again = ReadSettings(m_config);
+        const bool same = SameSettings(settings, again);
+        settings = std::move(again);
+        if (same)
+            break;
+    }
+    return settings;
 }
 
 const Tag* FindTag(const Settings& settings, const Key& key) {

@@ -20,13 +20,17 @@ Key ParseKeyOrSection(const std::string& text);
 /// Loads `path`. Throws Failure.
 void Load(ConfigManager& config, const std::string& path);
 
+/// The reason of a failure, with the path as it was given.
+std::string ReasonOf(const corvane::LoadResult& failed);
+
 class SettingsFile {
 public:
     /// Loads the file. Throws Failure.
     explicit SettingsFile(const std::string& path) { Load(m_config, path); }
 
     ConfigManager& Config() { return m_config; }
-    Settings Read() { return ReadSettings(m_config); }
+    /// What the file holds now, at one moment.
+    Settings Read();
 
 private:
     ConfigManager m_config;
