@@ -14,6 +14,7 @@ set(public_headers
   comfort/SnapshotGuard.h
   comfort/Values.h
   comfort/ValueText.h
+  comfort/WriteBatch.h
   config.h
   foundations/ApplicationConfigManager.h
   foundations/FailureCode.h
@@ -26,6 +27,7 @@ set(public_headers
   manager/ConfigManager.h
   platform/RegistryFolders.h
   registry/registry.h
+  sources/ConfigChange.h
   sources/IConfigSource.h
 )
 if(NOT WIN32)

@@ -7,3 +7,4 @@
 #include <corvane/comfort/Loading.h>
 #include <corvane/comfort/SnapshotGuard.h>
 #include <corvane/comfort/Values.h>
+#include <corvane/comfort/WriteBatch.h>

@@ -6,12 +6,9 @@
 namespace {
 
 bool MoveServer(ConfigManager& config, const std::string& address, int port) {
-    corvane::SnapshotGuard guard(config);
-    if (!guard || !corvane::Set(config, "Server:Address", address) ||
-        !corvane::Set(config, "Server:Port", port))
-        return false; // the guard takes back what was written
-    guard.Keep();
-    return true;
+    corvane::WriteBatch batch;
+    batch.Set("Server:Address", address).Set("Server:Port", port);
+    return corvane::Write(config, batch);
 }
 
 void Show(const char* file) {

@@ -37,4 +37,14 @@ void SectionMap::Erase(const Section& section) noexcept {
     m_sections.erase(m_sections.find(section.first));
 }
 
+void SectionMap::Replace(SectionMap& sections) noexcept {
+    m_order.clear();
+    while (!sections.m_sections.empty()) {
+        auto section = sections.m_sections.extract(sections.m_sections.begin());
+        m_sections.erase(section.key());
+        if (!section.mapped().Empty())
+            m_sections.insert(std::move(section));
+    }
+}
+
 } // namespace corvane

@@ -20,6 +20,7 @@ public:
     SectionMap& operator=(const SectionMap&) = delete;
     ~SectionMap() = default;
 
+    std::size_t Size() const noexcept { return m_sections.size(); }
     bool Empty() const noexcept { return m_sections.empty(); }
 
     /// The section, which stays where it is until it is erased, or null.
@@ -41,6 +42,10 @@ public:
     void InsertCopy(const wstring& name, const TagMap& tags);
 
     void Erase(const Section& section) noexcept;
+
+    /// Takes all sections of `sections`, each in the place of the one of its name; one without tags only
+    /// removes that. Cannot fail if there is room for those that are new.
+    void Replace(SectionMap& sections) noexcept;
 
 private:
     // Not noexcept: otherwise the standard library would hash again instead of keeping the results.

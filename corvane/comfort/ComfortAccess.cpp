@@ -24,6 +24,11 @@ int ComfortAccess::Write(ConfigManager& config, const FileEntry& entry) {
     return config._SetValue(entry.key, entry.value, entry.fileText, false);
 }
 
+int ComfortAccess::Write(ConfigManager& config, const std::vector<ConfigChange>& changes,
+                         const std::vector<ConfigChange>& forFile) {
+    return config._ApplyChanges(changes, forFile);
+}
+
 wstring ComfortAccess::ConfigName(const ConfigManager& config) {
     const ThreadLockGuard guard(ConfigManager::m_lock);
     return config.m_source ? config.m_source->GetConfigName() : wstring();

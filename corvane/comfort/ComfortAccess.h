@@ -17,6 +17,10 @@ public:
     /// nothing written, if the manager keeps the section in the cache alone. The result is SetValue's.
     static int Write(ConfigManager& config, const FileEntry& entry);
 
+    /// ApplyChanges, with `forFile` as what the file gets for the same keys.
+    static int Write(ConfigManager& config, const std::vector<ConfigChange>& changes,
+                     const std::vector<ConfigChange>& forFile);
+
     /// The name of what is loaded, or an empty one.
     static wstring ConfigName(const ConfigManager& config);
 

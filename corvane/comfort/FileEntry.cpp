@@ -61,8 +61,6 @@ FileEntry MakeDeletion(std::string_view key) {
     const std::size_t colon = entry.key.find(':');
     if (colon == wstring::npos || colon == 0)
         return Refused(noKey);
-    if (wstring_view(entry.key).substr(0, colon) == reservedSection)
-        return Refused("the section _$CACHE$_ is kept in the cache alone");
     return entry;
 }
 
@@ -86,6 +84,12 @@ FileEntry MakeFileEntry(std::string_view key, std::string_view value) {
     if (ToUtf8(entry.fileText) != fileText)
         return Refused("the value is not valid UTF-8");
     entry.value = ToWide(value);
+    return entry;
+}
+
+FileEntry ForFile(FileEntry entry) {
+    if (wstring_view(entry.key).substr(0, entry.key.find(':')) == reservedSection)
+        return Refused("the section _$CACHE$_ is kept in the cache alone");
     return entry;
 }
 

@@ -1,4 +1,4 @@
-// All or nothing for a series of changes: back to the file as it was, unless told otherwise.
+// Back to the file as it was, unless told otherwise.
 #pragma once
 
 #include <corvane/manager/ConfigManager.h>
@@ -8,8 +8,10 @@
 namespace corvane {
 
 /// Takes a snapshot of the file and restores it at the end of its scope, on whatever way out, unless Keep was
-/// called. The snapshot goes with the guard; it stays beside the file if it could not be restored, and the
-/// log says why. Changes that others make to the file meanwhile go back too.
+/// called: for trying settings out, in a file that only this program writes. It is not for saving several
+/// values: changes that others make to the file meanwhile are undone too, and a process that is killed
+/// restores nothing; WriteBatch is for that. The snapshot is removed with the guard; it stays beside the file
+/// if it could not be restored, and the log says why.
 class SnapshotGuard {
 public:
     /// `config`, which has a file loaded, has to outlive the guard.

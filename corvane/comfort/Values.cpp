@@ -19,11 +19,11 @@ void detail::ReportWrongForm(std::string_view key, std::string_view text, const 
 }
 
 std::string Refusal(std::string_view key, std::string_view text) {
-    return MakeFileEntry(key, text).refusal;
+    return ForFile(MakeFileEntry(key, text)).refusal;
 }
 
 bool Set(ConfigManager& config, std::string_view key, std::string_view text) {
-    const FileEntry entry = MakeFileEntry(key, text);
+    const FileEntry entry = ForFile(MakeFileEntry(key, text));
     if (!entry.refusal.empty())
         return detail::RefuseToSet(key, entry.refusal.c_str());
     return ComfortAccess::Write(config, entry) == 0;
@@ -34,7 +34,7 @@ bool detail::RefuseToSet(std::string_view key, const char* refusal) {
 }
 
 bool Delete(ConfigManager& config, std::string_view key) {
-    const FileEntry entry = MakeDeletion(key);
+    const FileEntry entry = ForFile(MakeDeletion(key));
     if (!entry.refusal.empty())
         return ReportRefusal("corvane::Delete", key, entry.refusal.c_str()) == 0;
     return config.Exists(entry.key) && config.DeleteValue(entry.key) == 0 && !config.Exists(entry.key);

@@ -5,6 +5,7 @@
 #include <corvane/foundations/FailureCode.h>
 #include <corvane/foundations/ThreadLock.h>
 #include <corvane/foundations/WideString.h>
+#include <corvane/sources/ConfigChange.h>
 
 #include <cstddef>
 #include <list>
@@ -103,6 +104,13 @@ public:
     /// tag whose value is empty in the file is not in the cache, and goes from the file all the same.
     int DeleteValue(const corvane::wstring& key);
 
+    /// Makes all changes or none, in their order: to the source in one step, and then to the cache. The last
+    /// change of a tag counts; deleting what is not there is no failure. A section that is in the cache alone
+    /// when this is called stays there, and the source is not asked for its changes. A change that SetValue
+    /// would refuse, or a deletion in the reserved section, refuses them all, and the log names its key.
+    /// While the file is busy it is tried again, as by SetValue. Lack of memory changes nothing either.
+    int ApplyChanges(const std::vector<corvane::ConfigChange>& changes);
+
     /// Adds the names of all sections at the end of `subKeys`, in the order of the cache. Returns its size.
     std::size_t EnumerateSubKeys(std::vector<corvane::wstring>& subKeys) const;
 
@@ -128,6 +136,8 @@ private:
     int _SetValue(const corvane::wstring& key, const corvane::wstring& value, bool cacheOnly);
     int _SetValue(const corvane::wstring& key, const corvane::wstring& value,
                   const corvane::wstring& sourceText, bool cacheOnly);
+    int _ApplyChanges(const std::vector<corvane::ConfigChange>& changes,
+                      const std::vector<corvane::ConfigChange>& forSource);
     bool ValidateCacheOnlyKey(const corvane::wstring& key, bool cacheOnly);
     void PreserveCacheOnlyValues(SectionMap& preserved, const SectionMap& cache, const bool& newName);
     void RestoreCacheOnlyValues(const SectionMap& preserved, SectionMap& cache);

@@ -26,6 +26,7 @@ public:
     std::int32_t RestoreSnapshot(const corvane::wstring& snapshotName) override;
     void SetWriteRetries(std::uint32_t count) override;
     std::uint32_t GetWriteRetries() override;
+    std::int32_t WriteChanges(const std::vector<corvane::ConfigChange>& changes) override;
 
     /// The file's state before anything of it was read.
     const corvane::FileState& StateAtLoad() const noexcept { return m_stateAtLoad; }

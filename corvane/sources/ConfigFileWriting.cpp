@@ -2,7 +2,10 @@
 #include <corvane/foundations/FailureReport.h>
 #include <corvane/platform/Platform.h>
 #include <corvane/sources/ConfigFile.h>
+#include <corvane/sources/NarrowChanges.h>
 #include <corvane/sources/NarrowString.h>
+
+#include <stdexcept>
 
 using corvane::wstring;
 
@@ -104,4 +107,42 @@ bool ConfigFile::DeleteValue(const wstring& key) {
     failure_report(LastError(), CORVANE_TEXT("WritePrivateProfileString"), configChannel,
                    "ConfigFile::DeleteValue", __LINE__);
     return false;
+}
+
+std::int32_t ConfigFile::WriteChanges(const std::vector<corvane::ConfigChange>& changes) {
+    const auto fail = [](const char* reason, const wstring& key, std::int32_t line) {
+        return failure_reportFormatted(FAILURE_GENERAL, CORVANE_TEXT("%S: '%s'"), configChannel,
+                                       "ConfigFile::WriteChanges", line, reason, key.c_str());
+    };
+    if (changes.empty())
+        return 1;
+    if (!IsReady())
+        return fail("not ready", changes.front().key, __LINE__);
+    NarrowChanges narrow;
+    wstring section;
+    wstring tag;
+    for (const auto& [key, value] : changes) {
+        try {
+            if (!ParseKey(key, section, tag))
+                section.clear();
+            narrow.Add(section, tag, value);
+        } catch (const std::invalid_argument& refusal) {
+            return fail(refusal.what(), key, __LINE__);
+        }
+    }
+
+    std::int32_t written = 0;
+    try {
+        written = Retry(m_writeRetries, [&] {
+            return platform::WritePrivateProfileChanges(narrow.Get(), m_narrowFileName.Get());
+        });
+    } catch (const std::exception& exception) {
+        return fail(exception.what(), m_fileName, __LINE__);
+    }
+    if (written != 0)
+        UpdateModifyTime();
+    else
+        failure_report(LastError(), CORVANE_TEXT("WritePrivateProfileChanges"), configChannel,
+                       "ConfigFile::WriteChanges", __LINE__);
+    return written;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <corvane/foundations/WideString.h>
+#include <corvane/sources/ConfigChange.h>
 
 #include <cstdint>
 #include <vector>
@@ -71,6 +72,11 @@ public:
     virtual void SetWriteRetries(std::uint32_t count) = 0;
     /// The present count.
     virtual std::uint32_t GetWriteRetries() = 0;
+
+    /// Makes all changes, one after the other, or none; of those of one tag the last counts. Neither 0 nor
+    /// FAILURE_GENERAL means that they were made; both of those mean that none was. Takes as long as the
+    /// retries last. A source that does not override it refuses.
+    virtual std::int32_t WriteChanges(const std::vector<corvane::ConfigChange>& changes);
 
     /// The store's modification time as the source last saw it, in seconds since 1970 UTC; 0 if it never did.
     std::int64_t GetModifyTime() const;

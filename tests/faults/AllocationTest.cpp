@@ -61,10 +61,11 @@ protected:
     }
 
     /// Runs `operation` with one allocation more each time, until it gives 0; before that the manager has to
-    /// stay as it was.
+    /// stay as it was, and the file too if both change as one.
     template <class Operation>
-    void FailEachAllocation(Operation operation) {
+    void FailEachAllocation(Operation operation, bool bothAsOne = false) {
         const auto before = StateOf(manager);
+        const std::string bytes = Bytes(file);
         int result = 1;
         for (long count = 0; result != 0; ++count) {
             allowed = count;
@@ -74,6 +75,7 @@ protected:
             }
             allowed = -1;
             ASSERT_TRUE(result == 0 ? count > 0 : StateOf(manager) == before) << count;
+            ASSERT_TRUE(!bothAsOne || (Bytes(file) == bytes) == (result != 0)) << count;
             ASSERT_TRUE(LockIsFree());
         }
     }
@@ -94,6 +96,15 @@ TEST_F(Allocation, FailingChangesNothing) {
         [this] { return manager.SetValue(CORVANE_TEXT("New section, long name:tag"), value); });
     FailEachAllocation(
         [this] { return manager.SetValue(CORVANE_TEXT("New cached one, long:tag"), value, true); });
+    const wstring longNames = CORVANE_TEXT("Another section, with a long name:and a tag with one");
+    const std::vector<corvane::ConfigChange> changes{{CORVANE_TEXT("Another section:"), {}},
+                                                     {key, value + value},
+                                                     {CORVANE_TEXT("Another section:d"), value},
+                                                     {longNames, value},
+                                                     {longNames + value, value},
+                                                     {CORVANE_TEXT("New cached one, long:other"), value}};
+    FailEachAllocation([&] { return manager.ApplyChanges(changes); }, true);
+    EXPECT_EQ(StateOf(manager).size(), 15U);
     ConfigManager other;
     FailEachAllocation([&] {
         manager = other = manager;

@@ -75,6 +75,23 @@ bool Delete(ConfigManager& manager) {
     return (manager.DeleteValue(u"s:b") == 0) == isThere && !manager.Exists(u"s:b");
 }
 
+/// Of `s:a`, of some new tags and a new section; the rest goes.
+std::vector<ConfigChange> Batch(int size) {
+    std::vector<ConfigChange> changes{{u"s:b", {}}, {u"s:a", u"newer"}};
+    for (int i = 2; i < size; ++i)
+        changes.push_back({(i % 2 == 0 ? u"s:" : u"new:") + ToWide(std::to_string(i)), u"value"});
+    return changes;
+}
+
+bool Apply(ConfigManager& manager) {
+    const bool done = manager.ApplyChanges(Batch(20)) == 0;
+    wstring value;
+    if (manager.Exists(u"new:19") != done || manager.GetValue(u"s:a", value) != 0 ||
+        (value == u"newer") != done)
+        throw std::logic_error("cache and result differ");
+    return done;
+}
+
 bool Snapshot(ConfigManager& manager) {
     wstring name;
     return manager.CreateSnapshot(name) == 0;
@@ -163,6 +180,10 @@ protected:
         {"write in place", Set, inPlace},
         {"write by a temporary name", Set, byAName},
         {"deletion", Delete},
+        {"batch", Apply},
+        {"batch for a file that is gone", Apply, ofAFileThatIsGone},
+        {"batch in place", Apply, inPlace},
+        {"batch by a temporary name", Apply, byAName},
         {"snapshot", Snapshot},
         {"snapshot by a temporary name", Snapshot, byAName},
         {"restore", m_restore, maybeInPart},
@@ -386,6 +407,16 @@ TEST_F(Faults, AreFewThatALoadCanMeet) {
     EXPECT_EQ(manager.Update(file.c_str(), -1), 0);
     const long calls = 6; // access, stat, open, lock query, read and stat; a close is not counted
     EXPECT_EQ(faults::End().calls, calls);
+}
+
+TEST_F(Faults, AreAsFewForABatchAsForAWrite) {
+    for (const int size : {2, 20, 1000}) {
+        ConfigManager manager;
+        ASSERT_EQ(manager.Update(ToWide(Make("f", content)).c_str(), 0), 0);
+        faults::Begin({});
+        EXPECT_EQ(manager.ApplyChanges(Batch(size)), 0);
+        EXPECT_EQ(faults::End().flushes, 2) << "of the file and of the folder";
+    }
 }
 
 } // namespace

@@ -12,7 +12,17 @@ namespace {
 
 using namespace Quillon::NativeLogging;
 
-class Retries : public ConfigFixture {};
+enum Operation { write, deletion, batch };
+constexpr Operation operations[] = {write, deletion, batch};
+
+class Retries : public ConfigFixture {
+protected:
+    int Run(Operation operation) {
+        if (operation == batch)
+            return manager.ApplyChanges({{u"mail:port", u" 26"}, {u"mail:none", {}}});
+        return operation == deletion ? Delete("mail:port") : Set("mail:port", " 26");
+    }
+};
 
 std::string Attempt(std::size_t number) {
     return "Error 32 \"attempt #" + std::to_string(number) +
@@ -28,8 +38,8 @@ TEST_F(Retries, AreCountedAndLogged) {
     };
     for (const Row& row : {Row{30, 0, true}, Row{30, 2, true}, Row{3, 3, false}, Row{0, 1, false},
                            Row{1, 1, false}, Row{30, 30, false}}) {
-        for (const bool deletion : {false, true}) {
-            SCOPED_TRACE(std::to_string(row.retries) + (deletion ? " delete" : " write"));
+        for (const Operation operation : operations) {
+            SCOPED_TRACE(std::to_string(row.retries) + " " + std::to_string(operation));
             Start("[Mail]\nPort=25\n");
             manager.GetConfigSource()->SetWriteRetries(row.retries);
             EXPECT_EQ(manager.GetConfigSource()->GetWriteRetries(), row.retries);
@@ -44,7 +54,7 @@ TEST_F(Retries, AreCountedAndLogged) {
                     ::flock(holder, LOCK_UN);
             });
             faults::Begin({});
-            const int result = deletion ? Delete("mail:port") : Set("mail:port", " 26");
+            const int result = Run(operation);
             const faults::Outcome outcome = faults::End();
             EXPECT_EQ(outcome.secondsSlept, static_cast<long>(row.refusals));
             EXPECT_GE(outcome.secondsWaited, row.refusals > 0 ? 1 : 0) << "the first attempt is patient";
@@ -55,18 +65,19 @@ TEST_F(Retries, AreCountedAndLogged) {
             Lines expected;
             while (expected.size() < row.refusals)
                 expected.push_back(Attempt(expected.size() + 1));
-            if (!row.done && deletion)
-                expected.emplace_back(
-                    "Error 32 \"WritePrivateProfileString\" at func: ConfigFile::DeleteValue");
-            if (!row.done && !deletion)
-                expected.insert(expected.end(),
-                                {"Error 32 \"WritePrivateProfileStringA\" at func: ConfigFile::WriteValue",
-                                 "Error 32768 \"mail:port\" at func: ConfigManager::_SetValue"});
+            const Lines refusals[] = {
+                {"Error 32 \"WritePrivateProfileStringA\" at func: ConfigFile::WriteValue",
+                 "Error 32768 \"mail:port\" at func: ConfigManager::_SetValue"},
+                {"Error 32 \"WritePrivateProfileString\" at func: ConfigFile::DeleteValue"},
+                {"Error 32 \"WritePrivateProfileChanges\" at func: ConfigFile::WriteChanges",
+                 "Error 32768 at func: ConfigManager::ApplyChanges"}};
+            if (!row.done)
+                expected.insert(expected.end(), refusals[operation].begin(), refusals[operation].end());
             EXPECT_EQ(lines, expected);
-            EXPECT_EQ(result, deletion || row.done ? 0 : FAILURE_GENERAL);
-            EXPECT_EQ(manager.SourceWasModified(), deletion && !row.done); // a refused write hides the change
-            EXPECT_EQ(Exists("mail:port"), !deletion || !row.done);
-            const char* const done = deletion ? "[Mail]\n" : "[Mail]\nPort=26\n";
+            EXPECT_EQ(result, operation == deletion || row.done ? 0 : FAILURE_GENERAL);
+            EXPECT_EQ(manager.SourceWasModified(), operation != write && !row.done); // that hides the change
+            EXPECT_EQ(Exists("mail:port"), operation != deletion || !row.done);
+            const char* const done = operation == deletion ? "[Mail]\n" : "[Mail]\nPort=26\n";
             EXPECT_EQ(Bytes(file), row.done ? done : "[Mail]\nPort=25\n");
         }
     }
@@ -79,15 +90,16 @@ TEST_F(Retries, ChangeTheCacheOfTheirOwnFileAlone) {
         std::function<void()> sink;
         std::string written, deleted; // what the cache then has
     } rows[] = {
-        {[] {}, "Mail,26", "Net,<none>"},
-        {[&] { Load(-1); }, "Mail,26", "Net,<none>"},
+        {[] {}, "Mail, 26", "Net,<none>"},
+        {[&] { Load(-1); }, "Mail, 26", "Net,<none>"},
         {[&] { manager.Update(WidePath(other).c_str(), 0); }, "Mail,5", "Mail,5"},
         {[&] { manager.Clear(); }, ",<none>", ",<none>"},
     };
     for (const auto& row : rows) {
-        for (const bool deletion : {false, true}) {
+        for (const Operation operation : operations) {
+            const bool isDeletion = operation == deletion;
             WriteFile(other, "[Mail]\nPort=5\n");
-            Start(deletion ? "[Mail]\nPort=25\n[Net]\na=1\n" : "[Mail]\nPort=25\n");
+            Start(isDeletion ? "[Mail]\nPort=25\n[Net]\na=1\n" : "[Mail]\nPort=25\n");
             const int holder = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
             ASSERT_EQ(::flock(holder, LOCK_EX), 0);
             LoggerRegistry::setSink([&](const LogLine&) {
@@ -95,12 +107,12 @@ TEST_F(Retries, ChangeTheCacheOfTheirOwnFileAlone) {
                 ::flock(holder, LOCK_UN);
             });
             faults::Begin({});
-            EXPECT_EQ(deletion ? Delete("Mail:Port") : Set("Mail:Port", "26"), 0);
+            EXPECT_EQ(Run(operation), 0);
             EXPECT_EQ(faults::End().secondsSlept, 1);
             LoggerRegistry::setSink([](const auto&) {});
             ::close(holder);
-            EXPECT_EQ(List() + "," + Get("Mail:Port"), deletion ? row.deleted : row.written);
-            EXPECT_EQ(Bytes(file), deletion ? "[Mail]\n[Net]\na=1\n" : "[Mail]\nPort=26\n");
+            EXPECT_EQ(List() + "," + Get("Mail:Port"), isDeletion ? row.deleted : row.written);
+            EXPECT_EQ(Bytes(file), isDeletion ? "[Mail]\n[Net]\na=1\n" : "[Mail]\nPort=26\n");
             EXPECT_EQ(Bytes(other), "[Mail]\nPort=5\n");
         }
     }

@@ -29,6 +29,7 @@ struct Plan {
 
 struct Outcome {
     long calls = 0;
+    long flushes = 0;           ///< of files and folders
     bool struck = false;        ///< the n-th call was reached
     std::string_view name;      ///< of the n-th call
     bool cleanUpFailed = false; ///< a removal was among the calls that failed

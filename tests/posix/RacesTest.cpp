@@ -188,4 +188,52 @@ TEST_F(Races, OfWritersLoseNothing) {
         EXPECT_NE(text.find("\n" + std::to_string(tag) + "=" + Value(tag) + "\n"), std::string::npos) << tag;
 }
 
+// Each batch sets all values of its group and their sum, and a tag of its own; all groups share one section.
+TEST_F(Races, OfBatchesShowNoHalfOfOne) {
+    constexpr int groups = 2; // each for two of the workers
+    constexpr int tags = 10;
+    constexpr int rounds = 40;
+    const auto name = [](int group, int tag) {
+        return u"s:g" + ToWide(std::to_string(group)) + u"." + ToWide(std::to_string(tag));
+    };
+    const auto number = [](ConfigManager& manager, const wstring& key) {
+        wstring value;
+        return manager.GetValue(key, value) == 0 ? std::stoi(corvane::ToUtf8(value)) : 0;
+    };
+    const auto isWhole = [&](ConfigManager& manager, int group) {
+        int sum = 0;
+        for (int tag = 0; tag < tags; ++tag)
+            sum += number(manager, name(group, tag));
+        return sum == number(manager, name(group, tags));
+    };
+    InProcesses([&](int worker) {
+        ConfigManager manager;
+        std::minstd_rand random(static_cast<unsigned>(worker));
+        int wrong = manager.Update(m_file.c_str(), 0);
+        for (int round = 1; round <= rounds; ++round) {
+            std::vector<corvane::ConfigChange> changes;
+            int sum = 0;
+            for (int tag = 0; tag < tags; ++tag) {
+                const auto value = static_cast<int>(random() % 1000);
+                sum += value;
+                changes.push_back({name(worker % groups, tag), ToWide(std::to_string(value))});
+            }
+            changes.push_back({name(worker % groups, tags), ToWide(std::to_string(sum))});
+            const wstring own = ToWide(std::to_string(worker) + "." + std::to_string(round));
+            changes.push_back({u"s:batch" + own, u"1"});
+            wrong += manager.ApplyChanges(changes) + manager.SetValue(u"s:single" + own, u"1");
+            wrong += manager.Update(m_file.c_str(), -1);
+            for (int group = 0; group < groups; ++group)
+                wrong += isWhole(manager, group) ? 0 : 1;
+        }
+        return wrong;
+    });
+    ConfigManager manager;
+    ASSERT_EQ(manager.Update(m_file.c_str(), 0), 0);
+    std::vector<wstring> names;
+    EXPECT_EQ(manager.EnumerateTags(u"s:", names), std::size_t{groups * (tags + 1) + workers * rounds * 2})
+        << "something was lost";
+    CheckEnd();
+}
+
 } // namespace

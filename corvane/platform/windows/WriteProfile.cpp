@@ -13,7 +13,9 @@ void RefuseTooLong(const char* text) {
         throw std::invalid_argument("a profile section, tag or value has at most 32,766 bytes");
 }
 
-void CheckChange(const platform::ProfileChange& change) {
+} // namespace
+
+void platform::CheckProfileChange(const ProfileChange& change) {
     if (!change.value)
         return;
     RefuseUnreadable(change.section, change.tag, change.value);
@@ -21,18 +23,16 @@ void CheckChange(const platform::ProfileChange& change) {
         RefuseTooLong(text);
 }
 
-} // namespace
-
 int platform::WritePrivateProfileStringA(const char* section, const char* tag, const char* value,
                                          const char* file) {
-    CheckChange({section, tag, value});
+    CheckProfileChange({section, tag, value});
     windows::RemoveLeftCopy(file);
     return ::WritePrivateProfileStringA(section, tag, value, file);
 }
 
 int platform::WritePrivateProfileChanges(const std::vector<ProfileChange>& changes, const char* file) {
     for (const ProfileChange& change : changes)
-        CheckChange(change);
+        CheckProfileChange(change);
     const bool writes = std::any_of(changes.begin(), changes.end(),
                                     [](const ProfileChange& change) { return change.value != nullptr; });
     if (changes.empty())

@@ -23,8 +23,7 @@ bool NamesSomething(const ProfileEdit& edit) noexcept {
 // Removals go by the names as they are given: one with blanks around it is found in no file.
 ProfileEdit EditFor(const ProfileChange& change) {
     const auto name = [&change](std::string_view text) { return change.value ? TrimBlanks(text) : text; };
-    if (change.value)
-        RefuseUnreadable(change.section, change.tag, change.value);
+    CheckProfileChange(change);
     ProfileEdit edit;
     edit.section = name(change.section);
     if (change.tag)
@@ -52,6 +51,11 @@ ulong Write(const std::vector<ProfileEdit>& edits, const std::string& file) {
 
 } // namespace
 
+void platform::CheckProfileChange(const ProfileChange& change) {
+    if (change.value)
+        RefuseUnreadable(change.section, change.tag, change.value);
+}
+
 int platform::WritePrivateProfileChanges(const std::vector<ProfileChange>& changes, const char* file) {
     std::vector<ProfileEdit> edits;
     edits.reserve(changes.size());
@@ -72,8 +76,7 @@ int platform::WritePrivateProfileStringA(const char* section, const char* tag, c
                                          const char* file) {
     if (section)
         return WritePrivateProfileChanges({{section, tag, value}}, file);
-    if (value)
-        RefuseUnreadable(section, tag, value);
+    CheckProfileChange({section, tag, value});
     SetLastError(ERROR_FILE_NOT_FOUND);
     return 0;
 }
