@@ -23,6 +23,8 @@ WORKS = [
     ("listing of 10k tags", "enumerate", "ms", FASTEST),
     ("durable write of one of 1k tags", "save 1k", "ms", DURABLE),
     ("durable write of one of 100k tags", "save 100k", "ms", DURABLE),
+    ("durable write of 40 of 1k tags", "save 40 of 1k", "ms", DURABLE),
+    ("durable write of 40 of 100k tags", "save 40 of 100k", "ms", DURABLE),
     ("peak memory after a load of 100k tags", "RSS", "MiB", UTF16),
 ]
 

@@ -37,8 +37,14 @@ public:
         return count;
     }
 
-    bool Save(const std::string& section, const std::string& tag, const std::string& value) override {
-        return m_config->SetValue(Key(section, tag), ToUtf16(value)) == 0;
+    bool Save(const std::vector<Setting>& settings) override {
+        if (settings.size() == 1)
+            return m_config->SetValue(Key(settings[0].section, settings[0].tag),
+                                      ToUtf16(settings[0].value)) == 0;
+        std::vector<corvane::ConfigChange> changes;
+        for (const auto& [section, tag, value] : settings)
+            changes.push_back({Key(section, tag), ToUtf16(value)});
+        return m_config->ApplyChanges(changes) == 0;
     }
 
 private:

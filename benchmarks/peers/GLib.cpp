@@ -57,8 +57,9 @@ public:
         return count;
     }
 
-    bool Save(const std::string& section, const std::string& tag, const std::string& value) override {
-        g_key_file_set_string(m_file, section.c_str(), tag.c_str(), value.c_str());
+    bool Save(const std::vector<Setting>& settings) override {
+        for (const auto& [section, tag, value] : settings)
+            g_key_file_set_string(m_file, section.c_str(), tag.c_str(), value.c_str());
         return g_key_file_save_to_file(m_file, m_path.c_str(), nullptr);
     }
 

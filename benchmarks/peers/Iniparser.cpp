@@ -42,8 +42,9 @@ public:
         return count;
     }
 
-    bool Save(const std::string& section, const std::string& tag, const std::string& value) override {
-        iniparser_set(m_settings.get(), Key(section, tag).c_str(), value.c_str());
+    bool Save(const std::vector<Setting>& settings) override {
+        for (const auto& [section, tag, value] : settings)
+            iniparser_set(m_settings.get(), Key(section, tag).c_str(), value.c_str());
         std::FILE* const file = std::fopen(m_path.c_str(), "w");
         if (file)
             iniparser_dump_ini(m_settings.get(), file);

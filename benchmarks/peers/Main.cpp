@@ -94,6 +94,8 @@ int Run(const Options& options) {
     MeasureLoad(session, larger, "load 500k");
     MeasureSave(session, small, "save 1k");
     MeasureSave(session, large, "save 100k");
+    MeasureSave(session, small, "save 40 of 1k", 40);
+    MeasureSave(session, large, "save 40 of 100k", 40);
     LoadAndCheck(session, medium);
     MeasureThreads(session, medium); // last: a process that has had threads takes more locks
 

@@ -10,6 +10,12 @@
 
 namespace peers {
 
+struct Setting {
+    std::string section;
+    std::string tag;
+    std::string value;
+};
+
 /// Keeps the compiler from leaving out what made `value`.
 template <typename T>
 void CountAsUsed(const T& value) {
@@ -40,10 +46,8 @@ public:
     virtual std::size_t GetAll(const Keys&) { return 0; }
     /// Lists all sections and tags; answers the number of tags.
     virtual std::size_t List() { return 0; }
-    virtual bool Save(const std::string& /*section*/, const std::string& /*tag*/,
-                      const std::string& /*value*/) {
-        return false;
-    }
+    /// Sets them all and brings the file up to date once.
+    virtual bool Save(const std::vector<Setting>&) { return false; }
 };
 
 /// Supplies the look-ups. Self has `K Key(section, tag) const` and `bool Find(const K&, V&)`, and there is a

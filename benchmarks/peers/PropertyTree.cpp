@@ -43,8 +43,9 @@ public:
         return count;
     }
 
-    bool Save(const std::string& section, const std::string& tag, const std::string& value) override {
-        m_tree.put(Key(section, tag), value);
+    bool Save(const std::vector<Setting>& settings) override {
+        for (const auto& [section, tag, value] : settings)
+            m_tree.put(Key(section, tag), value);
         boost::property_tree::write_ini(m_path, m_tree);
         return true;
     }

@@ -44,8 +44,9 @@ public:
 
     std::size_t List() override { return static_cast<std::size_t>(m_settings->allKeys().size()); }
 
-    bool Save(const std::string& section, const std::string& tag, const std::string& value) override {
-        m_settings->setValue(Key(section, tag), QString::fromStdString(value));
+    bool Save(const std::vector<Setting>& settings) override {
+        for (const auto& [section, tag, value] : settings)
+            m_settings->setValue(Key(section, tag), QString::fromStdString(value));
         m_settings->sync();
         return m_settings->status() == QSettings::NoError;
     }

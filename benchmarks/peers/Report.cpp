@@ -32,7 +32,13 @@ const std::vector<Table> tables = {
       {"load 1x10k", "ms"},
       {"values right", ""}}},
     {"Look-up on 10k tags", {{"get hit", "ns"}, {"get miss", "ns"}, {"2 threads", "x"}, {"enumerate", "ms"}}},
-    {"Set and persist one tag", {{"save 1k", "ms"}, {"save 100k", "ms"}, {"new inode", ""}, {"syncs", ""}}},
+    {"Set and persist one tag, or 40 at once",
+     {{"save 1k", "ms"},
+      {"save 100k", "ms"},
+      {"save 40 of 1k", "ms"},
+      {"save 40 of 100k", "ms"},
+      {"new inode", ""},
+      {"syncs", ""}}},
     {"Peak memory of a process that loads 100k tags", {{"RSS", "MiB"}, {"idle RSS", "MiB"}}},
 };
 

@@ -51,10 +51,13 @@ public:
         return count;
     }
 
-    bool Save(const std::string& section, const std::string& tag, const std::string& value) override {
+    bool Save(const std::vector<Setting>& settings) override {
+        for (const auto& [section, tag, value] : settings) {
+            if (m_ini->SetValue(Native(section).c_str(), Native(tag).c_str(), Native(value).c_str()) < 0)
+                return false;
+        }
         constexpr bool addSignature = false;
-        return m_ini->SetValue(Native(section).c_str(), Native(tag).c_str(), Native(value).c_str()) >= 0 &&
-               m_ini->SaveFile(m_path.c_str(), addSignature) == SI_OK;
+        return m_ini->SaveFile(m_path.c_str(), addSignature) == SI_OK;
     }
 
 private:

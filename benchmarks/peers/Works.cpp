@@ -77,12 +77,12 @@ double RunReaders(const std::vector<Peer*>& readers, const Peer::Keys& keys, int
     return Now() - start;
 }
 
-// A copy of the file for each peer that saves, and the tag that it sets.
+// A copy of the file for each peer that saves, and the tags that it sets.
 class Saves {
 public:
-    Saves(Session& session, const Workload& workload, const std::string& what)
-        : m_session(session), m_workload(workload), m_what(what), m_section(workload.Sections() / 2),
-          m_tag(workload.Tags() / 2), m_disk(::open(session.folder.c_str(), O_RDONLY | O_DIRECTORY)) {
+    Saves(Session& session, const Workload& workload, const std::string& what, int count)
+        : m_session(session), m_workload(workload), m_what(what), m_count(count),
+          m_disk(::open(session.folder.c_str(), O_RDONLY | O_DIRECTORY)) {
         for (Subject& subject : session.subjects) {
             subject.peer->Reset();
             subject.cells[what];
@@ -111,11 +111,14 @@ public:
         struct stat after {};
         ::stat(CopyOf(subject).c_str(), &before);
         const std::string value = "changed " + std::to_string(++m_number);
+        std::vector<Setting> settings;
+        for (int i = 0; i < m_count; ++i)
+            settings.push_back(
+                {m_workload.Section(SectionOf(i)), m_workload.Tag(SectionOf(i), TagOfAll()), value});
         ::syncfs(m_disk); // a quiet disk for everyone
         syncCalls = 0;
         const double start = Now();
-        const bool saved =
-            subject.peer->Save(m_workload.Section(m_section), m_workload.Tag(m_section, m_tag), value);
+        const bool saved = subject.peer->Save(settings);
         const double took = Now() - start;
         ::stat(CopyOf(subject).c_str(), &after);
         subject.cells["new inode"].samples.push_back(before.st_ino != after.st_ino ? 1 : 0);
@@ -131,11 +134,15 @@ public:
             return fresh->Get(m_workload.Section(section), m_workload.Tag(section, tag), value) &&
                    value.rfind(start, 0) == 0;
         };
-        return fresh->Load(CopyOf(subject)) && holds(m_section, m_tag, "changed ") &&
-               holds(0, 0, m_workload.Value(0, 0));
+        bool isKept = fresh->Load(CopyOf(subject)) && holds(0, 0, m_workload.Value(0, 0));
+        for (int i = 0; i < m_count; ++i)
+            isKept = isKept && holds(SectionOf(i), TagOfAll(), "changed ");
+        return isKept;
     }
 
 private:
+    int SectionOf(int setting) const { return m_workload.Sections() * (setting + 1) / (m_count + 1); }
+    int TagOfAll() const { return m_workload.Tags() / 2; }
     std::string CopyOf(const Subject& subject) const {
         return m_session.folder + "/save-" + subject.name + ".ini";
     }
@@ -143,8 +150,7 @@ private:
     Session& m_session;
     const Workload& m_workload;
     std::string m_what;
-    int m_section;
-    int m_tag;
+    int m_count;
     int m_disk;
     int m_number = 0;
 };
@@ -160,7 +166,7 @@ void MeasureMemory(Session& session, const Workload& large, const Workload& larg
     });
     for (Subject& subject : session.subjects) {
         if (subject.cells["RSS"].samples.empty()) {
-            for (const char* what : {"RSS", "load 100k", "save 100k"})
+            for (const char* what : {"RSS", "load 100k", "save 100k", "save 40 of 100k"})
                 subject.cells[what].note = '>' + std::to_string(limit) + " s";
         }
         if (session.quick || InChild("load", subject.name, session.FileFor(larger, subject), 10) < 0)
@@ -252,8 +258,8 @@ void MeasureThreads(Session& session, const Workload& workload) {
     });
 }
 
-void MeasureSave(Session& session, const Workload& workload, const std::string& what) {
-    Saves saves(session, workload, what);
+void MeasureSave(Session& session, const Workload& workload, const std::string& what, int count) {
+    Saves saves(session, workload, what, count);
     session.Measure(
         what, {5, 25, 3}, [&](const Subject& subject) { return saves.IsWilling(subject); },
         [&](Subject& subject) { return saves.Sample(subject); });
@@ -279,7 +285,7 @@ void RunChild(const std::vector<std::string>& arguments) {
         std::cout << value << std::endl;
     }
     if (mode == "save" && arguments.size() == 7)
-        done = done && peer->Save(arguments[4], arguments[5], arguments[6]);
+        done = done && peer->Save({{arguments[4], arguments[5], arguments[6]}});
     ::_exit(done ? 0 : 1); // the peak is reached; tidying up would only cost time
 }
 

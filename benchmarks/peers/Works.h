@@ -23,7 +23,8 @@ void MeasureLookUps(Session& session, const Workload& workload);
 /// The rate of two threads over the rate of one, which runs in a thread of its own as well.
 void MeasureThreads(Session& session, const Workload& workload);
 
-void MeasureSave(Session& session, const Workload& workload, const std::string& what);
+/// Sets `count` tags, in as many sections, and saves once.
+void MeasureSave(Session& session, const Workload& workload, const std::string& what, int count = 1);
 
 /// --child idle|load NAME FILE, --child get NAME FILE SECTION TAG, --child save NAME FILE SECTION TAG VALUE:
 /// a single step of one peer. Does not return.
