@@ -16,8 +16,9 @@ need() {
     exit 1
   fi
   say "Installing $*"
-  "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -qq
-  "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "$@" >/dev/null
+  local apt=("${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=600)
+  "${apt[@]}" update
+  "${apt[@]}" install -y --no-install-recommends "$@" >/dev/null
 }
 
 need_build_tools() {

@@ -8,7 +8,7 @@ namespace corvane::platform {
 /// The memory of one critical section, which the first to enter it makes; CriticalSection.cpp checks the
 /// sizes against the real ones.
 struct CRITICAL_SECTION {
-    alignas(void*) unsigned char memory[16 + 3 * sizeof(void*)] = {};
+    alignas(void*) unsigned char memory[8 + 4 * sizeof(void*)] = {};
     void* once = nullptr;
 };
 
