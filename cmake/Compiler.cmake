@@ -11,6 +11,7 @@ else()
   target_compile_options(corvane_compiler INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wcast-qual
     -Wnon-virtual-dtor -Woverloaded-virtual -Wundef -Wformat=2
+    $<$<CXX_COMPILER_ID:Clang,AppleClang>:-Wthread-safety>
     $<$<BOOL:${CORVANE_WERROR}>:-Werror>)
   if(CORVANE_SANITIZE)
     target_compile_options(corvane_compiler INTERFACE

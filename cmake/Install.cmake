@@ -39,6 +39,7 @@ set(inner_headers # what the public ones stand on; nothing in them is for progra
   platform/CriticalSection.h
   platform/FileState.h
   platform/FractionText.h
+  platform/ThreadSafety.h
   platform/${port}/CriticalSection.h
 )
 foreach(header ${public_headers} ${inner_headers})

@@ -25,6 +25,6 @@ public:
 protected:
     virtual ~Singleton() = default;
 
-    static ThreadLock s_lock;      ///< kept while the object is made or destroyed
-    static T* volatile s_instance; ///< the object, or null
+    static ThreadLock s_lock;                                 ///< held while the object is made or destroyed
+    static T* volatile s_instance CORVANE_GUARDED_BY(s_lock); ///< the object, or null
 };

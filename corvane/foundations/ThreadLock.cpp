@@ -4,10 +4,10 @@ ThreadLock::~ThreadLock() {
     corvane::platform::DeleteCriticalSection(&m_section);
 }
 
-void ThreadLock::Obtain() noexcept {
+void ThreadLock::Obtain() noexcept CORVANE_TAKES_NO_LOCK {
     corvane::platform::EnterCriticalSection(&m_section);
 }
 
-void ThreadLock::Release() noexcept {
+void ThreadLock::Release() noexcept CORVANE_TAKES_NO_LOCK {
     corvane::platform::LeaveCriticalSection(&m_section);
 }

@@ -4,9 +4,10 @@
 #include <corvane/foundations/Export.h>
 #include <corvane/foundations/ScopedResource.h>
 #include <corvane/platform/CriticalSection.h>
+#include <corvane/platform/ThreadSafety.h>
 
 /// A recursive lock: the thread that holds it may obtain it again and must release it as often.
-class CORVANE_API ThreadLock {
+class CORVANE_API CORVANE_LOCK ThreadLock {
 public:
     constexpr ThreadLock() noexcept { corvane::platform::InitializeCriticalSection(&m_section); }
     ThreadLock(const ThreadLock&) = delete;
@@ -14,9 +15,9 @@ public:
     virtual ~ThreadLock();
 
     /// Waits until no other thread holds the lock.
-    void Obtain() noexcept;
+    void Obtain() noexcept CORVANE_ACQUIRES();
     /// Gives back what Obtain took, once.
-    void Release() noexcept;
+    void Release() noexcept CORVANE_RELEASES();
 
 private:
     corvane::platform::CRITICAL_SECTION m_section;
@@ -26,16 +27,22 @@ private:
 template <class Lock>
 struct ThreadLockObtain {
     /// Waits for the lock.
-    void operator()(Lock& lock) const noexcept { lock.Obtain(); }
+    void operator()(Lock& lock) const noexcept CORVANE_ACQUIRES(lock) { lock.Obtain(); }
 };
 
 /// A scope guard's policy: releases a lock.
 template <class Lock>
 struct ThreadLockRelease {
     /// Gives the lock back.
-    void operator()(Lock& lock) const noexcept { lock.Release(); }
+    void operator()(Lock& lock) const noexcept CORVANE_RELEASES(lock) { lock.Release(); }
 };
 
 /// Holds a ThreadLock for the length of a scope.
-using ThreadLockGuard =
-    Quillon::ScopedResource<ThreadLock&, ThreadLockRelease<ThreadLock>, ThreadLockObtain<ThreadLock>>;
+class CORVANE_LOCK_GUARD ThreadLockGuard
+    : public Quillon::ScopedResource<ThreadLock&, ThreadLockRelease<ThreadLock>,
+                                     ThreadLockObtain<ThreadLock>> {
+public:
+    /// Waits for the lock.
+    explicit ThreadLockGuard(ThreadLock& lock) CORVANE_ACQUIRES(lock) : ScopedResource(lock) {}
+    ~ThreadLockGuard() CORVANE_RELEASES() override {}
+};

@@ -16,7 +16,7 @@ ConfigManager::ConfigManager(const ConfigManager& other)
 
 ConfigManager::~ConfigManager() = default;
 
-ConfigManager& ConfigManager::operator=(const ConfigManager& other) {
+ConfigManager& ConfigManager::operator=(const ConfigManager& other) CORVANE_TAKES_NO_LOCK {
     ConfigManager copy(other);
     m_cache.swap(copy.m_cache);
     m_source.swap(copy.m_source);
@@ -29,10 +29,10 @@ const wchar* ConfigManager::GetConfigName() const {
     return m_source ? m_source->GetConfigName() : nullptr;
 }
 
-IConfigSource* ConfigManager::GetConfigSource() const {
+IConfigSource* ConfigManager::GetConfigSource() const CORVANE_TAKES_NO_LOCK {
     return m_source.get();
 }
 
-bool ConfigManager::IsReady() const {
+bool ConfigManager::IsReady() const CORVANE_TAKES_NO_LOCK {
     return m_source && !m_cache->Empty();
 }

@@ -138,14 +138,15 @@ private:
                   const corvane::wstring& sourceText, bool cacheOnly);
     int _ApplyChanges(const std::vector<corvane::ConfigChange>& changes,
                       const std::vector<corvane::ConfigChange>& forSource);
-    bool ValidateCacheOnlyKey(const corvane::wstring& key, bool cacheOnly);
-    void PreserveCacheOnlyValues(SectionMap& preserved, const SectionMap& cache, const bool& newName);
-    void RestoreCacheOnlyValues(const SectionMap& preserved, SectionMap& cache);
-    corvane::wstring GetKeyFromCache(const corvane::wstring& key) const;
+    bool ValidateCacheOnlyKey(const corvane::wstring& key, bool cacheOnly) CORVANE_REQUIRES(m_lock);
+    void PreserveCacheOnlyValues(SectionMap& preserved, const SectionMap& cache, const bool& newName)
+        CORVANE_REQUIRES(m_lock);
+    void RestoreCacheOnlyValues(const SectionMap& preserved, SectionMap& cache) CORVANE_REQUIRES(m_lock);
+    corvane::wstring GetKeyFromCache(const corvane::wstring& key) const CORVANE_REQUIRES(m_lock);
 
-    std::unique_ptr<SectionMap> m_cache; // never null
-    std::shared_ptr<IConfigSource> m_source;
-    std::set<corvane::wstring> m_cacheOnlySections;
+    std::unique_ptr<SectionMap> m_cache CORVANE_GUARDED_BY(m_lock); // never null
+    std::shared_ptr<IConfigSource> m_source CORVANE_GUARDED_BY(m_lock);
+    std::set<corvane::wstring> m_cacheOnlySections CORVANE_GUARDED_BY(m_lock);
 
-    static ThreadLock m_lock; // guards cache and source of every manager
+    static ThreadLock m_lock; // one for all managers
 };

@@ -111,7 +111,7 @@ int ConfigManager::Initialize(const wchar* name, int reloadPolicy) {
     return 0;
 }
 
-bool ConfigManager::SourceWasModified() const {
+bool ConfigManager::SourceWasModified() const CORVANE_TAKES_NO_LOCK {
     return !m_source || m_source->WasModified();
 }
 

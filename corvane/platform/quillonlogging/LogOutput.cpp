@@ -1,11 +1,11 @@
 #include <corvane/foundations/Utf.h>
+#include <corvane/platform/Mutex.h>
 #include <corvane/platform/Platform.h>
 #include <corvane/platform/quillonlogging/LogOutput.h>
 
 #include <atomic>
 #include <cstdio>
 #include <memory>
-#include <mutex>
 
 namespace corvane::logging {
 namespace {
@@ -13,10 +13,10 @@ namespace {
 using namespace Quillon::NativeLogging;
 
 struct Output {
-    std::mutex mutex; // guards the three below
-    std::shared_ptr<const LogSink> sink;
-    bool thresholdIsSet = false;
-    Severity threshold = Severity::problem;
+    platform::Mutex mutex;
+    std::shared_ptr<const LogSink> sink CORVANE_GUARDED_BY(mutex);
+    bool thresholdIsSet CORVANE_GUARDED_BY(mutex) = false;
+    Severity threshold CORVANE_GUARDED_BY(mutex) = Severity::problem;
 };
 
 // Never destroyed: lines may come from the destructors of static objects.
@@ -29,7 +29,7 @@ std::atomic<Severity> leastUrgent{Severity::problem};
 std::atomic<bool> hasSink{false};
 thread_local bool inSink = false;
 
-void Refresh(const Output& output) noexcept {
+void Refresh(const Output& output) noexcept CORVANE_REQUIRES(output.mutex) {
     const Severity unset = output.sink ? Severity::trace : Severity::problem;
     hasSink.store(output.sink != nullptr, std::memory_order_relaxed);
     leastUrgent.store(output.thresholdIsSet ? output.threshold : unset, std::memory_order_relaxed);
@@ -39,7 +39,7 @@ std::shared_ptr<const LogSink> CurrentSink() {
     if (!hasSink.load(std::memory_order_relaxed))
         return nullptr;
     Output& output = TheOutput();
-    const std::lock_guard lock(output.mutex);
+    const platform::MutexGuard guard(output.mutex);
     return output.sink;
 }
 
@@ -110,14 +110,14 @@ using namespace corvane::logging;
 void LoggerRegistry::setSink(LogSink sink) {
     auto next = sink ? std::make_shared<const LogSink>(std::move(sink)) : nullptr;
     Output& output = TheOutput();
-    const std::lock_guard lock(output.mutex);
+    const platform::MutexGuard guard(output.mutex);
     output.sink.swap(next); // the old one goes behind the lock
     Refresh(output);
 }
 
 void LoggerRegistry::setThreshold(Severity severity) {
     Output& output = TheOutput();
-    const std::lock_guard lock(output.mutex);
+    const platform::MutexGuard guard(output.mutex);
     output.thresholdIsSet = true;
     output.threshold = severity;
     Refresh(output);

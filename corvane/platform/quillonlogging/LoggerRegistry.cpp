@@ -1,9 +1,9 @@
 #include <corvane/foundations/FailureReport.h>
+#include <corvane/platform/Mutex.h>
 #include <corvane/platform/WideFormat.h>
 #include <corvane/platform/quillonlogging/LogOutput.h>
 
 #include <deque>
-#include <mutex>
 
 namespace Quillon::NativeLogging {
 namespace {
@@ -84,14 +84,14 @@ Logger& LibraryLogger() noexcept {
 }
 
 struct OtherLoggers {
-    std::mutex mutex;
-    std::deque<wstring> names; // a deque's elements stay where they are
-    std::deque<Logger> loggers;
+    corvane::platform::Mutex mutex;
+    std::deque<wstring> names CORVANE_GUARDED_BY(mutex); // a deque's elements stay where they are
+    std::deque<Logger> loggers CORVANE_GUARDED_BY(mutex);
 };
 
 Logger& OtherLogger(wstring_view name) {
     static auto& others = *new OtherLoggers;
-    const std::lock_guard lock(others.mutex);
+    const corvane::platform::MutexGuard guard(others.mutex);
     for (Logger& logger : others.loggers) {
         if (logger.Channel() == name)
             return logger;

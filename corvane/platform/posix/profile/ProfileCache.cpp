@@ -40,7 +40,7 @@ ulong ProfileCache::Load(const char* path, std::shared_ptr<const ProfileIndex>& 
 }
 
 ProfileCache::Found ProfileCache::Find(const char* path, const FileStamp& stamp) {
-    const std::lock_guard guard(m_lock);
+    const MutexGuard guard(m_lock);
     const auto entry = Position(path);
     if (entry == m_entries.end())
         return {};
@@ -53,7 +53,7 @@ void ProfileCache::Keep(Entry entry) {
     kept.push_back(std::move(entry));
     // What is displaced is freed after the lock is released.
     std::list<Entry> displaced;
-    const std::lock_guard guard(m_lock);
+    const MutexGuard guard(m_lock);
     if (const auto old = Position(kept.front().path.c_str()); old != m_entries.end())
         displaced.splice(displaced.begin(), m_entries, old);
     m_entries.splice(m_entries.begin(), kept);
@@ -69,7 +69,7 @@ void ProfileCache::Keep(Entry entry) {
 
 void ProfileCache::Forget(const char* path) {
     std::list<Entry> displaced;
-    const std::lock_guard guard(m_lock);
+    const MutexGuard guard(m_lock);
     if (const auto old = Position(path); old != m_entries.end())
         displaced.splice(displaced.begin(), m_entries, old);
 }

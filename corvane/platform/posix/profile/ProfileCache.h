@@ -1,13 +1,13 @@
 // The parsed profiles that this process read last.
 #pragma once
 
+#include <corvane/platform/Mutex.h>
 #include <corvane/platform/posix/files/FileSnapshot.h>
 #include <corvane/platform/posix/profile/ProfileIndex.h>
 
 #include <cstddef>
 #include <list>
 #include <memory>
-#include <mutex>
 #include <string>
 
 namespace corvane::posix {
@@ -45,10 +45,10 @@ private:
     Found Find(const char* path, const FileStamp& stamp);
     void Keep(Entry entry);
     void Forget(const char* path);
-    std::list<Entry>::iterator Position(const char* path);
+    std::list<Entry>::iterator Position(const char* path) CORVANE_REQUIRES(m_lock);
 
-    std::mutex m_lock;
-    std::list<Entry> m_entries;
+    platform::Mutex m_lock;
+    std::list<Entry> m_entries CORVANE_GUARDED_BY(m_lock);
 };
 
 } // namespace corvane::posix

@@ -11,9 +11,9 @@ using namespace platform;
 namespace {
 
 struct Table {
-    std::mutex mutex;
-    std::unordered_map<std::uintptr_t, std::shared_ptr<OpenKey>> keys;
-    std::uintptr_t last = 0;
+    Mutex mutex;
+    std::unordered_map<std::uintptr_t, std::shared_ptr<OpenKey>> keys CORVANE_GUARDED_BY(mutex);
+    std::uintptr_t last CORVANE_GUARDED_BY(mutex) = 0;
 };
 
 Table& Keys() {
@@ -29,7 +29,7 @@ std::uintptr_t NumberOf(HKEY handle) noexcept {
 
 HKEY AddOpenKey(std::shared_ptr<OpenKey> key) {
     Table& table = Keys();
-    const std::lock_guard guard(table.mutex);
+    const MutexGuard guard(table.mutex);
     for (;;) {
         table.last += 4;
         // NOLINTNEXTLINE(performance-no-int-to-ptr): a handle points to nothing
@@ -41,7 +41,7 @@ HKEY AddOpenKey(std::shared_ptr<OpenKey> key) {
 
 std::shared_ptr<OpenKey> FindOpenKey(HKEY handle) {
     Table& table = Keys();
-    const std::lock_guard guard(table.mutex);
+    const MutexGuard guard(table.mutex);
     const auto found = table.keys.find(NumberOf(handle));
     return found == table.keys.end() ? nullptr : found->second;
 }
@@ -49,7 +49,7 @@ std::shared_ptr<OpenKey> FindOpenKey(HKEY handle) {
 bool CloseOpenKey(HKEY handle) {
     Table& table = Keys();
     decltype(table.keys)::node_type closed; // destroyed, with its files, after the lock is released
-    const std::lock_guard guard(table.mutex);
+    const MutexGuard guard(table.mutex);
     closed = table.keys.extract(NumberOf(handle));
     return !closed.empty();
 }

@@ -1,21 +1,20 @@
 // The open key handles of the process.
 #pragma once
 
+#include <corvane/platform/Mutex.h>
 #include <corvane/platform/posix/PosixRegistry.h>
 #include <corvane/platform/posix/registry/ValuesFile.h>
 
-#include <mutex>
-
 namespace corvane::posix {
 
-/// The key of a handle. `mutex` guards the caches.
+/// The key of a handle, with what was read of it.
 struct OpenKey {
     KeyFolder place;
     ulong access = 0;
 
-    std::mutex mutex;
-    ValuesFile values;
-    std::vector<wstring> subkeys;
+    platform::Mutex mutex;
+    ValuesFile values CORVANE_GUARDED_BY(mutex);
+    std::vector<wstring> subkeys CORVANE_GUARDED_BY(mutex);
 };
 
 /// Creates a new handle. Handle numbers are never reused.

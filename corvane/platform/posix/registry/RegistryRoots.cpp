@@ -1,3 +1,4 @@
+#include <corvane/platform/Mutex.h>
 #include <corvane/platform/posix/Errors.h>
 #include <corvane/platform/posix/RegistryFolders.h>
 #include <corvane/platform/posix/registry/KeyPath.h>
@@ -6,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <mutex>
 #include <optional>
 #include <pwd.h>
 #include <unistd.h>
@@ -55,19 +55,19 @@ public:
     void Set(const std::string& user, const std::string& machine) {
         std::string newUser = user;
         std::string newMachine = machine.empty() ? std::string(defaultMachine) : machine;
-        const std::lock_guard guard(m_mutex);
+        const platform::MutexGuard guard(m_mutex);
         m_user.swap(newUser);
         m_machine.swap(newMachine);
     }
 
     std::string Machine() {
-        const std::lock_guard guard(m_mutex);
+        const platform::MutexGuard guard(m_mutex);
         return m_machine;
     }
 
     // Empty if the user has no home.
     std::string User() {
-        const std::lock_guard guard(m_mutex);
+        const platform::MutexGuard guard(m_mutex);
         if (!m_user.empty())
             return m_user;
         if (const uid_t user = ::geteuid(); m_homeOwner != user) {
@@ -81,11 +81,11 @@ public:
 private:
     static constexpr const char* defaultMachine = "/var/lib/corvane/registry";
 
-    std::mutex m_mutex;
-    std::string m_user; // empty for the one under the home folder
-    std::string m_machine = defaultMachine;
-    std::optional<uid_t> m_homeOwner; // the user whose home is in m_home
-    std::string m_home;
+    platform::Mutex m_mutex;
+    std::string m_user CORVANE_GUARDED_BY(m_mutex); // empty for the one under the home folder
+    std::string m_machine CORVANE_GUARDED_BY(m_mutex) = defaultMachine;
+    std::optional<uid_t> m_homeOwner CORVANE_GUARDED_BY(m_mutex); // the user whose home is in m_home
+    std::string m_home CORVANE_GUARDED_BY(m_mutex);
 };
 
 TreeFolders& Folders() {

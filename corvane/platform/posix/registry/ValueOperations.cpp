@@ -19,7 +19,7 @@ void Give(ulong* out, Number number) noexcept {
         *out = static_cast<ulong>(number);
 }
 
-ulong CountSubkeys(OpenKey& key, ulong* count, ulong* longest) {
+ulong CountSubkeys(OpenKey& key, ulong* count, ulong* longest) CORVANE_REQUIRES(key.mutex) {
     if (!count && !longest)
         return ERROR_SUCCESS;
     if (const ulong error = ListSubkeys(key.place, key.subkeys))
@@ -33,7 +33,8 @@ ulong CountSubkeys(OpenKey& key, ulong* count, ulong* longest) {
 }
 
 // Needed even if no values are requested: this detects that the key was deleted.
-ulong CountValues(OpenKey& key, ulong* count, ulong* longestName, ulong* largestData) {
+ulong CountValues(OpenKey& key, ulong* count, ulong* longestName, ulong* largestData)
+    CORVANE_REQUIRES(key.mutex) {
     if (const ulong error = key.values.Refresh(key.place))
         return error;
     std::size_t longest = 0;
@@ -88,7 +89,7 @@ LSTATUS platform::RegQueryInfoKeyW(HKEY key, wchar* className, ulong* classLengt
             return ERROR_INVALID_PARAMETER;
         if (const ulong error = UseKey(key, KEY_QUERY_VALUE, false, open))
             return error;
-        const std::lock_guard guard(open->mutex);
+        const MutexGuard guard(open->mutex);
         if (const ulong error = CountValues(*open, values, longestName, largestValue))
             return error;
         Give(classLength, 0);
@@ -125,7 +126,7 @@ LSTATUS platform::RegEnumValueW(HKEY key, ulong index, wchar* name, ulong* nameL
                 return error;
             open = found.get();
         }
-        const std::lock_guard guard(open->mutex);
+        const MutexGuard guard(open->mutex);
         if (!isWalk || !open->values.WasRead()) {
             if (const ulong error = open->values.Refresh(open->place))
                 return error;
@@ -148,7 +149,7 @@ LSTATUS platform::RegEnumKeyExW(HKEY key, ulong index, wchar* name, ulong* nameL
             return ERROR_INVALID_PARAMETER;
         if (const ulong error = UseKey(key, KEY_ENUMERATE_SUB_KEYS, false, open))
             return error;
-        const std::lock_guard guard(open->mutex);
+        const MutexGuard guard(open->mutex);
         // A walk sees the subkeys as they were at its first index.
         if (index == 0 || open->subkeys.empty()) {
             if (open->place.IsDeleted())
