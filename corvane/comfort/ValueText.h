@@ -150,7 +150,7 @@ template <class Rep, class Period>
 struct ValueText<std::chrono::duration<Rep, Period>, std::enable_if_t<std::is_integral_v<Rep>>> {
     using Duration = std::chrono::duration<Rep, Period>;
 
-    static std::optional<Duration> FromText(std::string_view text) noexcept {
+    static std::optional<Duration> FromText(std::string_view text) {
         const std::size_t unit = text.find_first_not_of("-0123456789");
         const std::optional<Rep> count = detail::ParseNumber<Rep>(text.substr(0, unit));
         if (!count || unit == std::string_view::npos)
@@ -202,8 +202,9 @@ private:
 namespace detail {
 
 inline std::string_view WithoutBlanks(std::string_view text) noexcept {
-    const std::size_t first = std::min(text.find_first_not_of(" \t"), text.size());
-    return text.substr(first, text.find_last_not_of(" \t") + 1 - first);
+    text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+    text.remove_suffix(text.size() - (text.find_last_not_of(" \t") + 1));
+    return text;
 }
 
 template <class T, class = void>
@@ -235,7 +236,7 @@ struct ValueText<std::vector<T>> {
             if (!value)
                 return std::nullopt;
             values.push_back(*std::move(value));
-            if (comma == text.npos)
+            if (comma == std::string_view::npos)
                 return values;
             text.remove_prefix(comma + 1);
         }

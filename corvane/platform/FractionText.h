@@ -37,7 +37,8 @@ std::string FormatFraction(T number) {
 
 template <class T>
 std::optional<T> ParseFraction(std::string_view text) {
-    if (text.empty() || text.front() == '+' || text.find_first_not_of("0123456789.eE+-") != text.npos)
+    if (text.empty() || text.front() == '+' ||
+        text.find_first_not_of("0123456789.eE+-") != std::string_view::npos)
         return std::nullopt;
     std::istringstream stream{std::string(text)};
     stream.imbue(std::locale::classic());
