@@ -29,6 +29,16 @@ bool Same(const std::vector<T>& a, const std::vector<T>& b) {
                       [](const T& x, const T& y) { return Same(x, y); });
 }
 
+inline constexpr const char* wouldNotReadBack = "the value would not read back as it is";
+
+// Nothing for a value that would not read back as it is.
+template <class T>
+std::optional<std::string> TextOf(const T& value) {
+    std::string text = ValueText<T>::ToText(value);
+    const std::optional<T> readBack = ValueText<T>::FromText(text);
+    return readBack && Same(*readBack, value) ? std::optional(std::move(text)) : std::nullopt;
+}
+
 } // namespace detail
 
 /// Whether there is a value of that key, or with an empty tag, `Section:`, the section.
@@ -85,11 +95,9 @@ CORVANE_API std::string Refusal(std::string_view key, std::string_view text);
 /// list with a comma in an element, is refused too.
 template <class T, class = std::enable_if_t<!detail::isLiteral<T>>>
 [[nodiscard]] bool Set(ConfigManager& config, std::string_view key, const T& value) {
-    const std::string text = ValueText<T>::ToText(value);
-    const std::optional<T> readBack = ValueText<T>::FromText(text);
-    if (!readBack || !detail::Same(*readBack, value))
-        return detail::RefuseToSet(key, "the value would not read back as it is");
-    return Set(config, key, std::string_view(text));
+    const std::optional<std::string> text = detail::TextOf(value);
+    return text ? Set(config, key, std::string_view(*text))
+                : detail::RefuseToSet(key, detail::wouldNotReadBack);
 }
 
 /// Deletes a tag, or with an empty tag the section. True when it is gone and was there before.

@@ -1,8 +1,7 @@
 // Many changes of a configuration at once: all of them or none.
 #pragma once
 
-#include <corvane/comfort/ValueText.h>
-#include <corvane/manager/ConfigManager.h>
+#include <corvane/comfort/Values.h>
 
 #include <optional>
 #include <string>
@@ -28,12 +27,10 @@ public:
 
     /// The same for a value of any type that has a ValueText. One that Get would not give back, such as NaN,
     /// will be refused.
-    template <class T, class = std::enable_if_t<!std::is_convertible_v<const T&, const char*>>>
+    template <class T, class = std::enable_if_t<!detail::isLiteral<T>>>
     WriteBatch& Set(std::string_view key, const T& value) {
-        const std::string text = ValueText<T>::ToText(value);
-        if (!ValueText<T>::FromText(text))
-            return Refuse(key, "the value would not be read back");
-        return Set(key, std::string_view(text));
+        const std::optional<std::string> text = detail::TextOf(value);
+        return text ? Set(key, std::string_view(*text)) : Refuse(key, detail::wouldNotReadBack);
     }
 
     /// Collects the deletion of a tag, or with an empty tag of the section.

@@ -138,8 +138,9 @@ TEST_F(Batch, CollectsTypedValuesAndCanBeUsedAgain) {
     }
     log.Take();
     const char* const none = nullptr;
-    for (auto* bad :
-         {&copy.Set("S:Null", none), &batch.Set("S:NaN", std::numeric_limits<double>::quiet_NaN())}) {
+    corvane::WriteBatch list;
+    for (auto* bad : {&copy.Set("S:Null", none), &list.Set("S:List", std::vector<std::string>{"a,b"}),
+                      &batch.Set("S:NaN", std::numeric_limits<double>::quiet_NaN())}) {
         EXPECT_FALSE(corvane::Write(manager, *bad));
         EXPECT_EQ(log.Take().size(), 1U);
         bad->Clear();
