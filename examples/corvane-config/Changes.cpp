@@ -9,15 +9,6 @@ bool IsThere(const Settings& settings, const Key& key) {
     return key.tag.empty() ? settings.Find(key.section) != nullptr : FindTag(settings, key) != nullptr;
 }
 
-void MakeOne(const Change& change, ConfigManager& config) {
-    const std::string key = change.key.Text();
-    const bool done = change.value ? corvane::Set(config, key, *change.value)
-                                   : config.GetConfigSource()->DeleteValue(corvane::ToWide(key));
-    if (!done)
-        throw Failure(Refused,
-                      "cannot write '" + corvane::ToUtf8(config.GetConfigName()) + "'" + LoggedReason());
-}
-
 } // namespace
 
 void CheckChange(const Change& change) {
@@ -32,7 +23,16 @@ void Make(const std::vector<Change>& changes, SettingsFile& file, bool ignoreMis
     for (const Change& change : changes)
         if (!IsThere(settings, change.key) && !change.value && !ignoreMissing)
             throw Failure(No, "there is no '" + change.key.Text() + "' to delete");
-    const RetryWhileBusy retries(*file.Config().GetConfigSource());
-    for (const Change& change : changes)
-        MakeOne(change, file.Config());
+    corvane::WriteBatch batch;
+    for (const Change& change : changes) {
+        if (change.value)
+            batch.Set(change.key.Text(), *change.value);
+        else
+            batch.Delete(change.key.Text());
+    }
+    ConfigManager& config = file.Config();
+    const RetryWhileBusy retries(*config.GetConfigSource());
+    if (!corvane::Write(config, batch))
+        throw Failure(Refused,
+                      "cannot write '" + corvane::ToUtf8(config.GetConfigName()) + "'" + LoggedReason());
 }
