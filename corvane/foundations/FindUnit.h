@@ -33,4 +33,14 @@ inline std::size_t FindUnit(wstring_view text, wchar unit) noexcept {
     return at;
 }
 
+/// `name` up to its first NUL, where it ends for every comparison and wherever it is passed on.
+inline wstring_view UpToNul(wstring_view name) noexcept {
+    return name.substr(0, FindUnit(name, wchar()));
+}
+
+/// Whether a name is empty. It ends at a NUL, wherever it is compared or passed on.
+inline bool IsEmptyName(const wstring& name) noexcept {
+    return *name.c_str() == 0;
+}
+
 } // namespace corvane

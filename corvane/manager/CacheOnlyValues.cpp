@@ -25,7 +25,7 @@ void ConfigManager::PreserveCacheOnlyValues(SectionMap& preserved, const Section
 void ConfigManager::RestoreCacheOnlyValues(const SectionMap& preserved, SectionMap& cache) {
     for (const auto* const section : preserved.Ordered()) {
         const auto& [name, tags] = *section;
-        if (name == corvane::reservedSection) {
+        if (corvane::IsReserved(name)) {
             if (!tags.Empty())
                 cache.Insert(name, tags);
         } else if (auto* const loaded = cache.Find(name)) {

@@ -22,7 +22,8 @@ class TagMap;
 } // namespace corvane
 
 /// Loads a configuration, in practice a settings file, into a cache and answers for it by keys of the form
-/// `Section:Tag`: the first colon splits, letter case does not count, blanks belong to the names.
+/// `Section:Tag`: the first colon splits, letter case does not count, blanks belong to the names,
+/// and a name ends at a NUL.
 ///
 /// One lock serves all managers of the process; any thread may call, but must keep construction, destruction,
 /// copying, IsReady, GetConfigSource and SourceWasModified apart from changes of the same manager. Results

@@ -20,7 +20,7 @@ int ConfigManager::DeleteValue(const wstring& key) {
     KeyParts parts;
     if (!parts.Parse(*m_source, GetKeyFromCache(key)))
         return 0;
-    if (parts.section.empty() || parts.section == corvane::reservedSection)
+    if (!parts.HasSection() || corvane::IsReserved(parts.section))
         return 0;
     if (!m_cache->Find(parts.section))
         return Fail(function, __LINE__);
@@ -34,11 +34,11 @@ int ConfigManager::DeleteValue(const wstring& key) {
     if (!section)
         return 0;
     TagMap& tags = section->second;
-    const bool wholeSection = parts.tag.empty();
+    const bool wholeSection = !parts.HasTag();
     const bool removed = wholeSection || tags.Erase(parts.tag);
     if (wholeSection || tags.Empty()) {
         m_cache->Erase(*section);
-        m_cacheOnlySections.erase(parts.section);
+        m_cacheOnlySections.erase(parts.section.c_str());
     }
     return removed ? 0 : Fail(function, __LINE__);
 }

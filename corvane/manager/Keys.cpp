@@ -30,7 +30,7 @@ wstring ConfigManager::BuildKey(const wstring& section, const wchar* tag) const 
 
 wstring ConfigManager::GetKeyFromCache(const wstring& key) const {
     corvane::KeyParts parts;
-    if (!parts.Parse(*m_source, key) || parts.section.empty())
+    if (!parts.Parse(*m_source, key) || !parts.HasSection())
         return key;
     const auto* const section = m_cache->Find(parts.section);
     if (!section)

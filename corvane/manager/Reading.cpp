@@ -51,5 +51,5 @@ bool ConfigManager::Exists(const wstring& key) const {
     if (!m_source || !parts.Parse(*m_source, key))
         return false;
     const auto* const section = m_cache->Find(parts.section);
-    return section && (parts.tag.empty() || section->second.Find(parts.tag));
+    return section && (!parts.HasTag() || section->second.Find(parts.tag));
 }

@@ -37,10 +37,10 @@ int ConfigManager::_SetValue(const wstring& key, const wstring& value, const wst
     KeyParts parts;
     if (!parts.Parse(*m_source, storedKey))
         return refuse(__LINE__);
-    if (parts.section.empty() || parts.tag.empty())
+    if (!parts.HasSection() || !parts.HasTag())
         return refuse(__LINE__);
 
-    const bool writeThrough = !cacheOnly && m_cacheOnlySections.count(parts.section) == 0;
+    const bool writeThrough = !cacheOnly && m_cacheOnlySections.count(parts.section.c_str()) == 0;
     if (writeThrough) {
         const auto source = m_source; // stays, even if one of its log lines leads to a load by the program
         const std::int32_t written = source->WriteValue(storedKey, sourceText);
@@ -49,7 +49,7 @@ int ConfigManager::_SetValue(const wstring& key, const wstring& value, const wst
         if (!corvane::StillLoaded(m_source.get(), *source))
             return 0; // the cache is another configuration's by now
     } else {
-        m_cacheOnlySections.insert(parts.section);
+        m_cacheOnlySections.insert(parts.section.c_str());
     }
 
     const ConfigValue entry{value, !writeThrough};

@@ -61,6 +61,8 @@ std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
     wstring_view tag;
     if (!IsReady() || !SplitKey(key, section, tag))
         return Fail(function, __LINE__);
+    section = corvane::UpToNul(section);
+    tag = corvane::UpToNul(tag);
 
     ReadBuffer buffer;
     value.clear();
@@ -94,7 +96,7 @@ std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
 
 std::int32_t ConfigFile::ReadSection(const wstring& section, wstring& text) {
     static constexpr const char* function = "ConfigFile::ReadSection";
-    if (!IsReady() || section.empty())
+    if (!IsReady() || corvane::IsEmptyName(section))
         return Fail(function, __LINE__);
 
     ReadBuffer buffer;
@@ -157,13 +159,15 @@ bool ConfigFile::EnumerateSections(std::vector<wstring>& sections) {
 }
 
 bool ConfigFile::EnumerateTags(const wstring& section, std::vector<wstring>& tags) {
-    if (section.empty())
+    wstring key = section.c_str();
+    if (key.empty())
         return false;
     // A key made of such a name splits inside it and reads from elsewhere: maybe the list of all sections.
-    if (corvane::FindUnit(section, ':') != section.size())
+    if (corvane::FindUnit(key, ':') != key.size())
         return true;
+    key += ':';
     wstring list;
-    if (ReadValue(section + CORVANE_TEXT(":"), list) > 0)
+    if (ReadValue(key, list) > 0)
         SplitNameList(list, tags);
     return true;
 }

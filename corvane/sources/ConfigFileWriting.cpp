@@ -1,5 +1,6 @@
 // Writing to the configuration file. A refusal counts as a passing condition: the file may be busy.
 #include <corvane/foundations/FailureReport.h>
+#include <corvane/foundations/FindUnit.h>
 #include <corvane/platform/Platform.h>
 #include <corvane/sources/ConfigFile.h>
 #include <corvane/sources/NarrowChanges.h>
@@ -97,9 +98,9 @@ std::int32_t ConfigFile::WriteValue(const wstring& key, const wstring& value) {
 bool ConfigFile::DeleteValue(const wstring& key) {
     wstring section;
     wstring tag;
-    if (!ParseKey(key, section, tag) || section.empty())
+    if (!ParseKey(key, section, tag) || corvane::IsEmptyName(section))
         return false;
-    const corvane::wchar* const tagOrNull = tag.empty() ? nullptr : tag.c_str();
+    const corvane::wchar* const tagOrNull = corvane::IsEmptyName(tag) ? nullptr : tag.c_str();
     if (WritePrivateProfileStringWithRetry(section.c_str(), tagOrNull, nullptr, m_fileName.c_str()) != 0) {
         UpdateModifyTime();
         return true;

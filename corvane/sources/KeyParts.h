@@ -1,6 +1,7 @@
 // The two halves of a key, split without an allocation.
 #pragma once
 
+#include <corvane/foundations/FindUnit.h>
 #include <corvane/sources/IConfigSource.h>
 
 #include <atomic>
@@ -31,6 +32,9 @@ public:
 
     /// Has the source split `key`. False if it is no key.
     bool Parse(IConfigSource& source, const wstring& key) { return source.ParseKey(key, section, tag); }
+
+    bool HasSection() const noexcept { return !IsEmptyName(section); }
+    bool HasTag() const noexcept { return !IsEmptyName(tag); }
 
 private:
     // Never deleted: managers may be used by the destructors of static objects.

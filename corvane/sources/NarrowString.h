@@ -1,6 +1,7 @@
 // Wide text handed to the narrow operations of the platform.
 #pragma once
 
+#include <corvane/foundations/FindUnit.h>
 #include <corvane/foundations/ScopedResource.h>
 #include <corvane/foundations/StringUtility.h>
 #include <corvane/foundations/Utf.h>
@@ -27,7 +28,9 @@ public:
     }
 
     /// The same for a name, of which an empty one stays null.
-    bool ConvertName(const corvane::wstring& name) { return name.empty() || Convert(name.c_str()); }
+    bool ConvertName(const corvane::wstring& name) {
+        return corvane::IsEmptyName(name) || Convert(name.c_str());
+    }
 };
 
 /// The UTF-8 form of a name for the length of one read, or null for an empty name. Names of ordinary length
@@ -50,7 +53,7 @@ public:
             return converted;
         }
         const std::size_t size = corvane::utf::ToUtf8(name, m_inline);
-        if (size != name.size() && corvane::utf::HasLoneSurrogate(name))
+        if (size != name.size() && corvane::utf::HasLoneSurrogate(name.c_str()))
             return false;
         m_inline[size] = '\0';
         m_text = m_inline;

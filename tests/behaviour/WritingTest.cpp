@@ -1,6 +1,9 @@
 #include "support/ConfigFixture.h"
 #include "support/Differences.h"
 
+#include <algorithm>
+#include <cstring>
+
 namespace {
 
 class Writing : public ConfigFixture {};
@@ -122,6 +125,32 @@ TEST_F(Writing, OfALongTextHoldsOrIsRefused) {
         ASSERT_EQ(Load(-1), 0);
         EXPECT_EQ(Get(isRefused ? "Mail:Port" : key), isRefused ? "1" : value);
     }
+}
+
+// A name ends at a NUL for whoever compares it, and for the file.
+TEST_F(Writing, JudgesANameUpToItsNul) {
+    const auto withNul = [](std::string key) {
+        std::replace(key.begin(), key.end(), '~', '\0');
+        return key;
+    };
+    const std::string text = "[Mail]\nPort=1\n[Net]\nMTU=1\n";
+    Start(text);
+    for (const char* key : {"~x:Port", "Mail:~x"}) {
+        EXPECT_EQ(Set(withNul(key), "1"), FAILURE_GENERAL) << key;
+        EXPECT_EQ(log.Take(), Lines{Refusal(std::string(key, std::strcspn(key, "~")))}) << key;
+    }
+    EXPECT_EQ(Set(withNul("New:~x"), "1", true), FAILURE_GENERAL);
+    EXPECT_EQ(Set(withNul("_$CACHE$_~x:Token"), "secret"), 0);
+    EXPECT_EQ(Set(withNul("Own~x:a"), "1", true) + Set(withNul("Own~y:b"), "2") + Set("Own:c", "3"), 0);
+    EXPECT_EQ(Bytes(file), text) << "all of it belongs to the cache alone";
+    EXPECT_EQ(Load(-1), 0);
+    EXPECT_EQ(Get("_$CACHE$_:Token") + Get(withNul("MAIL~x:port~x")), "secret1");
+    EXPECT_TRUE(Exists(withNul("Mail:~x")) && Exists(withNul("Mail~x:")));
+    EXPECT_EQ(Delete(withNul("_$CACHE$_~x:Token")) + Delete(withNul("~x:Port")), 0);
+    EXPECT_EQ(Get("_$CACHE$_:Token"), "secret");
+    EXPECT_EQ(Delete(withNul("Mail~x:Port~x")) + Delete(withNul("Net:~x")), 0);
+    EXPECT_EQ(List(), withNul("_$CACHE$_~x")) << "the cache keeps the caller's text";
+    EXPECT_EQ(differences::InLf(Bytes(file)), "[Mail]\n");
 }
 
 } // namespace
