@@ -22,14 +22,14 @@ class TagMap;
 } // namespace corvane
 
 /// Loads a configuration, in practice a settings file, into a cache and answers for it by keys of the form
-/// `Section:Tag`: the first colon splits, letter case does not count, blanks belong to the names,
-/// and a name ends at a NUL.
+/// `Section:Tag`: the first colon splits, letter case does not count, blanks belong to the names, and a name
+/// ends at a NUL.
 ///
 /// One lock serves all managers of the process; any thread may call, but must keep construction, destruction,
 /// copying, IsReady, GetConfigSource and SourceWasModified apart from changes of the same manager. Results
 /// are 0 for success and FAILURE_GENERAL, unless told otherwise; every failure is in the log. On failure
-/// nothing has changed, the caller's own variables included. Exceptions come from lack of memory alone and
-/// leave no lock held.
+/// nothing has changed, the caller's own variables included, unless told otherwise. Exceptions come from lack
+/// of memory alone and leave no lock held; a write that ends in one may have reached the file.
 class CORVANE_API ConfigManager {
 public:
     /// One tag of the cache.
@@ -75,8 +75,8 @@ public:
 
     /// Loads the configuration `name`, for a file its path, whole or not at all: after a failure the manager
     /// goes on answering for what it had. With `reloadPolicy` zero or above, a configuration that is loaded
-    /// already and was not modified is not loaded again; below zero it is. Holds the lock while it reads the
-    /// file.
+    /// already and was not modified is not loaded again; below zero it is. Names that differ in letter case
+    /// alone are one name here, even where they are two files. Holds the lock while it reads the file.
     int Update(const corvane::wchar* name, int reloadPolicy);
 
     /// Whether the source is newer than the load, in whole seconds, or cannot be examined; true without a
@@ -97,12 +97,15 @@ public:
 
     /// Writes a value to the source and then to the cache. With `cacheOnly` it goes to the cache alone, into
     /// a section that the cache does not have yet; further plain writes into that section stay in the cache
-    /// too. While the file is busy it is tried again once a second, 30 times by default, with the lock held.
+    /// too, if the name has the same letter case or the cache still has the section: otherwise they go to the
+    /// source. That is so for `_$CACHE$_` as well, which is reserved in that very letter case alone. While
+    /// the file is busy it is tried again once a second, 30 times by default, with the lock held.
     int SetValue(const corvane::wstring& key, const corvane::wstring& value, bool cacheOnly = false);
 
     /// Deletes a tag, or with an empty tag the section, from the source and then from the cache. 0 also if
     /// the source refused, which leaves the value readable; FAILURE_GENERAL if the cache had no such entry: a
-    /// tag whose value is empty in the file is not in the cache, and goes from the file all the same.
+    /// tag whose value is empty in the file is not in the cache, and goes from the file all the same. Values
+    /// of `_$CACHE$_` stay.
     int DeleteValue(const corvane::wstring& key);
 
     /// Makes all changes or none, in their order: to the source in one step, and then to the cache. The last
