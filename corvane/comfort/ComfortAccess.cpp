@@ -1,7 +1,5 @@
 #include <corvane/comfort/ComfortAccess.h>
-#include <corvane/manager/Log.h>
 #include <corvane/sources/ConfigFile.h>
-#include <corvane/sources/KeyParts.h>
 
 namespace corvane {
 
@@ -12,15 +10,6 @@ int ComfortAccess::Read(const ConfigManager& config, const wstring& key, wstring
 }
 
 int ComfortAccess::Write(ConfigManager& config, const FileEntry& entry) {
-    const ThreadLockGuard guard(ConfigManager::m_lock);
-    if (config.m_source) {
-        KeyParts parts;
-        parts.Parse(*config.m_source, config.GetKeyFromCache(entry.key));
-        if (config.m_cacheOnlySections.count(parts.section) != 0)
-            return failure_reportFormatted(FAILURE_GENERAL,
-                                           CORVANE_TEXT("this section is kept in the cache alone: '%s'"),
-                                           configChannel, "corvane::Set", __LINE__, entry.key.c_str());
-    }
     return config._SetValue(entry.key, entry.value, entry.fileText, false);
 }
 

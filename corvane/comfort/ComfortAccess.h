@@ -13,8 +13,7 @@ public:
     /// Copies the value of `key` to `value`. The result is GetValue's.
     static int Read(const ConfigManager& config, const wstring& key, wstring& value);
 
-    /// Writes an entry that was not refused through to the file, and its value into the cache. Refused, with
-    /// nothing written, if the manager keeps the section in the cache alone. The result is SetValue's.
+    /// SetValue of an entry that was not refused, with `fileText` as the text that the file gets.
     static int Write(ConfigManager& config, const FileEntry& entry);
 
     /// ApplyChanges, with `forFile` as what the file gets for the same keys.

@@ -76,14 +76,13 @@ inline std::string Get(const ConfigManager& config, std::string_view key, const 
     return Get(config, key, std::string(fallback ? fallback : ""));
 }
 
-/// Why Set refuses this key and text, as one sentence in UTF-8; empty if it does not. A section that a
-/// manager keeps in the cache alone is not known here.
+/// The reason why Set refuses this key and text, as one sentence in UTF-8; empty if it does not.
 CORVANE_API std::string Refusal(std::string_view key, std::string_view text);
 
-/// Writes `text` through to the file, in quotes if blanks at its ends or quotes around it would be lost
-/// without them; this manager and every later load read it back as it is. An empty text is written too, and
-/// is no value to a later load. False, with nothing written, if the file was not free or could not give the
-/// text back by that key; the log says why.
+/// Writes `text` through to the file, in quotes if it would otherwise lose blanks at its ends or quotes
+/// around it; this manager and every later load read it back unchanged. An empty text is written, too, but a
+/// later load treats it as missing. In a cache-only section the cache alone changes. False, with nothing
+/// written, if the file is busy or cannot represent the text under that key; the log has the error.
 [[nodiscard]] CORVANE_API bool Set(ConfigManager& config, std::string_view key, std::string_view text);
 
 /// The same for a literal. A null text is refused.

@@ -32,7 +32,7 @@ public:
         m_cache.Reserve(m_cache.Size() + m_sections.Size());
         for (const auto* section : m_sections.Ordered()) {
             if (section->second.Empty())
-                m_emptied.push_back(section->first);
+                m_emptied.emplace_back(section->first.c_str()); // up to a NUL
         }
         return nullptr;
     }
@@ -48,8 +48,8 @@ public:
 
 private:
     bool Add(const corvane::ConfigChange& change, const std::optional<wstring>& sourceText) {
-        if (!m_parts.Parse(m_source, change.key) || m_parts.section.empty() ||
-            (change.value && m_parts.tag.empty()))
+        if (!m_parts.Parse(m_source, change.key) || !m_parts.HasSection() ||
+            (change.value && !m_parts.HasTag()))
             return false;
         const auto* const cached = m_cache.Find(m_parts.section);
         auto* section = m_sections.Find(m_parts.section);
@@ -59,9 +59,9 @@ private:
             section = m_sections.Find(m_parts.section);
         }
         const wstring& name = section ? section->first : m_parts.section;
-        if (!change.value && name == corvane::reservedSection)
+        if (!change.value && corvane::IsReserved(name))
             return false;
-        const bool cacheOnly = m_cacheOnlySections.count(name) != 0;
+        const bool cacheOnly = m_cacheOnlySections.count(name.c_str()) != 0;
         if (!cacheOnly)
             m_forSource.push_back({name + CORVANE_TEXT(':') + StoredTag(section), sourceText});
         if (section)
@@ -77,7 +77,7 @@ private:
     void Change(TagMap& tags, const std::optional<wstring>& value, bool cacheOnly) {
         if (value)
             tags.Assign(m_parts.tag, {*value, cacheOnly});
-        else if (m_parts.tag.empty())
+        else if (!m_parts.HasTag())
             tags = TagMap();
         else
             tags.Erase(m_parts.tag);

@@ -38,7 +38,8 @@ int ConfigManager::DeleteValue(const wstring& key) {
     const bool removed = wholeSection || tags.Erase(parts.tag);
     if (wholeSection || tags.Empty()) {
         m_cache->Erase(*section);
-        m_cacheOnlySections.erase(parts.section.c_str());
+        parts.section.resize(corvane::UpToNul(parts.section).size());
+        m_cacheOnlySections.erase(parts.section);
     }
     return removed ? 0 : Fail(function, __LINE__);
 }

@@ -53,7 +53,7 @@ public:
             return converted;
         }
         const std::size_t size = corvane::utf::ToUtf8(name, m_inline);
-        if (size != name.size() && corvane::utf::HasLoneSurrogate(name.c_str()))
+        if (size != name.size() && corvane::utf::HasLoneSurrogate(name))
             return false;
         m_inline[size] = '\0';
         m_text = m_inline;

@@ -163,7 +163,6 @@ TEST_F(Comfort, SaysWhatItRefuses) {
         {"S:t", "two\nlines", "a value cannot contain a line break or a NUL character"},
         {"S:t", nullptr, "the value is null"},
         {"_$CACHE$_:t", "x", "the section _$CACHE$_ is kept in the cache alone"},
-        {"Token:b", "x", "this section is kept in the cache alone"},
     };
     for (const auto& [key, text, why] : rows) {
         EXPECT_FALSE(corvane::Set(manager, key, text));
@@ -172,7 +171,8 @@ TEST_F(Comfort, SaysWhatItRefuses) {
         EXPECT_EQ(log.Take(),
                   Lines{"Error 32768 \"" + (why + (": '" + shown)) + "'\" at func: corvane::Set"});
     }
-    EXPECT_EQ(Bytes(file) + List("Token:"), "[S]\nt=1\na");
+    EXPECT_TRUE(corvane::Set(manager, "Token:b", " x ")); // in a section of the cache alone
+    EXPECT_EQ(Bytes(file) + List("Token:") + Get("Token:b"), "[S]\nt=1\na,b x ");
 }
 
 TEST_F(Comfort, SaysWhyALoadFailed) {
