@@ -1,8 +1,8 @@
 #include "ProfileText.h"
 
 #include <corvane/foundations/Utf.h>
-#include <corvane/platform/posix/PosixPlatform.h>
-#include <corvane/platform/posix/profile/ProfileIndex.h>
+#include <corvane/platform/linux/LinuxPlatform.h>
+#include <corvane/platform/linux/profile/ProfileIndex.h>
 
 #include <benchmark/benchmark.h>
 #include <chrono>
@@ -44,8 +44,8 @@ void ReportTags(benchmark::State& state) {
         benchmark::Counter(tags, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
-posix::FileText FileTextOf(const std::string& text) {
-    posix::FileText copy;
+os::FileText FileTextOf(const std::string& text) {
+    os::FileText copy;
     copy.Resize(text.size());
     text.copy(copy.Data(), text.size());
     return copy;
@@ -55,7 +55,7 @@ void ParseProfile(benchmark::State& state) {
     const std::string text = ProfileText(static_cast<int>(state.range(0)));
     std::size_t bytes = 0;
     while (state.KeepRunning()) {
-        const posix::ProfileIndex index(FileTextOf(text));
+        const os::ProfileIndex index(FileTextOf(text));
         bytes = index.Footprint();
     }
     ReportTags(state);

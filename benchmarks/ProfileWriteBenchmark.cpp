@@ -1,7 +1,7 @@
 #include "ProfileText.h"
 
-#include <corvane/platform/posix/PosixPlatform.h>
-#include <corvane/platform/posix/profile/EditProfile.h>
+#include <corvane/platform/linux/LinuxPlatform.h>
+#include <corvane/platform/linux/profile/EditProfile.h>
 
 #include <benchmark/benchmark.h>
 #include <cstdlib>
@@ -23,7 +23,7 @@ void SetTagInText(benchmark::State& state) {
     const std::string text = ProfileText(static_cast<int>(state.range(0)));
     const LastTag last(static_cast<int>(state.range(0)));
     for (auto _ : state)
-        benchmark::DoNotOptimize(posix::Edited(text, {{last.section, last.tag, "another value"}}));
+        benchmark::DoNotOptimize(os::Edited(text, {{last.section, last.tag, "another value"}}));
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
 }
 BENCHMARK(SetTagInText)->Arg(1'000)->Arg(100'000)->Unit(benchmark::kMicrosecond);

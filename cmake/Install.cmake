@@ -2,7 +2,7 @@
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-set(port posix)
+set(port linux)
 if(WIN32)
   set(port windows)
 endif()
@@ -31,7 +31,7 @@ set(public_headers
   sources/IConfigSource.h
 )
 if(NOT WIN32)
-  list(APPEND public_headers platform/posix/RegistryFolders.h platform/posix/RegistryKeys.h)
+  list(APPEND public_headers platform/linux/RegistryFolders.h platform/linux/RegistryKeys.h)
 endif()
 set(inner_headers # what the public ones stand on; nothing in them is for programs
   foundations/CaseFolding.h

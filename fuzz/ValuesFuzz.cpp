@@ -1,14 +1,14 @@
 // Any bytes as the values file of a registry key: in memory, and in a tree on disk.
 #include "Fuzz.h"
 
-#include <corvane/platform/posix/RegistryFolders.h>
-#include <corvane/platform/posix/registry/ValuesText.h>
+#include <corvane/platform/linux/RegistryFolders.h>
+#include <corvane/platform/linux/registry/ValuesText.h>
 #include <corvane/registry/registry.h>
 
 using namespace fuzz;
-using corvane::posix::ParseValues;
-using corvane::posix::PrintValues;
-using corvane::posix::RegistryValues;
+using corvane::os::ParseValues;
+using corvane::os::PrintValues;
+using corvane::os::RegistryValues;
 
 namespace {
 

@@ -25,7 +25,7 @@ std::uint64_t SpecialUnits(std::uint64_t block) noexcept {
 std::uint64_t FoldUnits(wstring_view units) noexcept { // of at most one block
     wchar folded[unitsOfBlock] = {};
     for (std::size_t i = 0; i < units.size(); ++i)
-        folded[i] = FoldInEveryLocale(units[i]);
+        folded[i] = FoldForHash(units[i]);
     return BlockAt(folded);
 }
 

@@ -13,7 +13,7 @@ wchar FoldOutsideAscii(wchar unit) noexcept {
     return folded == lower ? folded : unit;
 }
 
-wchar FoldInEveryLocale(wchar unit) noexcept {
+wchar FoldForHash(wchar unit) noexcept {
     return unit < 0x80 ? FoldCase(unit) : platform::LowerInvariant(unit);
 }
 

@@ -17,7 +17,7 @@ inline wchar FoldCase(wchar unit) noexcept {
 }
 
 /// The same for all units that FoldCase can ever take for one, whatever the locale.
-wchar FoldInEveryLocale(wchar unit) noexcept;
+wchar FoldForHash(wchar unit) noexcept;
 
 /// Below zero, zero or above zero as `a` sorts before, with or behind `b` after folding to lower case. Each
 /// text ends at its first NUL. Safe from any thread.

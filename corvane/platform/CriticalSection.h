@@ -4,5 +4,5 @@
 #ifdef _WIN32
 #include <corvane/platform/windows/CriticalSection.h>
 #else
-#include <corvane/platform/posix/CriticalSection.h>
+#include <corvane/platform/linux/CriticalSection.h>
 #endif

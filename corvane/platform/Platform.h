@@ -6,7 +6,7 @@
 #ifdef _WIN32
 #include <corvane/platform/windows/WindowsPlatform.h>
 #else
-#include <corvane/platform/posix/PosixPlatform.h>
+#include <corvane/platform/linux/LinuxPlatform.h>
 #endif
 
 namespace platform = corvane::platform;

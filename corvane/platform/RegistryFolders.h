@@ -13,5 +13,5 @@ inline bool SetRegistryFolders(const std::string&, const std::string&) {
 
 } // namespace corvane
 #else
-#include <corvane/platform/posix/RegistryFolders.h>
+#include <corvane/platform/linux/RegistryFolders.h>
 #endif

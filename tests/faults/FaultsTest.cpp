@@ -2,8 +2,8 @@
 #include "SystemCalls.h"
 
 #include <corvane/config.h>
-#include <corvane/platform/posix/PosixPlatform.h>
-#include <corvane/platform/posix/RegistryFolders.h>
+#include <corvane/platform/linux/LinuxPlatform.h>
+#include <corvane/platform/linux/RegistryFolders.h>
 #include <corvane/registry/registry.h>
 #include <corvane/sources/IConfigSource.h>
 
@@ -11,8 +11,8 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <linux/TestFolder.h>
 #include <map>
-#include <posix/TestFolder.h>
 #include <set>
 #include <sys/prctl.h>
 #include <sys/xattr.h>

@@ -1,0 +1,82 @@
+#include <corvane/platform/linux/Errors.h>
+#include <corvane/platform/linux/profile/ProfileCache.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+namespace corvane::os {
+
+using namespace platform;
+
+ProfileCache& ProfileCache::Instance() {
+    static ProfileCache& cache = *new ProfileCache;
+    return cache;
+}
+
+ulong ProfileCache::Load(const char* path, std::shared_ptr<const ProfileIndex>& profile) {
+    struct stat status {};
+    if (::stat(path, &status) != 0) {
+        const int error = errno;
+        Forget(path);
+        return ErrorOfPath(path, error);
+    }
+    auto [valid, kept] = Find(path, FileStamp(status));
+    if (valid) {
+        profile = std::move(kept);
+        return ERROR_SUCCESS;
+    }
+
+    FileSnapshot snapshot;
+    if (const ulong error = ReadSnapshot(path, status, snapshot)) {
+        Forget(path);
+        return error;
+    }
+    if (!kept || kept->Content() != snapshot.content.View())
+        kept = std::make_shared<const ProfileIndex>(std::move(snapshot.content));
+    Keep({path, snapshot.stamp, snapshot.racy, kept});
+    profile = std::move(kept);
+    return ERROR_SUCCESS;
+}
+
+ProfileCache::Found ProfileCache::Find(const char* path, const FileStamp& stamp) {
+    const MutexGuard guard(m_lock);
+    const auto entry = Position(path);
+    if (entry == m_entries.end())
+        return {};
+    m_entries.splice(m_entries.begin(), m_entries, entry);
+    return {!entry->racy && entry->stamp == stamp, entry->profile};
+}
+
+void ProfileCache::Keep(Entry entry) {
+    std::list<Entry> kept;
+    kept.push_back(std::move(entry));
+    // What is displaced is freed after the lock is released.
+    std::list<Entry> displaced;
+    const MutexGuard guard(m_lock);
+    if (const auto old = Position(kept.front().path.c_str()); old != m_entries.end())
+        displaced.splice(displaced.begin(), m_entries, old);
+    m_entries.splice(m_entries.begin(), kept);
+
+    std::size_t bytes = 0;
+    std::size_t count = 0;
+    const auto last = std::find_if(m_entries.begin(), m_entries.end(), [&](const Entry& each) {
+        bytes += each.profile->Footprint();
+        return ++count > 1 && (count > maximumCount || bytes > maximumBytes);
+    });
+    displaced.splice(displaced.begin(), m_entries, last, m_entries.end());
+}
+
+void ProfileCache::Forget(const char* path) {
+    std::list<Entry> displaced;
+    const MutexGuard guard(m_lock);
+    if (const auto old = Position(path); old != m_entries.end())
+        displaced.splice(displaced.begin(), m_entries, old);
+}
+
+std::list<ProfileCache::Entry>::iterator ProfileCache::Position(const char* path) {
+    return std::find_if(m_entries.begin(), m_entries.end(),
+                        [path](const Entry& entry) { return entry.path == path; });
+}
+
+} // namespace corvane::os

@@ -1,0 +1,54 @@
+// The parsed profiles that this process read last.
+#pragma once
+
+#include <corvane/platform/Mutex.h>
+#include <corvane/platform/linux/files/FileSnapshot.h>
+#include <corvane/platform/linux/profile/ProfileIndex.h>
+
+#include <cstddef>
+#include <list>
+#include <memory>
+#include <string>
+
+namespace corvane::os {
+
+/// Keeps a few parsed profiles, the one used last in front, and hands out only what the file holds at the
+/// time of the call. Bounded in count and in bytes; a single profile above the bound is kept alone, so that a
+/// program that reads tag by tag does not parse a huge file for each. Any thread may call; files are read
+/// outside the lock.
+class ProfileCache {
+public:
+    /// The cache of the process. It is never destroyed: static objects may read as they come up and go down.
+    static ProfileCache& Instance();
+
+    /// Gives the profile at `path` (UTF-8). Returns ERROR_SUCCESS, or the error with `profile` untouched.
+    ulong Load(const char* path, std::shared_ptr<const ProfileIndex>& profile);
+
+private:
+    using Profile = std::shared_ptr<const ProfileIndex>;
+
+    struct Entry {
+        std::string path;
+        FileStamp stamp;
+        bool racy = true;
+        Profile profile;
+    };
+
+    struct Found {
+        bool valid = false; // it is sure that the file holds this
+        Profile profile;
+    };
+
+    static constexpr std::size_t maximumCount = 16;
+    static constexpr std::size_t maximumBytes = std::size_t{64} << 20;
+
+    Found Find(const char* path, const FileStamp& stamp);
+    void Keep(Entry entry);
+    void Forget(const char* path);
+    std::list<Entry>::iterator Position(const char* path) CORVANE_REQUIRES(m_lock);
+
+    platform::Mutex m_lock;
+    std::list<Entry> m_entries CORVANE_GUARDED_BY(m_lock);
+};
+
+} // namespace corvane::os

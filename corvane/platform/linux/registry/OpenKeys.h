@@ -1,0 +1,34 @@
+// The open key handles of the process.
+#pragma once
+
+#include <corvane/platform/Mutex.h>
+#include <corvane/platform/linux/LinuxRegistry.h>
+#include <corvane/platform/linux/registry/ValuesFile.h>
+
+namespace corvane::os {
+
+/// The key of a handle, with what was read of it.
+struct OpenKey {
+    KeyFolder place;
+    ulong access = 0;
+
+    platform::Mutex mutex;
+    ValuesFile values CORVANE_GUARDED_BY(mutex);
+    std::vector<wstring> subkeys CORVANE_GUARDED_BY(mutex);
+};
+
+/// Creates a new handle. Handle numbers are never reused.
+platform::HKEY AddOpenKey(std::shared_ptr<OpenKey> key);
+
+/// The key of an open handle from AddOpenKey; null for any other handle. It stays usable when another thread
+/// closes the handle.
+std::shared_ptr<OpenKey> FindOpenKey(platform::HKEY handle);
+
+/// False if the handle was not open.
+bool CloseOpenKey(platform::HKEY handle);
+
+/// Finds the key of a handle or predefined key that was opened with the rights `needed`; otherwise returns
+/// ERROR_INVALID_HANDLE or ERROR_ACCESS_DENIED. With `create`, a missing predefined key is created.
+ulong UseKey(platform::HKEY handle, ulong needed, bool create, std::shared_ptr<OpenKey>& key);
+
+} // namespace corvane::os

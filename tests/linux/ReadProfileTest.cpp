@@ -1,0 +1,232 @@
+#include <corvane/manager/ConfigManager.h>
+#include <corvane/platform/linux/Errors.h>
+#include <corvane/platform/linux/LinuxPlatform.h>
+
+#include <algorithm>
+#include <chrono>
+#include <fcntl.h>
+#include <linux/TestFolder.h>
+#include <sys/mman.h>
+#include <thread>
+
+namespace corvane {
+namespace {
+
+using namespace platform;
+using namespace test;
+
+class ReadProfile : public TestFolder {};
+
+// What a read gives, with '|' in the place of each NUL.
+std::string Read(const char* section, const char* tag, const std::string& file, const char* other = nullptr) {
+    std::string text(4096, '#');
+    text.resize(GetPrivateProfileStringA(section, tag, other, text.data(), 4096, file.c_str()));
+    std::replace(text.begin(), text.end(), '\0', '|');
+    return text;
+}
+
+TEST_F(ReadProfile, UnderstandsTheFormat) {
+    using namespace std::string_literals;
+    struct Row {
+        std::string content;
+        const char *section, *tag;
+        std::string expected;
+    };
+    const std::string net = "lost=1\n[Net]\r\n ; note\n Port = 25 \n\nhost='a b'\nport=26\nloose line\n=x\n"
+                            "[]\nnameless=1\n[ Mail ]\n[net]\nlate=1\n[Mail]\nsecond=1";
+    const std::string odd = "\xEF\xBB\xBF[a]b] ; text\rb=\"'c'\"\r# d='\r[e=1\r[f\r";
+    const std::string many = "[a]\nt=1\n[b]\nt=2\nT=3\n[c]\nt=4\n";
+    const Row rows[] = {
+        {net, nullptr, nullptr, "Net|Mail|net|Mail|"},
+        {net, "NET", nullptr, "Port|host|port|"},
+        {net, " net\t", " PORT ", "25"},
+        {net, "Net", "host", "a b"},
+        {net, "", "nameless", ""},
+        {net, "Mail", nullptr, ""},
+        {odd, "a]b", nullptr, "b|# d|[e|"},
+        {odd, "a]b", "b", "'c'"},
+        {odd, "a]b", "# d", "'"},
+        {many, "B", "T", "2"},
+        {"\xFF\xFE[a]\nb=c\n", "a", "b", ""},
+        {"[a]\nb=c\nhal", "a", nullptr, "b|"},
+        {"[a\0]\n\0\nb \0z = c \0d\n"s, "A", "B", "c"},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(Read(row.section, row.tag, Make("f", row.content)), row.expected)
+            << testing::PrintToString(row.section) << testing::PrintToString(row.tag) << row.content;
+    }
+    const std::string file = Make("f", net);
+    std::string section(44, '#');
+    EXPECT_EQ(GetPrivateProfileSectionA("net", section.data(), 44, file.c_str()), 41U);
+    section.resize(42);
+    EXPECT_EQ(section, "Port=25\0host='a b'\0port=26\0loose line\0=x\0\0"s);
+    EXPECT_EQ(GetPrivateProfileSectionA("mail", section.data(), 42, file.c_str()), 0U);
+    EXPECT_EQ(Read("Net", "none", file, "other \t"), "other");
+}
+
+TEST_F(ReadProfile, TruncatesAtTheExactLimit) {
+    struct Row {
+        std::size_t length;      // of the value, of the only name, of the only line
+        ulong size, value, list; // of the buffer; the results
+    };
+    constexpr ulong huge = 5'000'000;
+    for (const Row& row :
+         {Row{1020, 1024, 1020, 1021}, Row{1021, 1024, 1021, 1022}, Row{1022, 1024, 1022, 1022},
+          Row{1023, 1024, 1023, 1022}, Row{1024, 1024, 1023, 1022}, Row{5, 0, 0, 0}, Row{5, 1, 0, 0},
+          Row{5, 2, 1, 0}, Row{5, 3, 2, 1}, Row{huge, huge + 9, huge, huge + 1}}) {
+        const std::string text(row.length, 'x');
+        const std::string tags = Make("tags", "[s]\n" + text + "=" + text + "\n");
+        const std::string lines = Make("lines", "[s]\n" + text);
+        const auto check = [&](auto read, ulong expected, std::size_t ends) {
+            std::string buffer(row.size + 2, '#');
+            const ulong count = read(buffer.data());
+            EXPECT_EQ(count, expected) << row.length << " in " << row.size;
+            std::string content = text.substr(0, count) + std::string(ends, '\0');
+            content.resize(std::min<std::size_t>(content.size(), row.size));
+            EXPECT_TRUE(buffer.compare(0, content.size(), content) == 0) << row.length << " in " << row.size;
+            EXPECT_EQ(buffer.substr(row.size), "##");
+        };
+        const auto read = [&](const char* tag) {
+            return [&, tag](char* buffer) {
+                return GetPrivateProfileStringA("s", tag, nullptr, buffer, row.size, tags.c_str());
+            };
+        };
+        check(read(text.c_str()), row.value, 1);
+        check(read(nullptr), row.list, 2);
+        check([&](char* buffer) { return GetPrivateProfileSectionA("s", buffer, row.size, lines.c_str()); },
+              row.list, 2);
+    }
+}
+
+// The quick hashes take all these names for one.
+TEST_F(ReadProfile, IsNotHeldUpByNamesThatWereMadeForIt) {
+    constexpr unsigned count = 20'000;
+    const auto name = [](unsigned number, char last) {
+        std::string text;
+        for (int bit = 0; bit < 16; ++bit)
+            text += (number >> bit & 1) != 0 ? '@' : '`';
+        return text + last;
+    };
+    std::string tags = "[s]\n";
+    std::string sections;
+    for (unsigned i = 0; i < count; ++i) {
+        tags += name(i, 'X') + "=" + std::to_string(i) + "\n";
+        sections += "[" + name(i, 'X') + "]\nt=" + std::to_string(i) + "\n";
+    }
+    const std::string file = Make("f", tags + sections + "[plain]\nt=u\n");
+    ConfigManager loaded;
+    ASSERT_EQ(loaded.Update(ToWide(file).c_str(), 0), 0);
+    ASSERT_EQ(loaded.SetValue(ToWide("s:" + name(count, 'X')), ToWide("20000")), 0);
+    ConfigManager copy(loaded);
+    const auto inCache = [&copy](const std::string& key) {
+        wstring value;
+        return copy.Exists(ToWide(key)) && copy.GetValue(ToWide(key), value) == 0 ? ToUtf8(value) : "none";
+    };
+    for (const unsigned i : {0U, 7'000U, count - 1, count}) {
+        const std::string made = name(i, 'x'), value = std::to_string(i);
+        EXPECT_EQ(inCache("S:" + made), value);
+        EXPECT_EQ(Read("S", made.c_str(), file), value);
+        EXPECT_EQ(inCache(made + ":T"), i < count ? value : "none");
+        EXPECT_EQ(Read(made.c_str(), "T", file), i < count ? value : "");
+    }
+    EXPECT_EQ(inCache("Plain:T") + Read("Plain", "T", file), "uu");
+}
+
+TEST_F(ReadProfile, NoticesEveryChange) {
+    const std::string file = Make("f", "[a]\nb=0\n");
+    const int descriptor = ::open(file.c_str(), O_WRONLY | O_CLOEXEC);
+    for (const char digit : std::string("1234567890")) { // the same size, and often the same time
+        ASSERT_EQ(::pwrite(descriptor, &digit, 1, 6), 1);
+        ASSERT_EQ(Read("a", "b", file), std::string(1, digit));
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    EXPECT_EQ(Read("a", "b", file), "0"); // now the cache is sure
+
+    const timespec times[] = {StatusOf(file).st_atim, StatusOf(file).st_mtim};
+    ASSERT_EQ(::pwrite(descriptor, "6", 1, 6), 1);
+    ASSERT_EQ(::futimens(descriptor, times), 0);
+    ::close(descriptor);
+    EXPECT_EQ(Read("a", "b", file), "6");
+
+    fs::rename(Make("other", "[a]\nb=7\n"), file);
+    EXPECT_EQ(Read("a", "b", file), "7");
+    fs::remove(file);
+    EXPECT_EQ(Read("a", "b", file), "");
+    EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
+    ASSERT_EQ(::utimensat(AT_FDCWD, Make("f", "[a]\nb=8\n").c_str(), times, 0), 0);
+    EXPECT_EQ(Read("a", "b", file), "8");
+    const timespec future[] = {{2'240'611'200, 0}, {2'240'611'200, 0}}; // in 2041, beyond 32 bits
+    ASSERT_EQ(::utimensat(AT_FDCWD, file.c_str(), future, 0), 0);
+    EXPECT_EQ(Read("a", "b", file), "8");
+}
+
+// A store into mapped memory that follows another leaves the file's times alone.
+TEST_F(ReadProfile, DoesNotTrustTheTimesOfAFreshFile) {
+    bool noticed = false;
+    for (int i = 0; i < 20 && !noticed; ++i) { // a round may be held up until the file is no longer fresh
+        const std::string file = Make("fresh", "[a]\nb=0\n");
+        const int descriptor = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
+        void* const memory = ::mmap(nullptr, 8, PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
+        ASSERT_NE(memory, MAP_FAILED);
+        auto* const value = static_cast<volatile char*>(memory) + 6;
+        *value = '1';
+        EXPECT_EQ(Read("a", "b", file), "1");
+        *value = '2';
+        noticed = Read("a", "b", file) == "2";
+        ::munmap(memory, 8);
+        ::close(descriptor);
+    }
+    EXPECT_TRUE(noticed);
+}
+
+TEST_F(ReadProfile, WaitsForAWriterInPlace) {
+    for (const bool isFresh : {true, false}) {
+        const std::string file = Make("f", "[a]\nb=old\n");
+        std::this_thread::sleep_for(std::chrono::milliseconds(isFresh ? 0 : 50));
+        const int descriptor = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
+        struct flock whole {};
+        whole.l_type = F_WRLCK;
+        ASSERT_EQ(::fcntl(descriptor, F_OFD_SETLK, &whole), 0);
+        std::thread writer([&] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+            EXPECT_EQ(::pwrite(descriptor, "new", 3, 6), 3);
+            ::close(descriptor);
+        });
+        EXPECT_EQ(Read("a", "b", file), "new");
+        writer.join();
+    }
+}
+
+TEST_F(ReadProfile, ShowsALoadOneViewOfItsFile) {
+    const std::string old = "[a]\nx=1\nloose\n[b]\ny=2\nX=3\nx=4\nz=5\n[A]\nx=6\n[c\xFF]\nx\xFF=7\nw=8\n";
+    const std::string file = Make("f", old), twin = Make("twin", old), other = Make("other", "[a]\nx=8\n");
+    const char* const sections[] = {nullptr, "", "a", "b", "A", "c\xEF\xBF\xBD", "none", " b "};
+    const char* const tags[] = {nullptr, "", "x", "y", "z", "X", "loose", "none", " z", "x\xEF\xBF\xBD", "w"};
+    {
+        const LoadScope load;
+        EXPECT_EQ(Read("a", "x", Path("missing")), ""); // keeps no file
+        EXPECT_EQ(Read("a", "x", file), "1");           // keeps this one
+        fs::rename(Make("next", "[a]\nx=9\n"), file);
+        for (const char* section : sections) { // each tag after each other one
+            for (std::size_t i = 0; i < std::size(tags) * std::size(tags) * 2; ++i) {
+                const char* const tag =
+                    tags[(i % 2 == 0 ? i / 2 : i / 2 / std::size(tags)) % std::size(tags)];
+                ASSERT_EQ(Read(section, tag, file), Read(section, tag, twin))
+                    << testing::PrintToString(section) << testing::PrintToString(tag);
+            }
+        }
+        EXPECT_EQ(Read("a", "x", other), "8");
+        Make("other", "[a]\nx=0\n");
+        EXPECT_EQ(Read("a", "x", other), "0");
+        std::thread([&] { EXPECT_EQ(Read("a", "x", file), "9"); }).join();
+        {
+            const LoadScope inner;
+            EXPECT_EQ(Read("a", "x", file), "9");
+        }
+        EXPECT_EQ(Read("a", "x", file), "1");
+    }
+    EXPECT_EQ(Read("a", "x", file), "9");
+}
+
+} // namespace
+} // namespace corvane

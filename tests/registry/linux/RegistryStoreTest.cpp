@@ -1,0 +1,275 @@
+// The Linux registry by its own operations: what is on disk, what other processes do, what goes wrong.
+#include "TemporaryRegistry.h"
+#include "support/RegistryData.h"
+
+#include <corvane/platform/linux/LinuxRegistry.h>
+#include <corvane/registry/registry.h>
+
+#include <set>
+#include <thread>
+
+namespace corvane {
+namespace {
+
+using namespace platform;
+using namespace test;
+
+class RegistryStore : public TemporaryRegistry {
+protected:
+    static HKEY Create(const wchar* path) {
+        HKEY key = nullptr;
+        RegCreateKeyExW(HKEY_CURRENT_USER, path, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr);
+        return key;
+    }
+    static LSTATUS Set(HKEY key, const wchar* name, ulong type, const std::string& data) {
+        return RegSetValueExW(key, name, 0, type, reinterpret_cast<const unsigned char*>(data.data()),
+                              static_cast<ulong>(data.size()));
+    }
+    static ulong ReadNumber(const wchar* path, const wchar* name = u"n") {
+        return registry_readNumber(nullptr, path, name, 7, nullptr);
+    }
+    static int WriteNumber(const wchar* path, ulong number) {
+        return registry_writeNumber(nullptr, path, u"n", number);
+    }
+
+    const fs::path user = Path("user") + "/HKEY_CURRENT_USER";
+    const fs::path machine = Path("machine") + "/HKEY_LOCAL_MACHINE";
+    const fs::path valuesFile = user / "App" / ".values";
+};
+
+TEST_F(RegistryStore, KeepsAnyKeyName) {
+    std::multiset<wstring> names{u"Größe", u"鍵",  u"..",      u".",        u"../../x",
+                                 u"%2F",   u"a%+", u".values", u"?*:|<>\"", u"\r\n\t\x01"};
+    for (const wchar last : {wchar('n'), wchar(u'鍵'), wchar(0xDFFF)})
+        names.insert(wstring(255, last));
+    names.insert(wstring(79, 'm') + u"\U0001F511" + u"m");
+    names.insert({0xD800});
+    HKEY parent = Create(u"Names");
+    for (const wstring& name : names)
+        ASSERT_EQ(registry_writeNumber(parent, name.c_str(), u"n", name.back()), 0) << ToUtf8(name);
+    for (const wstring& name : names)
+        EXPECT_EQ(registry_readNumber(parent, name.c_str(), u"n", 99, nullptr), name.back());
+    EXPECT_EQ(registry_readNumber(parent, wstring(255, 'N').c_str(), u"n", 99, nullptr), ulong{'n'});
+    EXPECT_EQ(registry_readNumber(parent, u"GRÖSSE", u"n", 99, nullptr), 99U);
+    std::multiset<wstring> listed;
+    wchar name[256];
+    for (ulong length = 256; RegEnumKeyExW(parent, static_cast<ulong>(listed.size()), name, &length, nullptr,
+                                           nullptr, nullptr, nullptr) == 0;
+         length = 256)
+        listed.emplace(name, length);
+    EXPECT_EQ(listed, names);
+    EXPECT_EQ(registry_writeNumber(parent, wstring(256, 'n').c_str(), u"n", 1), 87);
+    EXPECT_EQ(EntryCount(), 1U) << "something got out of its folder";
+    for (const wstring& each : names)
+        EXPECT_EQ(RegDeleteKeyW(parent, each.c_str()), 0);
+}
+
+TEST_F(RegistryStore, KeepsAnyValue) {
+    using namespace std::string_literals;
+    using namespace std::string_view_literals;
+    const struct {
+        const wchar* name;
+        ulong type;
+        std::string data, line;
+    } rows[] = {
+        {u"", REG_SZ, TextData(u"x\0"sv), R"(@="x")"},
+        {u"a\\b\"=;@", REG_SZ, TextData(u"A\\\"=\0"sv), R"("a\\b\"=;@"="A\\\"=")"},
+        {u"two\nlines", REG_DWORD, "\x2a\0\0\0"s, R"("two\u000alines"=dword:0000002a)"},
+        {u"crlf", REG_SZ, TextData(u"A\r\n\0"sv), R"("crlf"=hex(1):41,00,0d,00,0a,00,00,00)"},
+        {u"lone", REG_SZ, TextData(u"\xD800\0"sv), R"("lone"=hex(1):00,d8,00,00)"},
+        {u"pair", REG_SZ, TextData(u"\U0001F511\0"sv), "\"pair\"=\"\U0001F511\""},
+        {u"inner", REG_SZ, TextData(u"A\0B\0"sv), R"("inner"=hex(1):41,00,00,00,42,00,00,00)"},
+        {u"expand", REG_EXPAND_SZ, TextData(u"%\0"sv), R"("expand"=hex(2):25,00,00,00)"},
+        {u"binary", REG_BINARY, "\0\xff"s, R"("binary"=hex:00,ff)"},
+        {u"eleven", 11, "12345678", R"("eleven"=hex(b):31,32,33,34,35,36,37,38)"},
+    };
+    HKEY key = Create(u"App");
+    std::string file;
+    for (const auto& row : rows) {
+        ASSERT_EQ(Set(key, row.name, row.type, row.data), 0);
+        file += row.line + "\n";
+    }
+    EXPECT_EQ(Bytes(valuesFile), file);
+    EXPECT_EQ(Set(key, u"INNER", REG_SZ, TextData(u"x")), 0);
+    wchar text[8];
+    EXPECT_EQ(registry_readString(nullptr, u"\\App", u"crlf", nullptr, text, 8), 3U);
+    EXPECT_EQ(text, wstring(u"A\r\n"));
+    EXPECT_NE(Bytes(valuesFile).find("\"inner\"=\"x\"\n\"expand\""), std::string::npos)
+        << "a text without a terminator gets one and stays in its place";
+    EXPECT_EQ(Set(key, wstring(16384, 'n').c_str(), REG_SZ, ""), 87);
+
+    WriteFile(valuesFile,
+              "\xEF\xBB\xBF; mine\r\n\r\n \"wrapped\" = hex:01,\\\r\n  02\r\n\"n\"=dword:A\r\n; end");
+    EXPECT_EQ(ReadNumber(u"\\App", u"N"), 10U);
+    EXPECT_EQ(WriteNumber(u"\\App", 11), 0);
+    EXPECT_EQ(Bytes(valuesFile), "; mine\r\n\r\n\"wrapped\"=hex:01,02\n\"n\"=dword:0000000b\n; end");
+}
+
+TEST_F(RegistryStore, RefusesADamagedFileAndLeavesItAlone) {
+    HKEY key = Create(u"App");
+    const std::string first = "\"n\"=dword:00000001\n";
+    for (const std::string& line :
+         {std::string("word"), std::string("; \0", 3), std::string("[App]"), std::string("\"x\""),
+          std::string("x=dword:1"), std::string("\"x=dword:1"), std::string("\"x\"=\"1"),
+          std::string("\"x\"=\"1\"2"), std::string("\"x\"=dword:"), std::string("\"x\"=dword:123456789"),
+          std::string("\"x\"=hex:0g"), std::string("\"x\"=hex(2:00"), std::string("\"x\"=hex:00,\\"),
+          std::string("\"\\u0000\"=\"1\""), std::string("\"x\"=\"\\u12\""), std::string("\"x\"=\"\\x\""),
+          std::string("\"x\"=\"\xFF\""), std::string("\"\xED\xA0\x80\"=\"1\"")}) {
+        WriteFile(valuesFile, first + line);
+        ulong count = 0;
+        EXPECT_EQ(RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &count, nullptr,
+                                   nullptr, nullptr, nullptr),
+                  1009)
+            << line;
+        EXPECT_EQ(ReadNumber(u"\\App"), 7U) << line;
+        EXPECT_EQ(WriteNumber(u"\\App", 2), 1009) << line;
+        EXPECT_EQ(Bytes(valuesFile), first + line);
+    }
+}
+
+TEST_F(RegistryStore, TellsWhatDoesNotFit) {
+    HKEY key = Create(u"App");
+    Create(u"App\\Sub");
+    ASSERT_EQ(Set(key, u"name", REG_BINARY, "12345"), 0);
+    static const struct {
+        ulong room, dataRoom;
+        LSTATUS status;
+    } rows[] = {{5, 5, 0}, {9, 9, 0}, {5, 4, 234}, {4, 5, 234}, {1, 0, 234}};
+    for (const auto& row : rows) {
+        wstring name(10, '#');
+        std::string data(10, '#');
+        ulong length = row.room;
+        ulong size = row.dataRoom;
+        EXPECT_EQ(RegEnumValueW(key, 0, name.data(), &length, nullptr, nullptr,
+                                reinterpret_cast<unsigned char*>(data.data()), &size),
+                  row.status);
+        EXPECT_EQ(size, 5U);
+        EXPECT_EQ(data, row.dataRoom < 5 ? std::string(10, '#') : "12345#####");
+        EXPECT_EQ(name, row.room < 5 ? wstring(10, '#') : wstring(u"name\0#####", 10));
+        length = row.room - 1;
+        EXPECT_EQ(RegEnumKeyExW(key, 0, name.data(), &length, nullptr, nullptr, nullptr, nullptr),
+                  row.room - 1 < 4 ? 234 : 0);
+        EXPECT_EQ(RegEnumValueW(key, 1, name.data(), &length, nullptr, nullptr, nullptr, nullptr), 259);
+    }
+}
+
+TEST_F(RegistryStore, SeesChangesThroughAnOpenHandle) {
+    HKEY writer = Create(u"App");
+    HKEY reader = nullptr;
+    ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, u"app", 0, KEY_READ, &reader), 0);
+    wchar name[8];
+    unsigned char data = 0;
+    const auto read = [&](HKEY key) {
+        ulong length = 8;
+        ulong size = 1;
+        return RegEnumValueW(key, 0, name, &length, nullptr, nullptr, &data, &size);
+    };
+    for (unsigned char number = 1; number < 50; ++number) {
+        const int before = data;
+        ASSERT_EQ(Set(writer, u"n", REG_BINARY, std::string(1, static_cast<char>(number))), 0);
+        if (before) { // a walk holds the values of its key, and of no other
+            const ValueWalk walk(reader);
+            EXPECT_EQ(read(reader) || data != before, 0);
+            EXPECT_EQ(read(writer) || data != number, 0);
+        }
+        ASSERT_EQ(read(reader), 0);
+        EXPECT_EQ(data, number);
+    }
+    EXPECT_EQ(Set(reader, u"n", REG_SZ, ""), 5) << "opened for reading";
+    HKEY root = nullptr;
+    ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, u"", 0, KEY_READ, &root), 0);
+    EXPECT_EQ(registry_deleteKey(root, u"") + registry_deleteKey(HKEY_CURRENT_USER, u""), 87 + 87);
+    ASSERT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, u"App"), 0);
+    for (const LSTATUS status :
+         {read(reader), Set(writer, u"n", REG_SZ, ""), registry_writeNumber(writer, u"In", u"n", 1)})
+        EXPECT_EQ(status, 1018);
+    EXPECT_TRUE(fs::is_empty(user));
+    EXPECT_EQ(RegCloseKey(reader), 0);
+    EXPECT_EQ(RegCloseKey(reader), 6);
+    for (const std::string& path : {std::string("relative"), std::string("/tmp/\0x", 7)})
+        EXPECT_FALSE(SetRegistryFolders(path, "/tmp") || SetRegistryFolders("/tmp", path));
+}
+
+TEST_F(RegistryStore, FollowsNoSymbolicLink) {
+    Create(u"App");
+    fs::create_directory(Path("outside"));
+    Make("outside/.values", "\"n\"=dword:00000001\n");
+    fs::create_directory_symlink(Path("outside"), user / "Link");
+    fs::create_symlink(Path("outside/.values"), valuesFile);
+    fs::create_directory_symlink(Path("outside"), user / ".deleted0");
+    for (const wchar* path : {u"\\Link", u"\\App"}) {
+        EXPECT_EQ(ReadNumber(path), 7U);
+        EXPECT_EQ(WriteNumber(path, 2), 5);
+    }
+    EXPECT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, u"Link"), 2);
+    EXPECT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, u"App"), 0);
+    EXPECT_EQ(Bytes(Path("outside/.values")), "\"n\"=dword:00000001\n");
+}
+
+TEST_F(RegistryStore, DeletesNothingThatSomebodyPutThere) {
+    Create(u"App");
+    fs::create_directory(user / ".deleted0");
+    for (const char* folder : {"App", ".deleted0"})
+        WriteFile(user / folder / "notes", "theirs");
+    EXPECT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, u"App"), 5);
+    EXPECT_EQ(Bytes(user / "App" / "notes"), "theirs");
+    fs::remove(user / "App" / "notes");
+    EXPECT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, u"App"), 0);
+    EXPECT_EQ(Bytes(user / ".deleted0" / "notes"), "theirs");
+}
+
+TEST_F(RegistryStore, GoesByThePermissions) {
+    const mode_t mask = ::umask(0077);
+    ASSERT_EQ(WriteNumber(u"HKEY_LOCAL_MACHINE\\App", 1), 0);
+    ASSERT_EQ(WriteNumber(u"HKEY_CURRENT_USER\\App", 1), 0);
+    ::umask(mask);
+    EXPECT_EQ(ModeOf(machine / "App"), 0755U);
+    EXPECT_EQ(ModeOf(machine / "App" / ".values"), 0644U);
+    EXPECT_EQ(ModeOf(user / "App"), 0700U);
+    EXPECT_EQ(ModeOf(valuesFile), 0600U);
+    fs::permissions(valuesFile, fs::perms(0640));
+    ASSERT_EQ(WriteNumber(u"\\App", 2), 0);
+    EXPECT_EQ(ModeOf(valuesFile), 0640U);
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only the administrator can become somebody else";
+    const pid_t other = Fork([] {
+        const wchar* const app = u"HKEY_LOCAL_MACHINE\\App";
+        EXPECT_EQ(::setegid(65534) + ::seteuid(65534), 0);
+        EXPECT_EQ(ReadNumber(app), 1U);
+        EXPECT_EQ(WriteNumber(app, 2), 5);
+        EXPECT_EQ(WriteNumber(u"HKEY_LOCAL_MACHINE\\App\\New", 1), 5);
+        EXPECT_EQ(registry_deleteKey(nullptr, app), 5);
+        return static_cast<int>(HasFailure());
+    });
+    EXPECT_EQ(Wait(other), 0);
+}
+
+TEST_F(RegistryStore, LosesNothingOfTwoProcessesAndTwoThreads) {
+    constexpr ulong count = 40;
+    const auto write = [](ulong writer) {
+        int wrong = 0;
+        for (ulong i = 0; i < count; ++i) {
+            const wstring name = ToWide(std::to_string(writer) + "-" + std::to_string(i));
+            // Keys that differ in letter case only are made by both at once.
+            const wstring path = (writer % 2 ? u"\\App\\KEY" : u"\\app\\key") + ToWide(std::to_string(i));
+            wrong += registry_writeNumber(nullptr, u"\\App", name.c_str(), 1) |
+                     registry_writeNumber(nullptr, path.c_str(), name.c_str(), 1);
+        }
+        return wrong;
+    };
+    const pid_t first = Fork([&] { return write(0); });
+    const pid_t second = Fork([&] { return write(1); });
+    std::thread third([&] { EXPECT_EQ(write(2), 0); });
+    EXPECT_EQ(write(3), 0);
+    third.join();
+    EXPECT_EQ(Wait(first) + Wait(second), 0);
+    ulong subkeys = 0;
+    ulong values = 0;
+    RegQueryInfoKeyW(Create(u"App"), nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr, &values, nullptr,
+                     nullptr, nullptr, nullptr);
+    EXPECT_EQ(subkeys, count);
+    EXPECT_EQ(values, 4 * count);
+}
+
+} // namespace
+} // namespace corvane
