@@ -58,6 +58,13 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/corvaneConfigVersion.cmak
 install(FILES ${PROJECT_SOURCE_DIR}/cmake/corvaneConfig.cmake ${PROJECT_BINARY_DIR}/corvaneConfigVersion.cmake
   DESTINATION ${package_folder} COMPONENT development)
 
+# What a program's author reads.
+install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR}
+  COMPONENT development)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs ${PROJECT_SOURCE_DIR}/examples DESTINATION ${CMAKE_INSTALL_DOCDIR}
+  COMPONENT development FILES_MATCHING PATTERN *.md PATTERN *.svg PATTERN *.cfg PATTERN *.cpp
+  PATTERN corvane-config EXCLUDE PATTERN expected EXCLUDE)
+
 # The tree may be moved: corvane.pc finds the prefix from its own place.
 set(pc_folder ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 file(RELATIVE_PATH pc_to_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})

@@ -1,27 +1,9 @@
-# What `cpack` makes in the build folder: a pair of Debian packages, or a .zip for Windows.
+# What `cpack` makes in the build folder for Windows: a .zip with all that is installed. The Debian packages come from
+# debian/, by scripts/packages.
 set(CPACK_PACKAGE_NAME corvane)
 set(CPACK_PACKAGE_CONTACT "corvane maintainers <maintainers@corvane.example>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Settings files with a cache, written through safely")
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_STRIP_FILES ON)
-set(CPACK_COMPONENTS_ALL runtime development)
 set(CPACK_INCLUDE_TOPLEVEL_DIRECTORY ON)
-
-if(WIN32)
-  set(CPACK_GENERATOR ZIP) # one archive of both
-else()
-  set(CPACK_GENERATOR DEB)
-  set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-  set(CPACK_DEB_COMPONENT_INSTALL ON)
-  set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-  set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME corvane)
-  set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
-  set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
-  set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
-  set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME corvane-dev)
-  set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
-  set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "corvane (= ${PROJECT_VERSION})")
-  set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "The shared library, and the program corvane-config.")
-  set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "What programs are built with: headers, CMake package, pkg-config file.")
-endif()
+set(CPACK_GENERATOR ZIP)
 include(CPack)

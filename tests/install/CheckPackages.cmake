@@ -1,40 +1,23 @@
-# Makes the packages of the build in BUILD below WORK, unpacks them, and runs the unpacked program against the unpacked
-# library, with EMULATOR. On Windows that is an archive; Debian packages are unpacked by dpkg into a root of their own,
-# where no script of theirs could run.
+# Makes the archive of the build in BUILD below WORK, unpacks it, and runs the unpacked program against the unpacked
+# library, with EMULATOR.
 function(run)
   execute_process(COMMAND ${ARGV} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 file(REMOVE_RECURSE ${WORK})
 run(${CMAKE_CPACK_COMMAND} --config ${BUILD}/CPackConfig.cmake -B ${WORK})
 
-set(expected include/corvane/config.h include/corvane/comfort.h lib/pkgconfig/corvane.pc)
 file(GLOB archive ${WORK}/corvane-${VERSION}-*.zip)
-if(archive)
-  file(ARCHIVE_EXTRACT INPUT ${archive} DESTINATION ${WORK}/root)
-  file(GLOB tree ${WORK}/root/corvane-*)
-  list(APPEND expected bin/corvane.dll)
-else()
-  file(GLOB packages ${WORK}/corvane_${VERSION}_*.deb ${WORK}/corvane-dev_${VERSION}_*.deb)
-  list(LENGTH packages count)
-  if(NOT count EQUAL 2)
-    message(FATAL_ERROR "expected two packages, there are: ${packages}")
-  endif()
-  set(root ${WORK}/root)
-  file(MAKE_DIRECTORY ${root}/var/lib/dpkg/triggers ${root}/var/lib/dpkg/info ${root}/var/lib/dpkg/updates)
-  file(TOUCH ${root}/var/lib/dpkg/status ${root}/var/lib/dpkg/available)
-  run(dpkg --root=${root} --force-not-root --force-bad-path --log=${WORK}/dpkg.log --unpack ${packages})
-  set(tree ${root}/usr)
-  list(APPEND expected share/bash-completion/completions/corvane-config share/man/man1/corvane-config.1
-    share/fish/vendor_completions.d/corvane-config.fish share/zsh/vendor-completions/_corvane-config)
-endif()
-foreach(file ${expected})
+file(ARCHIVE_EXTRACT INPUT ${archive} DESTINATION ${WORK}/root)
+file(GLOB tree ${WORK}/root/corvane-*)
+foreach(file bin/corvane.dll include/corvane/config.h include/corvane/comfort.h lib/pkgconfig/corvane.pc
+    share/doc/corvane/README.md share/doc/corvane/docs/windows-and-linux.md share/doc/corvane/examples/settings.cfg)
   if(NOT EXISTS ${tree}/${file})
     message(FATAL_ERROR "${tree}/${file} is missing")
   endif()
 endforeach()
 
 file(WRITE ${WORK}/settings.cfg "[Mail]\nPort=25\n")
-execute_process(COMMAND ${EMULATOR} ${tree}/bin/corvane-config${SUFFIX} ${WORK}/settings.cfg get mail:port
+execute_process(COMMAND ${EMULATOR} ${tree}/bin/corvane-config.exe ${WORK}/settings.cfg get mail:port
   OUTPUT_VARIABLE said OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 if(NOT said STREQUAL "25")
   message(FATAL_ERROR "the unpacked program said '${said}'")
