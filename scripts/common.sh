@@ -52,3 +52,9 @@ build() {
   cmake --preset "$preset" >/dev/null
   cmake --build --preset "$preset" ${*:+--target "$@"}
 }
+
+need_windows_tools() {
+  need x86_64-w64-mingw32-g++-posix g++-mingw-w64-x86-64-posix
+  need wine wine wine64
+  need /usr/src/googletest googletest
+}
