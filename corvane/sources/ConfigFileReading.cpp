@@ -159,7 +159,7 @@ bool ConfigFile::EnumerateSections(std::vector<wstring>& sections) {
 }
 
 bool ConfigFile::EnumerateTags(const wstring& section, std::vector<wstring>& tags) {
-    wstring key = section.c_str();
+    wstring key(corvane::UpToNul(section));
     if (key.empty())
         return false;
     // A key made of such a name splits inside it and reads from elsewhere: maybe the list of all sections.
