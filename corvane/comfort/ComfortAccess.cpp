@@ -15,7 +15,7 @@ int ComfortAccess::Write(ConfigManager& config, const FileEntry& entry) {
 
 int ComfortAccess::Write(ConfigManager& config, const std::vector<ConfigChange>& changes,
                          const std::vector<ConfigChange>& forFile) {
-    return config._ApplyChanges(changes, forFile);
+    return config.ApplyChangesAs(changes, forFile);
 }
 
 wstring ComfortAccess::ConfigName(const ConfigManager& config) {

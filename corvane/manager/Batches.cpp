@@ -104,11 +104,11 @@ void Trace(const Changes& changes) {
 } // namespace
 
 int ConfigManager::ApplyChanges(const Changes& changes) {
-    return _ApplyChanges(changes, changes);
+    return ApplyChangesAs(changes, changes);
 }
 
 // `forSource` has the same keys, with texts that the source gives back as the values of `changes`.
-int ConfigManager::_ApplyChanges(const Changes& changes, const Changes& forSource) {
+int ConfigManager::ApplyChangesAs(const Changes& changes, const Changes& forSource) {
     static constexpr const char* function = "ConfigManager::ApplyChanges";
     Trace(changes);
     if (changes.empty())

@@ -140,8 +140,8 @@ private:
     int _SetValue(const corvane::wstring& key, const corvane::wstring& value, bool cacheOnly);
     int _SetValue(const corvane::wstring& key, const corvane::wstring& value,
                   const corvane::wstring& sourceText, bool cacheOnly);
-    int _ApplyChanges(const std::vector<corvane::ConfigChange>& changes,
-                      const std::vector<corvane::ConfigChange>& forSource);
+    int ApplyChangesAs(const std::vector<corvane::ConfigChange>& changes,
+                       const std::vector<corvane::ConfigChange>& forSource);
     bool ValidateCacheOnlyKey(const corvane::wstring& key, bool cacheOnly) CORVANE_REQUIRES(m_lock);
     void PreserveCacheOnlyValues(SectionMap& preserved, const SectionMap& cache, const bool& newName)
         CORVANE_REQUIRES(m_lock);
