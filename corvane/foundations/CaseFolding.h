@@ -1,4 +1,4 @@
-// Comparison without regard to letter case, by code unit, in the runtime's current locale.
+// Case-insensitive comparison by code unit, in the current locale.
 #pragma once
 
 #include <corvane/foundations/WideString.h>

@@ -112,7 +112,7 @@ TEST_F(Loading, ReadsADoubledSectionOnce) { // each double anew would take until
     EXPECT_EQ(List() + Get("A:t4999") + Get("b:c"), "a,b12");
 }
 
-TEST_F(Loading, ShowsOnePictureOfAFileThatIsReplacedMeanwhile) {
+TEST_F(Loading, ShowsAConsistentViewOfAFileThatIsReplacedMeanwhile) {
     if (differences::loadsMixAFileThatIsReplaced)
         GTEST_SKIP() << "the operations read each value by itself";
     const auto text = [](int version) {

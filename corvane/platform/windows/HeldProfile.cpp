@@ -70,7 +70,7 @@ bool WriteAll(const FileHandle& file, const std::string& content) noexcept {
            (count == size || Refuse(ERROR_DISK_FULL));
 }
 
-// Batches exclude each other by a lock far behind the end of the file, where it is in nobody's way.
+// Batches exclude each other by a lock far beyond the end of the file, where it blocks no reader.
 bool LockFarBehind(const FileHandle& file) noexcept {
     OVERLAPPED place{};
     place.OffsetHigh = 0x40000000;
@@ -92,7 +92,7 @@ HeldProfile::~HeldProfile() {
 bool HeldProfile::Take(const char* file, bool create) {
     const std::string given = Located(file);
     bool isNew = false;
-    // Who may not write to the file itself does not get round that by replacing it.
+    // Without the right to write the file itself, it must not be replaced either.
     if (const FileHandle asked =
             Open(given, GENERIC_READ | GENERIC_WRITE, shareAll, create ? OPEN_ALWAYS : OPEN_EXISTING))
         isNew = create && ::GetLastError() != ERROR_ALREADY_EXISTS;
@@ -109,7 +109,7 @@ bool HeldProfile::Take(const char* file, bool create) {
     return true;
 }
 
-// Another one may have put a file in its place before the lock was there.
+// Another process may have replaced the file before the lock was acquired.
 bool HeldProfile::IsStillTheFile() const noexcept {
     BY_HANDLE_FILE_INFORMATION held{};
     BY_HANDLE_FILE_INFORMATION named{};
@@ -151,7 +151,7 @@ bool HeldProfile::Commit() {
     }
     bool isDone = ::ReplaceFileA(m_path.c_str(), m_copy.c_str(), nullptr, 0, nullptr, nullptr) != 0;
     const DWORD reason = ::GetLastError();
-    // A replacement that fails half-way has taken the old file away, and then the name is free for the copy.
+    // A replacement that fails half-way has removed the old file; then the copy can take its name.
     isDone = isDone || ::MoveFileExA(m_copy.c_str(), m_path.c_str(), MOVEFILE_WRITE_THROUGH);
     m_hasCopy = !isDone;
     m_isNew = m_isNew && !isDone;

@@ -1,4 +1,4 @@
-// One change of a private-profile file, with nobody else writing to it, whole or not at all.
+// One atomic change of a private-profile file, locked against other writers.
 #pragma once
 
 #include <corvane/platform/windows/WindowsPlatform.h>
@@ -28,9 +28,9 @@ private:
     HANDLE m_handle;
 };
 
-/// Holds the file open, so that others can read it and not write to it, while a copy beside it is changed and
-/// then put in its place. The operations give false with the reason in GetLastError. The copy and a file that
-/// was made here go away with the object, unless they were committed.
+/// Holds the file open so that others can read but not write it, while a copy beside it is changed and then
+/// replaces it. On failure the operations return false with the error in GetLastError. Unless committed, the
+/// copy and a file that was created here are removed by the destructor.
 class HeldProfile {
 public:
     HeldProfile() = default;
@@ -38,18 +38,17 @@ public:
     HeldProfile& operator=(const HeldProfile&) = delete;
     ~HeldProfile();
 
-    /// Opens the file, and with `create` makes it where it is missing. What has several names in the file
-    /// system is refused: the others would keep the old content.
+    /// Opens the file; with `create`, creates a missing one. A file with several hard links is refused,
+    /// because the other links would keep the old content.
     bool Take(const char* file, bool create);
 
-    /// Makes the copy, for the same eyes as the file. One that a killed process left goes.
+    /// Creates the copy with the file's access list, replacing one that a killed process left.
     bool MakeCopy();
 
     /// The copy's path, for the operations that change it.
     const std::string& Copy() const noexcept { return m_copy; }
 
-    /// Puts the copy in the file's place, flushed to disk, in one step; if it is as the file was, does
-    /// nothing.
+    /// Flushes the copy to disk and replaces the file with it in one step; does nothing if they are equal.
     bool Commit();
 
 private:
@@ -63,7 +62,7 @@ private:
     bool m_hasCopy = false;
 };
 
-/// Removes the copy that a killed process may have left beside the file.
+/// Removes a copy that a killed process left beside the file.
 void RemoveLeftCopy(const char* file);
 
 } // namespace corvane::windows

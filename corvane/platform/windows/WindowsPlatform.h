@@ -100,7 +100,7 @@ public:
     explicit BriefWaits(bool) noexcept {}
 };
 
-/// Where a load is one picture of its file. The real operations look at the file for each read.
+/// A load's consistent view of its file on Linux. The real operations read the file anew for each value.
 class LoadScope {
 public:
     LoadScope() noexcept {} // NOLINT: not trivial, so that the scope counts as used

@@ -4,15 +4,14 @@
 
 namespace corvane::os {
 
-/// Patience of about a second, or of a moment under platform::BriefWaits, for a lock that another process
-/// holds: short sleeps that grow and differ at
-/// random, so that the waiting ones don't march in step. Who has waited for long looks more often again, so
-/// as not to be passed over by those who came later.
+/// Backoff while another process holds a lock, with a deadline of about a second (shorter under
+/// platform::BriefWaits): sleeps that grow, with random jitter. Near the deadline they become shorter again,
+/// so that a process that has waited long is not starved by newer ones.
 class Backoff {
 public:
     Backoff() noexcept;
 
-    /// Sleeps a little. False, without a sleep, when the time is over.
+    /// Sleeps briefly. False, without a sleep, after the deadline.
     bool Pause() noexcept;
 
 private:
