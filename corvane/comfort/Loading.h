@@ -15,7 +15,7 @@ struct [[nodiscard]] LoadResult {
 
 /// Loads the settings file at `path`, which this process has to be allowed to read and to write, unless that
 /// very file is loaded already and was not modified, in whole seconds. After a failure the manager goes on
-/// answering from what it had. The reason is found by a look at the file after the failure.
+/// answering from what it had. The reason is determined by examining the file after the failure.
 CORVANE_API LoadResult Load(ConfigManager& config, std::string_view path);
 
 /// Loads the manager's file again, whether or not it was modified. See FileWatch for when to call it.

@@ -76,7 +76,7 @@ inline std::string Get(const ConfigManager& config, std::string_view key, const 
     return Get(config, key, std::string(fallback ? fallback : ""));
 }
 
-/// The reason why Set refuses this key and text, as one sentence in UTF-8; empty if it does not.
+/// Why Set refuses this key and text, as one sentence in UTF-8; empty if it does not.
 CORVANE_API std::string Refusal(std::string_view key, std::string_view text);
 
 /// Writes `text` through to the file, in quotes if it would otherwise lose blanks at its ends or quotes

@@ -1,4 +1,4 @@
-// Every failure is told in one way: one line to the log, and the code handed back to be returned.
+// Failure reports: one line in the log, and the code to return.
 #pragma once
 
 #include <corvane/foundations/FailureCode.h>

@@ -11,8 +11,8 @@ struct ProfileChange {
     const char* value;
 };
 
-/// Throws std::invalid_argument, with the reason as its text, for a change that is refused whatever the file
-/// holds, since no file could give it back.
+/// Throws std::invalid_argument, with an explanation as its text, for a change that is refused whatever the
+/// file holds, since no file could give it back.
 void CheckProfileChange(const ProfileChange& change);
 
 } // namespace corvane::platform

@@ -39,8 +39,8 @@ public:
     /// Adds every section name of the store to `sections`. False, with `sections` empty, if there is none.
     virtual bool EnumerateSections(std::vector<corvane::wstring>& sections) = 0;
 
-    /// Adds the tag names of a section to `tags`; a section that has none adds none, nor does one with a
-    /// colon in its name, which no key reaches. False for an empty name.
+    /// Appends the tag names of a section to `tags`: none for a section without tags, or for one with a colon
+    /// in its name, which no key can address. False for an empty name.
     virtual bool EnumerateTags(const corvane::wstring& section, std::vector<corvane::wstring>& tags) = 0;
 
     /// Splits a key at its first colon. False for a key without one; both parts may be empty. An empty key

@@ -16,8 +16,8 @@ public:
     ~NarrowChanges() = default;
 
     /// Adds the change of a section and its tag, or of the whole section if that is empty; a deletion that no
-    /// file can hold the name of is left out. Throws std::invalid_argument, with the reason as its text, for
-    /// what a file could not give back.
+    /// file can hold the name of is left out. Throws std::invalid_argument, with an explanation as its text,
+    /// for what a file could not give back.
     void Add(const corvane::wstring& section, const corvane::wstring& tag,
              const std::optional<corvane::wstring>& value);
 

@@ -1,4 +1,4 @@
-// The library's log: printed on request, and where messages take the reason of a refusal from.
+// The library's log: printed on request, and the source of the error texts in messages.
 #pragma once
 
 #include <string>

@@ -20,7 +20,7 @@ Key ParseKeyOrSection(const std::string& text);
 /// Loads `path`. Throws Failure.
 void Load(ConfigManager& config, const std::string& path);
 
-/// The reason of a failure, with the path as it was given.
+/// The error text of a failure, with the path as it was given.
 std::string ReasonOf(const corvane::LoadResult& failed);
 
 class SettingsFile {

@@ -28,7 +28,7 @@ TEST_F(Loading, IsSkippedOnlyWhenNothingCanHaveChanged) {
               "Bare,Mail Host,Port h\u00e4user.example");
     Put("[Mail]\nPort=99\n");
     EXPECT_TRUE(manager.SourceWasModified());
-    EXPECT_EQ(Get("Mail:Port"), "25"); // the picture of the last load
+    EXPECT_EQ(Get("Mail:Port"), "25"); // as of the last load
     EXPECT_EQ(Load(), 0);
     EXPECT_EQ(Get("Mail:Port"), "99");
     EXPECT_FALSE(manager.SourceWasModified());

@@ -23,7 +23,7 @@ namespace corvane::platform {
 
 inline constexpr unsigned CP_UTF8 = 65001;
 
-/// The reason of the calling thread's last refused operation.
+/// The error of the calling thread's last failed operation.
 ulong GetLastError() noexcept;
 void SetLastError(ulong error) noexcept;
 void Sleep(ulong milliseconds) noexcept;
@@ -102,7 +102,7 @@ private:
 };
 
 /// Reads from a private-profile file: a value, with a null tag the section's tag names, with a null section
-/// all section names. Results and truncation are those of the real operation; 0 with the reason in
+/// all section names. Results and truncation are those of the real operation; 0 with the error in
 /// GetLastError when there is nothing. `defaultText` is used when nothing is there and it is not null.
 ulong GetPrivateProfileStringA(const char* section, const char* tag, const char* defaultText, char* buffer,
                                ulong size, const char* file);
@@ -115,12 +115,12 @@ inline constexpr std::size_t longestProfileText = std::size_t{1} << 30;
 
 /// Writes one value, or with a null value removes the tag, or with a null tag and value the section. A write
 /// ignores blanks around the names, a removal finds no name with blanks around it. Non-zero when the file
-/// then stands as asked; 0 when refused, with the reason in GetLastError, and worth another try. Throws
+/// then stands as asked; 0 on failure, with the error in GetLastError, and worth another try. Throws
 /// std::invalid_argument, with nothing written, for what the file could never give back.
 int WritePrivateProfileStringA(const char* section, const char* tag, const char* value, const char* file);
 int WritePrivateProfileStringW(const wchar* section, const wchar* tag, const wchar* value, const wchar* file);
 
-/// Makes all changes, one after the other, or none: a reader, or whoever looks after a crash, finds the file
+/// Makes all changes, one after the other, or none: readers, even after a crash, find the file
 /// before them or after them. The last change of a tag counts. Otherwise as the write of one value, which
 /// costs the same.
 int WritePrivateProfileChanges(const std::vector<ProfileChange>& changes, const char* file);

@@ -88,9 +88,9 @@ inline constexpr std::size_t longestProfileText = 32'766;
 /// the file could never give back, the length of a text included.
 int WritePrivateProfileStringA(const char* section, const char* tag, const char* value, const char* file);
 
-/// Makes all changes, one after the other, or none: a reader, or whoever looks after a crash, finds the file
+/// Makes all changes, one after the other, or none: readers, even after a crash, find the file
 /// before them or after them. They are made to a copy by the real operation; the copy then takes the file's
-/// place. Refusals are those of the write of one value; 0, with the reason in GetLastError and the file as it
+/// place. Refusals are those of the write of one value; 0, with the error in GetLastError and the file as it
 /// was, also if the copy cannot take its place.
 int WritePrivateProfileChanges(const std::vector<ProfileChange>& changes, const char* file);
 
@@ -106,7 +106,7 @@ public:
     LoadScope() noexcept {} // NOLINT: not trivial, so that the scope counts as used
 };
 
-/// Where a walk over a key's values is one picture of them. The real operation looks at the key for each
+/// A consistent view of a key's values on Linux. The real operation reads the key anew for each
 /// value.
 class ValueWalk {
 public:

@@ -57,7 +57,7 @@ public:
     /// A tag's value with its quotes, or another line.
     std::string_view Value(const Line& line) const noexcept;
 
-    /// All sections in order, doubles and the one without a name among them.
+    /// All sections in order, including duplicates and the one without a name.
     const std::vector<Section>& Sections() const noexcept { return m_sections; }
     const Line* Begin(const Section& section) const noexcept { return m_lines.data() + section.firstLine; }
     const Line* End(const Section& section) const noexcept { return m_lines.data() + section.endLine; }

@@ -81,7 +81,7 @@ char32_t TakeFolded(std::string_view& name) noexcept {
     return code <= 0xFFFF ? FoldCase(static_cast<wchar>(code)) : code;
 }
 
-// One number for all letter cases that a locale can tell of a character.
+// Folds a character for hashing: the same for all its letter cases in any locale.
 char32_t WithoutCase(char32_t code) noexcept {
     return code <= 0xFFFF ? FoldForHash(static_cast<wchar>(code)) : code;
 }
