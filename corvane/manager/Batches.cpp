@@ -6,6 +6,8 @@
 #include <corvane/manager/StillLoaded.h>
 #include <corvane/sources/KeyParts.h>
 
+#include <new>
+
 using corvane::Fail;
 using corvane::Log;
 using corvane::SectionMap;
@@ -127,11 +129,15 @@ int ConfigManager::ApplyChangesAs(const Changes& changes, const Changes& forSour
             return Fail(function, __LINE__);
         if (!corvane::StillLoaded(m_source.get(), *source))
             return 0; // the cache is another configuration's by now
-        if (m_source != source) {
-            Batch again(*m_cache, m_cacheOnlySections, *m_source); // it was loaded before they were made
-            again.Add(changes, forSource);
-            again.Commit();
+        // A log sink may have loaded the file again or changed the cache meanwhile.
+        try {
+            Batch again(*m_cache, m_cacheOnlySections, *m_source);
+            if (!again.Add(changes, forSource))
+                again.Commit();
             return 0;
+        } catch (const std::bad_alloc&) {
+            if (m_source != source)
+                return 0; // the cache is as it was read before the changes
         }
     }
     batch.Commit();

@@ -3,8 +3,6 @@
 #include <corvane/platform/Platform.h>
 #include <corvane/sources/ConfigFile.h>
 
-using corvane::wstring_view;
-
 ConfigFile::ConfigFile(const corvane::wchar* fileName) {
     constexpr int readAndWrite = 6;
     if (!fileName || !*fileName || platform::_waccess(fileName, readAndWrite) != 0)
@@ -39,24 +37,17 @@ void ConfigFile::UpdateModifyTime() {
         m_modifyTime = info.st_mtime;
 }
 
-bool ConfigFile::SplitKey(wstring_view key, wstring_view& section, wstring_view& tag) noexcept {
-    const std::size_t colon = corvane::FindUnit(key, ':');
-    if (colon == key.size())
-        return false;
-    section = key.substr(0, colon);
-    tag = key.substr(colon + 1);
-    return true;
-}
-
 bool ConfigFile::ParseKey(const corvane::wstring& key, corvane::wstring& section, corvane::wstring& tag) {
     if (key.empty())
         return false;
-    wstring_view sectionPart;
-    wstring_view tagPart;
-    const bool isKey = SplitKey(key, sectionPart, tagPart);
-    section = sectionPart;
-    tag = tagPart;
-    return isKey;
+    section.clear();
+    tag.clear();
+    const std::size_t colon = corvane::FindUnit(key, ':');
+    if (colon == key.size())
+        return false;
+    section.append(key, 0, colon);
+    tag.append(key, colon + 1);
+    return true;
 }
 
 void ConfigFile::SetWriteRetries(std::uint32_t count) {

@@ -32,8 +32,6 @@ public:
     const corvane::FileState& StateAtLoad() const noexcept { return m_stateAtLoad; }
 
 private:
-    static bool SplitKey(corvane::wstring_view key, corvane::wstring_view& section,
-                         corvane::wstring_view& tag) noexcept;
     bool HasNarrowFileName();
     static void Utf8ToWide(const char* text, std::int32_t length, corvane::wstring& result);
     static bool SplitNameList(const corvane::wstring& list, std::vector<corvane::wstring>& names);

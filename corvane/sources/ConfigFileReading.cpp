@@ -3,6 +3,7 @@
 #include <corvane/foundations/FindUnit.h>
 #include <corvane/platform/Platform.h>
 #include <corvane/sources/ConfigFile.h>
+#include <corvane/sources/KeyParts.h>
 #include <corvane/sources/NarrowString.h>
 
 #include <cstring>
@@ -57,12 +58,11 @@ std::int32_t Fail(const char* function, std::int32_t line, const wchar* message 
 
 std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
     static constexpr const char* function = "ConfigFile::ReadValue";
-    wstring_view section;
-    wstring_view tag;
-    if (!IsReady() || !SplitKey(key, section, tag))
+    corvane::KeyParts parts;
+    if (!IsReady() || !parts.Parse(*this, key))
         return Fail(function, __LINE__);
-    section = corvane::UpToNul(section);
-    tag = corvane::UpToNul(tag);
+    const wstring_view section = corvane::UpToNul(parts.section);
+    const wstring_view tag = corvane::UpToNul(parts.tag);
 
     ReadBuffer buffer;
     value.clear();

@@ -117,7 +117,7 @@ std::int32_t ConfigFile::WriteChanges(const std::vector<corvane::ConfigChange>& 
     };
     if (changes.empty())
         return 1;
-    if (!IsReady())
+    if (!IsReady() || !HasNarrowFileName())
         return fail("not ready", changes.front().key, __LINE__);
     NarrowChanges narrow;
     wstring section;
