@@ -10,6 +10,13 @@ namespace corvane {
 /// Works under the managers' lock.
 class ComfortAccess {
 public:
+    /// Calls `operation` with the managers' lock held, so that all that it reads belongs together.
+    template <class Operation>
+    static void Locked(Operation operation) {
+        const ThreadLockGuard guard(ConfigManager::m_lock);
+        operation();
+    }
+
     /// Copies the value of `key` to `value`. The result is GetValue's.
     static int Read(const ConfigManager& config, const wstring& key, wstring& value);
 

@@ -15,14 +15,16 @@ std::vector<std::string> Sections(const ConfigManager& config) {
 
 std::vector<TagValue> Tags(const ConfigManager& config, std::string_view section) {
     const wstring sectionKey = ToWide(section) + CORVANE_TEXT(':');
-    std::vector<wstring> names;
-    config.EnumerateTags(sectionKey, names);
     std::vector<TagValue> tags;
-    tags.reserve(names.size());
-    wstring value;
-    for (const wstring& name : names)
-        if (ComfortAccess::Read(config, sectionKey + name, value) == 0)
-            tags.push_back({ToUtf8(name), ToUtf8(value)});
+    ComfortAccess::Locked([&] {
+        std::vector<wstring> names;
+        config.EnumerateTags(sectionKey, names);
+        tags.reserve(names.size());
+        wstring value;
+        for (const wstring& name : names)
+            if (ComfortAccess::Read(config, sectionKey + name, value) == 0)
+                tags.push_back({ToUtf8(name), ToUtf8(value)});
+    });
     return tags;
 }
 

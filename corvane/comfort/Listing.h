@@ -15,8 +15,8 @@ struct TagValue {
 /// The names of all sections, in the order of the cache.
 CORVANE_API std::vector<std::string> Sections(const ConfigManager& config);
 
-/// The tags of a section with their values, in the order of the cache; none if there is no such section. A
-/// tag that another thread deletes meanwhile is left out.
+/// The tags of a section with their values, in the order of the cache, all as of one moment; none if there is
+/// no such section.
 CORVANE_API std::vector<TagValue> Tags(const ConfigManager& config, std::string_view section);
 
 } // namespace corvane

@@ -41,7 +41,9 @@ struct ValueText {
                   "a value that is read needs memory of its own: read a std::string");
     static_assert(detail::isTextOfOthers<T> || detail::never<T>,
                   "values of this type are neither read nor written: specialise corvane::ValueText for it");
+    /// The value of the whole text, or none if it has another form.
     static std::optional<T> FromText(std::string_view text);
+    /// The text of the value.
     static std::string ToText(const T& value);
 };
 

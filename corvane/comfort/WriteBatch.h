@@ -57,10 +57,11 @@ private:
 };
 
 /// Applies all changes of the batch in order, or none: checks them all as Set and Delete do, changes the file
-/// once, durably, and then the cache. Even if the process is killed, the file holds all of them or none, and
-/// changes by other processes are kept. The last change of a tag counts; deleting a missing tag is not an
-/// error; an empty batch does nothing. In a cache-only section the cache alone changes. False, with nothing
-/// changed, if a change was refused or the file is busy; the log names the key and the error.
+/// once, durably, and then the cache. Even if the process is killed, the file holds all of them or none
+/// (except where it must be written in place, such as a file with several hard links), and changes by other
+/// processes are kept. The last change of a tag counts; deleting a missing tag is not an error; an empty
+/// batch does nothing. In a cache-only section the cache alone changes. False, with nothing changed, if a
+/// change was refused or the file is busy; the log names the key and the error.
 [[nodiscard]] CORVANE_API bool Write(ConfigManager& config, const WriteBatch& batch);
 
 } // namespace corvane

@@ -7,11 +7,10 @@
 
 namespace corvane {
 
-/// The key's tag gets the value; without a value it is deleted, or with an empty tag, `Section:`, the
-/// section.
+/// Writes a value, or deletes a tag or, with an empty tag, a section.
 struct ConfigChange {
-    wstring key;
-    std::optional<wstring> value;
+    wstring key;                  ///< `Section:Tag`, or `Section:`
+    std::optional<wstring> value; ///< none for a deletion
 };
 
 } // namespace corvane
