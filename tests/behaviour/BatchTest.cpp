@@ -79,6 +79,10 @@ TEST_F(Batch, ChangesFileAndCacheInOrder) {
     }
     ASSERT_TRUE(Write(exact, "-Session:c") && Write(exact, "Session:d=1"));
     EXPECT_NE(Bytes(file).find("d=1"), std::string::npos) << "a section that is gone is the cache's no more";
+    corvane::wstring key = CORVANE_TEXT("Net: t");
+    key[4] = 0; // where the name of the tag ends
+    EXPECT_EQ(manager.ApplyChanges({{key, std::nullopt}}), 0);
+    EXPECT_EQ(Bytes(file).find("[Net]"), std::string::npos);
     EXPECT_EQ(FilesInFolder(), 1);
 }
 

@@ -14,6 +14,8 @@ protected:
     static std::pair<int, std::string> Read(IConfigSource& source, const std::string& key) {
         corvane::wstring value;
         const int result = source.ReadValue(Wide(key), value);
+        corvane::wstring same = Wide(key);
+        EXPECT_TRUE(result == FAILURE_GENERAL || (source.ReadValue(same, same) == result && same == value));
         return {result, corvane::ToUtf8(value)};
     }
 };
