@@ -1,52 +1,13 @@
-# What `cmake --install` puts in place: the library, its public headers, and what finds them.
+# What `cmake --install` puts in place: the library, all headers below include/, and what finds them.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-set(port linux)
+set(not_here)
 if(WIN32)
-  set(port windows)
+  set(not_here PATTERN linux EXCLUDE)
 endif()
-set(public_headers
-  comfort.h
-  comfort/FileWatch.h
-  comfort/Listing.h
-  comfort/Loading.h
-  comfort/SnapshotGuard.h
-  comfort/Values.h
-  comfort/ValueText.h
-  comfort/WriteBatch.h
-  config.h
-  foundations/ApplicationConfigManager.h
-  foundations/FailureCode.h
-  foundations/NativeLogging.h
-  foundations/ScopedResource.h
-  foundations/Singleton.h
-  foundations/ThreadLock.h
-  foundations/Version.h
-  foundations/WideString.h
-  manager/ConfigManager.h
-  platform/RegistryFolders.h
-  registry/registry.h
-  sources/ConfigChange.h
-  sources/IConfigSource.h
-)
-if(NOT WIN32)
-  list(APPEND public_headers platform/linux/RegistryFolders.h platform/linux/RegistryKeys.h)
-endif()
-set(inner_headers # what the public ones stand on; nothing in them is for programs
-  foundations/CaseFolding.h
-  foundations/Export.h
-  platform/CriticalSection.h
-  platform/FileState.h
-  platform/FractionText.h
-  platform/ThreadSafety.h
-  platform/${port}/CriticalSection.h
-)
-foreach(header ${public_headers} ${inner_headers})
-  get_filename_component(folder ${header} DIRECTORY)
-  install(FILES ${PROJECT_SOURCE_DIR}/corvane/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/corvane/${folder}
-    COMPONENT development)
-endforeach()
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
+  FILES_MATCHING PATTERN *.h ${not_here})
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/corvane)
 install(TARGETS corvane EXPORT corvaneTargets

@@ -1,7 +1,7 @@
 // Any bytes as the values file of a registry key: in memory, and in a tree on disk.
 #include "Fuzz.h"
 
-#include <corvane/platform/linux/RegistryFolders.h>
+#include <corvane/platform/RegistryFolders.h>
 #include <corvane/platform/linux/registry/ValuesText.h>
 #include <corvane/registry/registry.h>
 

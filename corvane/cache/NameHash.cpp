@@ -1,5 +1,5 @@
 #include <corvane/cache/NameHash.h>
-#include <corvane/foundations/CaseFolding.h>
+#include <corvane/detail/CaseFolding.h>
 #include <corvane/foundations/FindUnit.h>
 #include <corvane/foundations/SeededHash.h>
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <corvane/comfort/FileEntry.h>
+#include <corvane/detail/FileState.h>
 #include <corvane/manager/ConfigManager.h>
-#include <corvane/platform/FileState.h>
 
 namespace corvane {
 

@@ -1,4 +1,4 @@
-#include <corvane/foundations/CaseFolding.h>
+#include <corvane/detail/CaseFolding.h>
 #include <corvane/platform/Platform.h>
 
 #include <cwctype>

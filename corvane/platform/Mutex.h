@@ -1,7 +1,7 @@
 // The standard library's mutex, with what it guards checked by the compiler.
 #pragma once
 
-#include <corvane/platform/ThreadSafety.h>
+#include <corvane/detail/ThreadSafety.h>
 
 #include <mutex>
 

@@ -1,7 +1,7 @@
 // A configuration in a private-profile text file with UTF-8 content.
 #pragma once
 
-#include <corvane/platform/FileState.h>
+#include <corvane/detail/FileState.h>
 #include <corvane/sources/IConfigSource.h>
 #include <corvane/sources/NarrowString.h>
 

@@ -2,8 +2,8 @@
 #include "SystemCalls.h"
 
 #include <corvane/config.h>
+#include <corvane/platform/RegistryFolders.h>
 #include <corvane/platform/linux/LinuxPlatform.h>
-#include <corvane/platform/linux/RegistryFolders.h>
 #include <corvane/registry/registry.h>
 #include <corvane/sources/IConfigSource.h>
 

@@ -1,4 +1,4 @@
-#include <corvane/foundations/CaseFolding.h>
+#include <corvane/detail/CaseFolding.h>
 #include <corvane/platform/linux/profile/EditProfile.h>
 #include <corvane/platform/linux/profile/ProfileLine.h>
 

@@ -1,4 +1,4 @@
-#include <corvane/platform/linux/CriticalSection.h>
+#include <corvane/detail/CriticalSection.h>
 
 #include <sched.h>
 

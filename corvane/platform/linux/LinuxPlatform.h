@@ -3,7 +3,7 @@
 // thread.
 #pragma once
 
-#include <corvane/platform/FileState.h>
+#include <corvane/detail/FileState.h>
 #include <corvane/platform/ProfileChange.h>
 
 #include <cstdarg>

@@ -1,4 +1,4 @@
-#include <corvane/platform/windows/CriticalSection.h>
+#include <corvane/detail/CriticalSection.h>
 #include <corvane/platform/windows/WindowsPlatform.h>
 
 namespace corvane {

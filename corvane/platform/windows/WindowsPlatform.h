@@ -2,7 +2,7 @@
 // the real operation of that name. Not a public header: it includes <windows.h>.
 #pragma once
 
-#include <corvane/platform/FileState.h>
+#include <corvane/detail/FileState.h>
 #include <corvane/platform/ProfileChange.h>
 
 #ifndef WIN32_LEAN_AND_MEAN

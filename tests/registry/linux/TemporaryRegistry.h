@@ -3,7 +3,7 @@
 
 #include "linux/TestFolder.h"
 
-#include <corvane/platform/linux/RegistryFolders.h>
+#include <corvane/platform/RegistryFolders.h>
 
 namespace corvane {
 

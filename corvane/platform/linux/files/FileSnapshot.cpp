@@ -1,4 +1,4 @@
-#include <corvane/platform/FileState.h>
+#include <corvane/detail/FileState.h>
 #include <corvane/platform/linux/Errors.h>
 #include <corvane/platform/linux/LinuxPlatform.h>
 #include <corvane/platform/linux/files/FileHandle.h>

@@ -1,4 +1,4 @@
-#include <corvane/foundations/CaseFolding.h>
+#include <corvane/detail/CaseFolding.h>
 #include <corvane/foundations/Utf.h>
 #include <corvane/platform/linux/LinuxPlatform.h>
 #include <corvane/platform/linux/registry/KeyName.h>

@@ -1,8 +1,8 @@
 // The text of a typed value in a settings file, the same in every locale.
 #pragma once
 
+#include <corvane/detail/FractionText.h>
 #include <corvane/foundations/WideString.h>
-#include <corvane/platform/FractionText.h>
 
 #include <algorithm>
 #include <charconv>

@@ -1,7 +1,7 @@
 // The library's string type: UTF-16 in 16-bit code units on every platform.
 #pragma once
 
-#include <corvane/foundations/Export.h>
+#include <corvane/detail/Export.h>
 
 #include <cstdint>
 #include <string>

@@ -1,8 +1,8 @@
 // Tells when the file behind a configuration has changed.
 #pragma once
 
+#include <corvane/detail/FileState.h>
 #include <corvane/manager/ConfigManager.h>
-#include <corvane/platform/FileState.h>
 
 namespace corvane {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <corvane/foundations/Export.h>
+#include <corvane/detail/Export.h>
 
 namespace corvane {
 

@@ -1,7 +1,7 @@
 // A configuration in a cache, accessed by flat keys.
 #pragma once
 
-#include <corvane/foundations/CaseFolding.h>
+#include <corvane/detail/CaseFolding.h>
 #include <corvane/foundations/FailureCode.h>
 #include <corvane/foundations/ThreadLock.h>
 #include <corvane/foundations/WideString.h>

@@ -9,7 +9,7 @@
 // access bits, added to the platform's KEY_READ when the key is opened.
 #pragma once
 
-#include <corvane/foundations/Export.h>
+#include <corvane/detail/Export.h>
 #include <corvane/foundations/WideString.h>
 
 /// Reads a text (REG_SZ or REG_EXPAND_SZ, not expanded) into `buffer` of `bufferSize` characters, terminator

@@ -2,7 +2,7 @@
 // Arguments and statuses are those of the real operations. Thread-safe; nothing throws.
 #pragma once
 
-#include <corvane/foundations/Export.h>
+#include <corvane/detail/Export.h>
 #include <corvane/foundations/WideString.h>
 
 #include <cstdint>

@@ -1,10 +1,10 @@
 // The library's lock: recursive, and usable before any constructor has run.
 #pragma once
 
-#include <corvane/foundations/Export.h>
+#include <corvane/detail/CriticalSection.h>
+#include <corvane/detail/Export.h>
+#include <corvane/detail/ThreadSafety.h>
 #include <corvane/foundations/ScopedResource.h>
-#include <corvane/platform/CriticalSection.h>
-#include <corvane/platform/ThreadSafety.h>
 
 /// A recursive lock: the thread that holds it may obtain it again and must release it as often.
 class CORVANE_API CORVANE_LOCK ThreadLock {
