@@ -51,7 +51,7 @@ wstring CheckedWide(const std::string& bytes) {
     wstring expected;
     std::string left = bytes;
     for (std::string_view rest = bytes; !rest.empty();) {
-        const auto code = static_cast<wchar_t>(corvane::utf::TakeCharacter(rest));
+        const auto code = static_cast<wchar_t>(corvane::utf::ConsumeCharacter(rest));
         Require(code == Take(left) && left == rest, "UTF-8 is decoded");
         if (code >= 0x10000)
             expected += static_cast<corvane::wchar>(0xD800 + ((code - 0x10000) >> 10));

@@ -1,4 +1,4 @@
-// Memory for the tables of one load, in few and large blocks.
+// Memory for the tables of one load, in a few large blocks.
 #pragma once
 
 #include <corvane/platform/LargeBlocks.h>
@@ -10,11 +10,11 @@
 
 namespace corvane {
 
-/// Hands out pieces of a few blocks, which grow with what they hold and are freed with the arena; a single
-/// piece is never freed. Not for two threads at once.
+/// A monotonic allocator: hands out parts of a few growing blocks, which are freed with the arena; a single
+/// allocation is never freed. Not thread-safe.
 class Arena {
 public:
-    /// A piece of that many bytes, aligned for numbers of up to 8 bytes. Throws only for lack of memory.
+    /// Allocates that many bytes, aligned for 64-bit integers. Throws only std::bad_alloc.
     void* Allocate(std::size_t bytes) {
         const std::size_t words = (bytes + sizeof(Word) - 1) / sizeof(Word);
         if (m_blocks.empty() || m_blocks.back().capacity() - m_blocks.back().size() < words)
@@ -28,7 +28,7 @@ private:
     using Word = std::uint64_t;
     using Block = std::vector<Word, platform::LargeBlockAllocator<Word>>;
 
-    // As large as all before it, so that there are few blocks, and in the end one large page after the other.
+    // As large as all blocks before it, so that there are few of them, up to the size of a large page.
     void AddBlock(std::size_t least) {
         constexpr std::size_t smallest = 4096;
         const std::size_t ordinary = std::clamp(m_total, smallest, platform::largePageThreshold);
@@ -43,8 +43,8 @@ private:
     std::size_t m_total = 0; // bytes
 };
 
-/// Allocates from an arena, or without one as LargeBlockAllocator does. A copy of a container has none; a
-/// moved one keeps its memory.
+/// Allocates from an arena, or without one as LargeBlockAllocator does. A copy of a container does not use
+/// the arena; a moved container keeps its memory.
 template <class T>
 class ArenaAllocator : public platform::LargeBlockAllocator<T> {
 public:

@@ -17,7 +17,7 @@ std::uint64_t BlockAt(const wchar* units) noexcept {
     return block;
 }
 
-// What it gives for a block has one of the bits from 7 up in a lane that is NUL or outside ASCII.
+// Any of the bits 7 to 15 of a lane is set in the result if the lane is NUL or not ASCII.
 std::uint64_t SpecialUnits(std::uint64_t block) noexcept {
     return block | (block - each);
 }
@@ -29,7 +29,7 @@ std::uint64_t FoldUnits(wstring_view units) noexcept { // of at most one block
     return BlockAt(folded);
 }
 
-// Calls `put` with the beginning of each block of a text of at least one; the last may overlap the one
+// Calls `put` with the start of each block of a text that has at least one; the last may overlap the one
 // before.
 template <class Put>
 void ForEachBlock(wstring_view text, Put put) noexcept {

@@ -9,8 +9,8 @@
 
 namespace corvane {
 
-/// A hash map from section names to tags, without regard to letter case. An operation that throws, for lack
-/// of memory, has changed nothing. Not for two threads at once, even if both only read.
+/// A hash map from section names to tags that ignores letter case. If an operation throws, for lack of
+/// memory, nothing has changed. Not thread-safe, not even for reading.
 class SectionMap {
 public:
     using Section = std::pair<const wstring, TagMap>;
@@ -23,19 +23,19 @@ public:
     std::size_t Size() const noexcept { return m_sections.size(); }
     bool Empty() const noexcept { return m_sections.empty(); }
 
-    /// The section, which stays where it is until it is erased, or null.
+    /// The section, whose address is stable until it is erased, or null.
     Section* Find(const wstring& name) noexcept;
     const Section* Find(const wstring& name) const noexcept {
         return const_cast<SectionMap*>(this)->Find(name);
     }
 
-    /// All sections in the order of the names, until the next change.
+    /// All sections, sorted by name; valid until the next change.
     const std::vector<const Section*>& Ordered() const;
 
-    /// Makes room for that many sections in all.
+    /// Reserves capacity for that many sections in all.
     void Reserve(std::size_t sections) { m_sections.reserve(sections); }
 
-    /// Adds a section; the first of two equal names stands.
+    /// Adds a section; does nothing if the name exists.
     void Insert(const wstring& name, TagMap tags);
 
     /// The same with a copy of `tags` in large blocks of memory, for the many sections of a load.
@@ -43,8 +43,8 @@ public:
 
     void Erase(const Section& section) noexcept;
 
-    /// Takes all sections of `sections`, each in the place of the one of its name; one without tags only
-    /// removes that. Cannot fail if there is room for those that are new.
+    /// Moves all sections of `sections` here, replacing those of the same name; one without tags only removes
+    /// its namesake. Cannot fail if capacity is reserved for the new ones.
     void Replace(SectionMap& sections) noexcept;
 
 private:
@@ -58,7 +58,7 @@ private:
 
     Arena m_arena;
     std::unordered_map<wstring, TagMap, Hash, Equal> m_sections;
-    mutable std::vector<const Section*> m_order; // empty until somebody asks
+    mutable std::vector<const Section*> m_order; // computed on demand; empty until then
 };
 
 } // namespace corvane

@@ -25,9 +25,9 @@ void TagMap::Reserve(std::size_t tags) {
 }
 
 bool TagMap::Insert(wstring_view name, const ConfigValue& value) {
-    constexpr std::size_t leastTags = 4;
+    constexpr std::size_t minTags = 4;
     if ((m_size + std::size_t{1}) * 2 > m_slots.size())
-        Reserve(std::max(m_size * std::size_t{2}, leastTags));
+        Reserve(std::max(m_size * std::size_t{2}, minTags));
     const std::uint32_t hash = HashIgnoringCase(name);
     Slot& slot = m_slots[FindSlot(name, hash)];
     if (slot.offset != none)
@@ -43,7 +43,7 @@ void TagMap::Assign(wstring_view name, const ConfigValue& value) {
         return;
     }
     Slot& slot = m_slots[FindSlot(name, HashIgnoringCase(name))];
-    ReserveText(EntryUnits(slot.offset) + value.value.size()); // now the stored name stays where it is
+    ReserveText(EntryUnits(slot.offset) + value.value.size()); // from here on the stored name does not move
     const std::uint32_t offset = Append(At(slot.offset).name, value);
     Drop(slot.offset);
     slot.offset = offset;
@@ -76,7 +76,7 @@ void TagMap::Clear() noexcept {
     m_garbage = 0;
 }
 
-// The name's slot, or the free one where it belongs. There are slots, and one of them is free.
+// The slot of the name, or the free one where it belongs. Requires slots, at least one of them free.
 std::size_t TagMap::FindSlot(wstring_view name, std::uint32_t hash) const noexcept {
     for (std::size_t at = HomeOf(hash);; at = Next(at)) {
         const Slot slot = m_slots[at];
@@ -98,11 +98,11 @@ void TagMap::Rehash(std::size_t slots) {
     }
 }
 
-// To the heap, with room for that many more units and without the garbage.
+// Moves the text to the heap, with capacity for that many more units and without the garbage.
 void TagMap::MoveText(std::size_t units) {
-    constexpr std::size_t mostText = 0x7FFFFFFF; // so that each length has room in a header
+    constexpr std::size_t maxText = 0x7FFFFFFF; // so that every length fits its field of a header
     const std::size_t used = m_text.size() - m_garbage;
-    if (units > mostText - used)
+    if (units > maxText - used)
         throw std::length_error("too much text in a section");
     Text text;
     text.reserve(used + std::max(used, units));
@@ -113,7 +113,7 @@ void TagMap::MoveText(std::size_t units) {
     m_text = std::move(text);
 }
 
-// The text has room for all entries.
+// `text` has the capacity for all entries.
 void TagMap::CompactTo(Text& text) noexcept {
     for (Slot& slot : m_slots) {
         if (slot.offset == none)

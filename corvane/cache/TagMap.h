@@ -11,23 +11,23 @@
 
 namespace corvane {
 
-/// A hash map from tag names to values, without regard to letter case; a name keeps the letter case in which
-/// it was first inserted. Names and values lie in one text, entry after entry, and slots with hash and offset
-/// lead there. An operation that throws, for lack of memory or above 2 G units of text (std::length_error),
-/// has changed nothing. Not for two threads at once, even if both only read. A map that was moved from may
-/// only be assigned to or destroyed.
+/// A hash map from tag names to values that ignores letter case; a name keeps the letter case in which it was
+/// first inserted. Names and values are stored in one text, entry after entry; the slots of an
+/// open-addressing table hold hashes and offsets into it. If an operation throws, for lack of memory or above
+/// 2 G units of text (std::length_error), nothing has changed. Not thread-safe, not even for reading. A
+/// moved-from map may only be assigned to or destroyed.
 class TagMap {
 public:
     using ConfigValue = ConfigManager::ConfigValue;
 
-    /// One entry. The texts last until the next change of the map.
+    /// One entry. The views are valid until the next change of the map.
     struct Tag {
         wstring_view name;
         wstring_view value;
         bool cacheOnly;
     };
 
-    /// Goes through the entries in the order of the names.
+    /// Iterates over the entries, sorted by name.
     class Iterator {
     public:
         Iterator(const TagMap& map, const std::uint32_t* at) noexcept : m_map(map), m_at(at) {}
@@ -44,7 +44,7 @@ public:
     };
 
     TagMap() = default;
-    /// A copy without room for more, on the heap or in an arena that has to outlive it.
+    /// A copy without spare capacity, on the heap or in an arena that must outlive it.
     TagMap(const TagMap& other, Arena* arena = nullptr);
     TagMap(TagMap&&) noexcept = default;
     TagMap& operator=(const TagMap&) = delete;
@@ -57,23 +57,23 @@ public:
 
     std::optional<Tag> Find(wstring_view name) const noexcept;
 
-    /// The order is worked out for the first walk after a change, which may throw for lack of memory.
+    /// The order is computed by the first iteration after a change, which may throw std::bad_alloc.
     Iterator begin() const { return {*this, Order().data()}; }
     Iterator end() const { return {*this, Order().data() + m_size}; }
 
-    /// Makes room for that many tags in all.
+    /// Reserves capacity for that many tags in all.
     void Reserve(std::size_t tags);
 
-    /// Adds a tag, whose texts are not this map's. False, with nothing changed, if the name is there.
+    /// Adds a tag, whose texts must not be this map's. False, with nothing changed, if the name exists.
     bool Insert(wstring_view name, const ConfigValue& value);
 
-    /// Adds a tag or gives the one that is there a new value.
+    /// Adds a tag or replaces its value.
     void Assign(wstring_view name, const ConfigValue& value);
 
     /// False if there is no such tag. Frees no memory.
     bool Erase(wstring_view name) noexcept;
 
-    /// Removes all tags, and keeps the memory.
+    /// Removes all tags and keeps the memory.
     void Clear() noexcept;
 
 private:
@@ -84,7 +84,7 @@ private:
         std::uint32_t offset = none; // of the entry in m_text
     };
 
-    // What an entry begins with. After it come the name and the value.
+    // What an entry begins with; the name and the value follow.
     struct Header {
         std::uint32_t nameLength : 31;
         std::uint32_t cacheOnly : 1;
@@ -112,7 +112,7 @@ private:
             {name, header.nameLength}, {name + header.nameLength, header.valueLength}, header.cacheOnly != 0};
     }
 
-    // The slot that a hash leads to first.
+    // The first slot to probe for a hash.
     std::size_t HomeOf(std::uint32_t hash) const noexcept {
         return static_cast<std::size_t>((std::uint64_t{hash} * m_slots.size()) >> 32);
     }
@@ -139,11 +139,11 @@ private:
     }
 
     Text m_text;
-    Slots m_slots;                              // open addressing: at most half of them are used
-    mutable std::vector<std::uint32_t> m_order; // offsets, or empty until the next walk
+    Slots m_slots;                              // at most half of them are used
+    mutable std::vector<std::uint32_t> m_order; // offsets, or empty until the next iteration
     std::uint32_t m_size = 0;
-    std::uint32_t m_cacheOnly = 0; // how many of them are
-    std::uint32_t m_garbage = 0;   // units of m_text that belong to no entry any more
+    std::uint32_t m_cacheOnly = 0; // the number of cache-only tags
+    std::uint32_t m_garbage = 0;   // units of m_text that belong to no entry
 };
 
 } // namespace corvane

@@ -3,7 +3,7 @@
 
 namespace corvane {
 
-// Reading changes nothing: it is not const for the form that it has always had.
+// Reading changes nothing; GetValue is not const because its signature is fixed.
 int ComfortAccess::Read(const ConfigManager& config, const wstring& key, wstring& value) {
     return const_cast<ConfigManager&>(config).GetValue(
         key, value); // NOLINT(cppcoreguidelines-pro-type-const-cast)

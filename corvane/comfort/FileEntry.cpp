@@ -9,7 +9,7 @@ namespace {
 
 constexpr const char* noKey = "a key is a section, a colon and a tag";
 
-// White space that one platform or the other takes off the ends of a name or value.
+// White space that the profile operations of either platform trim from names and values.
 constexpr bool IsBlank(char c) noexcept {
     return c == ' ' || c == '\t' || c == '\v' || c == '\f' || c == '\x1A';
 }
@@ -26,7 +26,7 @@ bool HasAnyOf(std::string_view text, std::string_view characters) noexcept {
     return text.find_first_of(characters) != std::string_view::npos;
 }
 
-// For names that MakeDeletion takes. Null if nothing is against them.
+// For names that MakeDeletion accepts. Null if they are valid.
 const char* RefusalOf(std::string_view section, std::string_view tag) noexcept {
     if (tag.empty())
         return noKey;

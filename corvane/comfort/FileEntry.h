@@ -1,28 +1,28 @@
-// A key and a text on their way into the file.
+// Validates and encodes what the comfort layer writes.
 #pragma once
 
 #include <corvane/foundations/WideString.h>
 
 namespace corvane {
 
-/// What is handed on for a key and a text in UTF-8, or why no file could give them back.
+/// The UTF-16 form of a key and a value, or why a file cannot represent them.
 struct FileEntry {
     wstring key;
-    wstring value;       ///< what is read back
-    wstring fileText;    ///< the value as it is written: in quotes if blanks or quotes would be lost without
-    std::string refusal; ///< empty, or one sentence in UTF-8, and all else is empty
+    wstring value;    ///< as it reads back
+    wstring fileText; ///< as it is written: in quotes if blanks or quotes at its ends would be lost without
+    std::string refusal; ///< empty, or one sentence in UTF-8; then all else is empty
 };
 
-/// Checks and converts what shall be written. Refused is what would come back otherwise or not at all: a key
-/// without section or tag, ill-formed UTF-8, NUL, line breaks, blanks at a name's ends, a tag with '=' in it
-/// or ';' or '[' in front, a text that is too long for the platform.
+/// Checks and converts an entry to write. Refuses what would not read back: a key without section or tag,
+/// ill-formed UTF-8, NUL, line breaks, blanks at either end of a name, a tag that contains '=' or begins with
+/// ';' or '[', a text that is too long for the platform.
 FileEntry MakeFileEntry(std::string_view key, std::string_view value);
 
-/// Checks and converts the key of what shall be deleted; with an empty tag that is the section. `value` and
-/// `fileText` stay empty.
+/// Checks and converts a key to delete: a tag, or with an empty tag a section. `value` and `fileText` stay
+/// empty.
 FileEntry MakeDeletion(std::string_view key);
 
-/// The entry, refused if its section is the reserved one, which is in no file.
+/// The entry, refused if its section is the reserved one, which no file contains.
 FileEntry ForFile(FileEntry entry);
 
 } // namespace corvane

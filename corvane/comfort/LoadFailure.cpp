@@ -14,8 +14,8 @@ namespace {
 
 enum Access { existence = 0, writing = 2, reading = 4 };
 
-// In the system's words, which may be in another encoding.
-std::string Words(int error) {
+// The system's message, which may be in another encoding.
+std::string SystemMessage(int error) {
     return ToUtf8(ToWide(std::generic_category().message(error)));
 }
 
@@ -49,14 +49,14 @@ std::string CauseOfFailure(const wstring& path) {
         return "the path is empty";
     if (denies(existence))
         return errno == ENOENT || errno == ENOTDIR ? "there is no such file"
-                                                   : "it cannot be reached: " + Words(errno);
+                                                   : "it cannot be reached: " + SystemMessage(errno);
     platform::_stat64 status{};
     if (platform::_wstat64(path.c_str(), &status) == 0 && (status.st_mode & S_IFMT) != S_IFREG)
         return (status.st_mode & S_IFMT) == S_IFDIR ? "it is a folder" : "it is no regular file";
     if (denies(reading))
-        return "it may not be read: " + Words(errno);
+        return "it may not be read: " + SystemMessage(errno);
     if (denies(writing))
-        return "it may not be written, which a load needs as well: " + Words(errno);
+        return "it may not be written, which a load needs as well: " + SystemMessage(errno);
     return WhyNoSections(path);
 }
 

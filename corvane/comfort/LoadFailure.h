@@ -4,8 +4,8 @@
 
 namespace corvane {
 
-/// Why the file at `path` cannot be loaded, as the second half of a sentence. It is a new look at the file,
-/// which may be another by now.
+/// Why the file at `path` cannot be loaded, as the second half of a sentence. Examines the file anew; it may
+/// have changed since the load failed.
 std::string CauseOfFailure(const wstring& path);
 
 } // namespace corvane

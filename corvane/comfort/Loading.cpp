@@ -26,7 +26,7 @@ LoadResult Load(ConfigManager& config, std::string_view path) {
         ReportRefusal("corvane::Load", path, refusal);
         return {FAILURE_GENERAL, std::string("cannot load '") + ToUtf8(name) + "': " + refusal};
     }
-    // To the manager, paths that differ in letter case are one name.
+    // For the manager, paths that differ only in letter case are the same name.
     const bool sameFile = name == ComfortAccess::ConfigName(config);
     return Result(config.Update(name.c_str(), sameFile ? ifModified : always), name);
 }

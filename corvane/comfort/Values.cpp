@@ -13,7 +13,7 @@ std::optional<std::string> detail::ReadText(const ConfigManager& config, std::st
 }
 
 void detail::ReportWrongForm(std::string_view key, std::string_view text, const std::string& form) {
-    constexpr std::size_t most = 200; // bytes of the text
+    constexpr std::size_t most = 200; // bytes of the value to show
     const std::string shown = OnOneLine(text.substr(0, most)) + (text.size() > most ? "..." : "");
     Log().logProblem(ToWide("the value '" + shown + "' of '" + OnOneLine(key) + "' is not " + form).c_str());
 }

@@ -1,8 +1,8 @@
 #include <corvane/foundations/ApplicationConfigManager.h>
 #include <corvane/platform/Platform.h>
 
-// The two static locks of the library are constructed in this order, before any exported function can run,
-// and destroyed in reverse.
+// The library's two static locks are constructed in this order, before any exported function can run, and
+// destroyed in reverse order.
 template <>
 ThreadLock Singleton<ApplicationConfigManager>::s_lock{};
 ThreadLock ConfigManager::m_lock;

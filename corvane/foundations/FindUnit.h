@@ -1,4 +1,4 @@
-// A search in wide text, four units at a time.
+// Searches UTF-16 text, four units at a time.
 #pragma once
 
 #include <corvane/foundations/WideString.h>
@@ -10,10 +10,10 @@ namespace corvane {
 
 // For a block that contains the unit. Branch-free: the branch would be mispredicted half the time.
 inline std::size_t WayToUnit(const wchar* block, wchar unit) noexcept {
-    const std::size_t behindFirst = block[0] != unit ? 1 : 0;
-    const std::size_t behindSecond = block[1] != unit ? behindFirst : 0;
-    const std::size_t behindThird = block[2] != unit ? behindSecond : 0;
-    return behindFirst + behindSecond + behindThird;
+    const std::size_t afterFirst = block[0] != unit ? 1 : 0;
+    const std::size_t afterSecond = block[1] != unit ? afterFirst : 0;
+    const std::size_t afterThird = block[2] != unit ? afterSecond : 0;
+    return afterFirst + afterSecond + afterThird;
 }
 
 /// The position of the first `unit` in `text`, or the text's size.
@@ -33,12 +33,12 @@ inline std::size_t FindUnit(wstring_view text, wchar unit) noexcept {
     return at;
 }
 
-/// `name` up to its first NUL, where it ends for every comparison and wherever it is passed on.
+/// `name` up to its first NUL, where every name ends.
 inline wstring_view UpToNul(wstring_view name) noexcept {
     return name.substr(0, FindUnit(name, wchar()));
 }
 
-/// Whether a name is empty. It ends at a NUL, wherever it is compared or passed on.
+/// Whether a name, which ends at its first NUL, is empty.
 inline bool IsEmptyName(const wstring& name) noexcept {
     return *name.c_str() == 0;
 }

@@ -1,4 +1,4 @@
-// Numbers of 32 bits as registries keep them: the lowest byte first, whatever the machine's own order is.
+// 32-bit integers as registries store them: the lowest byte first, whatever the machine's byte order.
 #pragma once
 
 #include <array>

@@ -10,7 +10,7 @@ std::uint64_t RandomNumber() noexcept {
     try {
         std::random_device device;
         return std::uint64_t{device()} << 32 | device();
-    } catch (...) { // a time is harder to guess than nothing
+    } catch (...) { // without entropy, a time is still hard to guess
         return static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
     }
 }

@@ -1,4 +1,4 @@
-// A hash whose results nobody outside the process can predict.
+// A hash that cannot be predicted outside the process.
 #pragma once
 
 #include <cstddef>
@@ -6,22 +6,22 @@
 
 namespace corvane {
 
-/// Puts ASCII letters into lower case in all lanes of a block at once; `each` has a one in each lane. Lanes
-/// outside ASCII come out as anything.
+/// Lower-cases the ASCII letters in all lanes of a block at once; `each` has a one in each lane. The result
+/// is undefined for lanes outside ASCII.
 constexpr std::uint64_t FoldAsciiLanes(std::uint64_t block, std::uint64_t each) noexcept {
-    const std::uint64_t fromA = block + each * (0x80 - 'A'); // bit 7 of a lane tells
+    const std::uint64_t fromA = block + each * (0x80 - 'A'); // bit 7 of a lane: at least 'A'
     const std::uint64_t pastZ = block + each * (0x80 - 'Z' - 1);
     return block | ((fromA ^ pastZ) & each * 0x80) >> 2;
 }
 
-/// Takes a text in blocks of 64 bits. The seed is drawn once in each process, so texts with equal hashes
-/// cannot be prepared in advance.
+/// Hashes a text in blocks of 64 bits. The seed is drawn once per process, so texts with equal hashes cannot
+/// be prepared in advance.
 class SeededHash {
 public:
-    /// `length` is for texts whose last blocks may overlap, and tells those apart.
+    /// `length` distinguishes texts whose last blocks overlap.
     explicit SeededHash(std::size_t length = 0) noexcept : SeededHash(TheSeed(), length) {}
 
-    // The product of two halves that nobody knows: of different blocks it is the same once in 4 G seeds.
+    // Multiplies two secret halves: different blocks collide for one seed in 4 G.
     void Put(std::uint64_t block) noexcept {
         const std::uint64_t masked = m_state ^ block ^ m_mask;
         m_state = (masked & 0xFFFFFFFF) * (masked >> 32);

@@ -38,7 +38,7 @@ int TrailCount(unsigned char lead) noexcept {
 
 struct Decoded {
     char32_t code;
-    const unsigned char* behind;
+    const unsigned char* next;
 };
 
 // Each maximal subpart of an ill-formed sequence gives one U+FFFD.
@@ -153,7 +153,7 @@ constexpr std::size_t blockUnits = 16;
 template <typename From, typename To>
 void CopyAscii(const From*& at, const From* end, To*& out) noexcept {
     auto length = static_cast<std::size_t>(end - at);
-    const bool reachesBack = length >= blockUnits; // for its rest, to units that were ASCII
+    const bool reachesBack = length >= blockUnits; // then one block, overlapping the last, copies the rest
     for (; length >= blockUnits && CopyBlock<blockUnits>(at, out); length -= blockUnits) {
         at += blockUnits;
         out += blockUnits;
@@ -168,7 +168,7 @@ void CopyAscii(const From*& at, const From* end, To*& out) noexcept {
         *out++ = static_cast<To>(*at++);
 }
 
-// The same without a copy; the length of the run.
+// The same without copying: returns the length of the run.
 template <typename Unit>
 std::size_t SkipAscii(const Unit*& at, const Unit* end) noexcept {
     const Unit* const begin = at;
@@ -181,10 +181,10 @@ std::size_t SkipAscii(const Unit*& at, const Unit* end) noexcept {
 
 } // namespace
 
-char32_t utf::TakeCharacter(std::string_view& utf8) noexcept {
+char32_t utf::ConsumeCharacter(std::string_view& utf8) noexcept {
     const auto* const at = reinterpret_cast<const unsigned char*>(utf8.data());
-    const auto [code, behind] = *at < 0x80 ? Decoded{*at, at + 1} : DecodeUtf8(at, at + utf8.size());
-    utf8.remove_prefix(static_cast<std::size_t>(behind - at));
+    const auto [code, next] = *at < 0x80 ? Decoded{*at, at + 1} : DecodeUtf8(at, at + utf8.size());
+    utf8.remove_prefix(static_cast<std::size_t>(next - at));
     return code;
 }
 
@@ -196,9 +196,9 @@ std::size_t utf::ToWide(std::string_view utf8, wchar* out) noexcept {
         if (*at < 0x80) {
             CopyAscii(at, end, out);
         } else {
-            const auto [code, behind] = DecodeUtf8(at, end);
+            const auto [code, next] = DecodeUtf8(at, end);
             out = Append(out, code);
-            at = behind;
+            at = next;
         }
     }
     return static_cast<std::size_t>(out - begin);
@@ -212,9 +212,9 @@ std::size_t utf::WideLength(std::string_view utf8) noexcept {
         if (*at < 0x80) {
             units += SkipAscii(at, end);
         } else {
-            const auto [code, behind] = DecodeUtf8(at, end);
+            const auto [code, next] = DecodeUtf8(at, end);
             units += UnitsOf(code);
-            at = behind;
+            at = next;
         }
     }
     return units;

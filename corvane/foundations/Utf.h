@@ -10,7 +10,7 @@ namespace corvane::utf {
 
 /// Decodes the first character of `utf8`, which is not empty, and removes it. A maximal ill-formed sequence
 /// gives U+FFFD.
-char32_t TakeCharacter(std::string_view& utf8) noexcept;
+char32_t ConsumeCharacter(std::string_view& utf8) noexcept;
 
 /// Converts UTF-8 to UTF-16. `out` must hold `utf8.size()` units: UTF-16 never needs more units than UTF-8
 /// needs bytes. Returns the number of units written. A maximal ill-formed sequence becomes one U+FFFD.

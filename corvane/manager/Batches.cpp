@@ -1,4 +1,4 @@
-// Many changes at once: all refusals first, one change of the source next, the cache last.
+// Many changes at once: first every check, then one change of the source, then the cache.
 #include <corvane/cache/SectionMap.h>
 #include <corvane/manager/ConfigManager.h>
 #include <corvane/manager/Log.h>
@@ -18,14 +18,14 @@ namespace {
 
 using Changes = std::vector<corvane::ConfigChange>;
 
-// What a batch of changes makes of a cache, and what it asks of the source. Nothing changes until Commit.
+// The effect of a batch of changes on a cache, and the changes for the source. Nothing changes until Commit.
 class Batch {
 public:
     Batch(SectionMap& cache, std::set<wstring>& cacheOnlySections, IConfigSource& source)
         : m_cache(cache), m_cacheOnlySections(cacheOnlySections), m_source(source) {}
 
-    /// Takes the changes in, and makes ready what Commit needs. Null, or the key of one that is refused. The
-    /// cache gets the values of `changes`, the source those of `forSource`.
+    /// Checks the changes and prepares everything that Commit needs. Returns null, or the key of the change
+    /// that was refused. The cache gets the values of `changes`, the source those of `forSource`.
     const wstring* Add(const Changes& changes, const Changes& forSource) {
         for (std::size_t i = 0; i < changes.size(); ++i) {
             if (!Add(changes[i], forSource[i].value))
@@ -41,7 +41,7 @@ public:
 
     const Changes& ForSource() const noexcept { return m_forSource; }
 
-    /// A section that is left without tags goes, as with the deletion of its last tag.
+    /// A section that is left without tags is removed, as by the deletion of its last tag.
     void Commit() noexcept {
         m_cache.Replace(m_sections);
         for (const wstring& section : m_emptied)
@@ -89,7 +89,7 @@ private:
     std::set<wstring>& m_cacheOnlySections;
     IConfigSource& m_source;
     corvane::KeyParts m_parts;
-    SectionMap m_sections; // that the batch concerns, as they will be
+    SectionMap m_sections; // the changed sections in their new state
     std::vector<wstring> m_emptied;
     Changes m_forSource;
 };
@@ -109,7 +109,7 @@ int ConfigManager::ApplyChanges(const Changes& changes) {
     return ApplyChangesAs(changes, changes);
 }
 
-// `forSource` has the same keys, with texts that the source gives back as the values of `changes`.
+// `forSource` has the same keys, with texts that the source reads back as the values of `changes`.
 int ConfigManager::ApplyChangesAs(const Changes& changes, const Changes& forSource) {
     static constexpr const char* function = "ConfigManager::ApplyChanges";
     Trace(changes);
@@ -123,13 +123,13 @@ int ConfigManager::ApplyChangesAs(const Changes& changes, const Changes& forSour
         return Fail(function, __LINE__, refused->c_str());
 
     if (!batch.ForSource().empty()) {
-        const auto source = m_source; // stays, even if one of its log lines leads to a load by the program
+        const auto source = m_source; // kept alive even if a log sink makes the program load
         const std::int32_t written = source->WriteChanges(batch.ForSource());
         if (written == 0 || written == FAILURE_GENERAL)
             return Fail(function, __LINE__);
         if (!corvane::StillLoaded(m_source.get(), *source))
-            return 0; // the cache is another configuration's by now
-        // A log sink may have loaded the file again or changed the cache meanwhile.
+            return 0; // the cache now belongs to another configuration
+        // A log sink may have reloaded the file or changed the cache meanwhile.
         try {
             Batch again(*m_cache, m_cacheOnlySections, *m_source);
             if (!again.Add(changes, forSource))
@@ -137,7 +137,7 @@ int ConfigManager::ApplyChangesAs(const Changes& changes, const Changes& forSour
             return 0;
         } catch (const std::bad_alloc&) {
             if (m_source != source)
-                return 0; // the cache is as it was read before the changes
+                return 0; // the cache was reloaded after the changes were written
         }
     }
     batch.Commit();

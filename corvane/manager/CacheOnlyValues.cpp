@@ -1,4 +1,4 @@
-// How values that no source holds come through a load.
+// How values that exist in the cache only survive a load.
 #include <corvane/cache/SectionMap.h>
 #include <corvane/manager/ConfigManager.h>
 #include <corvane/manager/ReservedSection.h>

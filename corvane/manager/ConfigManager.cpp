@@ -1,4 +1,4 @@
-// What a manager is without its operations by key: its life, its copies and the small questions about it.
+// Construction, copying and simple queries of a manager.
 #include <corvane/cache/SectionMap.h>
 #include <corvane/manager/ConfigManager.h>
 #include <corvane/manager/ReservedSection.h>

@@ -1,4 +1,4 @@
-// Deleting by key: the source first, the cache behind it.
+// Deleting by key: from the source first, then from the cache.
 #include <corvane/cache/SectionMap.h>
 #include <corvane/manager/ConfigManager.h>
 #include <corvane/manager/Log.h>
@@ -24,11 +24,11 @@ int ConfigManager::DeleteValue(const wstring& key) {
         return 0;
     if (!m_cache->Find(parts.section))
         return Fail(function, __LINE__);
-    const auto source = m_source; // stays, even if one of its log lines leads to a load by the program
+    const auto source = m_source; // kept alive even if a log sink makes the program load
     if (!source->DeleteValue(key))
         return 0;
     if (!corvane::StillLoaded(m_source.get(), *source))
-        return 0; // the cache is another configuration's by now
+        return 0; // the cache now belongs to another configuration
 
     auto* const section = m_cache->Find(parts.section);
     if (!section)

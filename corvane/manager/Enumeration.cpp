@@ -1,4 +1,4 @@
-// Listing what the cache holds.
+// Listing the sections and tags of the cache.
 #include <corvane/cache/SectionMap.h>
 #include <corvane/manager/ConfigManager.h>
 #include <corvane/sources/KeyParts.h>

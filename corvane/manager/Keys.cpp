@@ -1,4 +1,4 @@
-// Joining keys, and giving them the letter case of the cache.
+// Joining keys, and mapping them to the letter case of the cache.
 #include <corvane/cache/SectionMap.h>
 #include <corvane/manager/ConfigManager.h>
 #include <corvane/sources/KeyParts.h>

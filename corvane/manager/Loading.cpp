@@ -1,4 +1,4 @@
-// Loading, reloading and letting go of a configuration.
+// Loading, reloading and releasing a configuration.
 #include <corvane/cache/SectionMap.h>
 #include <corvane/manager/ConfigManager.h>
 #include <corvane/manager/Log.h>
@@ -24,13 +24,13 @@ bool SameConfiguration(IConfigSource& source, const wchar* name) {
     return platform::_wcsicmp(name, source.GetConfigName()) == 0;
 }
 
-// Reads the tags of one section after another, with the same buffers for all of them.
+// Reads the tags of one section after another into the same buffers.
 class TagReader {
 public:
     explicit TagReader(IConfigSource& source) noexcept : m_source(source) {}
 
-    // Fills `tagMap` anew. A tag whose value is empty or cannot be read is left out. `sectionKey` is the
-    // section and a colon.
+    // Replaces the content of `tagMap`. Leaves out tags whose value is empty or cannot be read. `sectionKey`
+    // is the section and a colon.
     void Read(const wstring& sectionKey, const std::vector<wstring>& tags, ConfigManager::TagMap& tagMap) {
         tagMap.Clear();
         tagMap.Reserve(tags.size());
@@ -55,7 +55,7 @@ private:
 } // namespace
 
 int ConfigManager::Update(const wchar* name, int reloadPolicy) {
-    // The text may belong to the present source, which ends if a log line leads to a load by the program.
+    // `name` may point into the present source, which ends if a log sink makes the program load.
     const wstring kept(name ? name : CORVANE_TEXT(""));
     name = name ? kept.c_str() : nullptr;
     if (Initialize(name, reloadPolicy) == 0)
@@ -96,7 +96,7 @@ int ConfigManager::Initialize(const wchar* name, int reloadPolicy) {
         tags.clear();
         if (section == corvane::reservedSection)
             return FailLoad(CORVANE_TEXT("cache node specified in config file (illegal)"), __LINE__);
-        if (newCache->Find(section)) // the first stands: reading it again would only take time
+        if (newCache->Find(section)) // the first of several sections of one name counts
             continue;
         if (!newSource->EnumerateTags(section, tags))
             continue;
@@ -105,7 +105,7 @@ int ConfigManager::Initialize(const wchar* name, int reloadPolicy) {
     }
     RestoreCacheOnlyValues(preserved, *newCache);
 
-    // Nothing from here on can fail.
+    // Nothing can fail from here on.
     m_source = std::move(newSource);
     m_cache.swap(newCache);
     return 0;

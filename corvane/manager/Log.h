@@ -1,4 +1,4 @@
-// How the manager's operations speak to the log.
+// The log as the manager's operations use it.
 #pragma once
 
 #include <corvane/foundations/FailureReport.h>
@@ -10,7 +10,7 @@ inline Quillon::NativeLogging::ILogger& Log() {
     return *Quillon::NativeLogging::LoggerRegistry::getLogger(configChannel);
 }
 
-/// Reports a failure of the library's own making; gives FAILURE_GENERAL.
+/// Reports a general failure and returns FAILURE_GENERAL.
 inline std::int32_t Fail(const char* function, std::int32_t line, const wchar* message = nullptr) {
     return failure_report(FAILURE_GENERAL, message, configChannel, function, line);
 }

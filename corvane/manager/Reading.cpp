@@ -1,4 +1,4 @@
-// Reading by key, from the cache alone.
+// Reading by key, from the cache only.
 #include <corvane/cache/SectionMap.h>
 #include <corvane/manager/ConfigManager.h>
 #include <corvane/manager/Log.h>

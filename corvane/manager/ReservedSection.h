@@ -4,10 +4,10 @@
 
 namespace corvane {
 
-/// The section for values that no source may define. It comes through every reload whole.
+/// The section for cache-only values, which no source may contain. It survives every reload.
 inline constexpr const wchar* reservedSection = CORVANE_TEXT("_$CACHE$_");
 
-/// Whether `section` is that one, in that very letter case. A name ends at a NUL.
+/// Whether `section`, up to its first NUL, is the reserved one in exactly this letter case.
 inline bool IsReserved(wstring_view section) noexcept {
     return UpToNul(section) == reservedSection;
 }

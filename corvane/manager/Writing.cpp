@@ -1,4 +1,4 @@
-// Writing by key: all refusals first, the source next, the cache last.
+// Writing by key: first every check, then the source, then the cache.
 #include <corvane/cache/SectionMap.h>
 #include <corvane/manager/ConfigManager.h>
 #include <corvane/manager/Log.h>
@@ -18,7 +18,7 @@ int ConfigManager::_SetValue(const wstring& key, const wstring& value, bool cach
     return _SetValue(key, value, value, cacheOnly);
 }
 
-// The cache gets `value`, the source a text that it gives back as that value.
+// The cache gets `value`, the source a text that it reads back as that value.
 int ConfigManager::_SetValue(const wstring& key, const wstring& value, const wstring& sourceText,
                              bool cacheOnly) {
     const auto refuse = [&](std::int32_t line) {
@@ -42,12 +42,12 @@ int ConfigManager::_SetValue(const wstring& key, const wstring& value, const wst
 
     const bool writeThrough = !cacheOnly && m_cacheOnlySections.count(parts.section.c_str()) == 0;
     if (writeThrough) {
-        const auto source = m_source; // stays, even if one of its log lines leads to a load by the program
+        const auto source = m_source; // kept alive even if a log sink makes the program load
         const std::int32_t written = source->WriteValue(storedKey, sourceText);
         if (written == 0 || written == FAILURE_GENERAL)
             return refuse(__LINE__);
         if (!corvane::StillLoaded(m_source.get(), *source))
-            return 0; // the cache is another configuration's by now
+            return 0; // the cache now belongs to another configuration
     } else {
         m_cacheOnlySections.insert(parts.section.c_str());
     }

@@ -1,4 +1,4 @@
-// Memory blocks; large ones are in large (huge) pages.
+// Allocates memory, large blocks in large (huge) pages.
 #pragma once
 
 #include <cstddef>

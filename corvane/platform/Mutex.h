@@ -1,4 +1,4 @@
-// The standard library's mutex, with what it guards checked by the compiler.
+// std::mutex with annotations for clang's thread safety analysis.
 #pragma once
 
 #include <corvane/detail/ThreadSafety.h>

@@ -1,6 +1,6 @@
-// Everything that the library asks of the operating system, under the platform's own names, in
-// `corvane::platform`: the real operations on Windows, a layer of our own elsewhere. Functions are called
-// qualified (`platform::CopyFileW`); constants, which are macros on Windows, are used unqualified.
+// The operations of the operating system that the library calls, in `corvane::platform` under their Windows
+// names: the real ones on Windows, our own layer on Linux. Functions are called qualified
+// (`platform::CopyFileW`); constants, which are macros on Windows, are used unqualified.
 #pragma once
 
 #ifdef _WIN32

@@ -7,7 +7,7 @@
 namespace corvane {
 namespace {
 
-// Stores what fits and counts everything.
+// Stores what fits and counts all units.
 class Output {
 public:
     Output(wchar* buffer, std::size_t capacity) noexcept : m_buffer(buffer), m_capacity(capacity) {}
@@ -28,7 +28,7 @@ public:
     void PutNarrow(const char* text) noexcept {
         for (std::string_view rest = text ? text : "(null)"; !rest.empty();) {
             const std::string_view before = rest;
-            utf::TakeCharacter(rest);
+            utf::ConsumeCharacter(rest);
             wchar units[4];
             const std::size_t count = utf::ToWide(before.substr(0, before.size() - rest.size()), units);
             std::for_each(units, units + count, [this](wchar unit) { Put(unit); });
@@ -77,7 +77,7 @@ std::size_t FormatWide(wchar* buffer, std::size_t capacity, const wchar* format,
         } else if (format[1] == 'l' && format[2] == 'u') {
             output.PutNumber(va_arg(arguments, ulong), false);
             format += 2;
-        } else { // what its argument would be is unknown, and so is every argument behind it
+        } else { // the type of its argument is unknown, and so are all later arguments
             output.PutWide(format);
             break;
         }

@@ -1,4 +1,4 @@
-// The wide printf forms of the library's log lines and names, the same on every platform.
+// The wide printf formats of log lines and names, the same on every platform.
 #pragma once
 
 #include <corvane/foundations/WideString.h>

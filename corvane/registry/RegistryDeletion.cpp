@@ -20,8 +20,8 @@ DeleteKeyEx LookUpDeleteKeyEx() noexcept {
     return reinterpret_cast<DeleteKeyEx>(reinterpret_cast<void*>(address));
 }
 
-// Looked up once per process, even if it is missing. Two threads may both look it up at the first call; both
-// find the same.
+// Looked up once per process, even if it is missing. Two threads may both look it up at first, with the same
+// result.
 DeleteKeyEx FindDeleteKeyEx() noexcept {
     static std::atomic<bool> wasLookedUp{false};
     static std::atomic<DeleteKeyEx> deleteKeyEx{nullptr};

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t endLength = 2; // the two NULs
 
-// A block of names that grows with each of them.
+// A list of names that grows with each of them.
 class NameBlock {
 public:
     explicit NameBlock(wchar delimiter) noexcept : m_delimiter(delimiter) {}

@@ -9,7 +9,7 @@ struct Root {
     platform::HKEY key;
 };
 
-// The order decides what a shortened name means.
+// The order decides which root a shortened name means.
 const Root roots[] = {
     {CORVANE_TEXT("HKEY_CURRENT_USER"), HKEY_CURRENT_USER},
     {CORVANE_TEXT("HKEY_LOCAL_MACHINE"), HKEY_LOCAL_MACHINE},

@@ -1,4 +1,4 @@
-// What a configuration file is to the library: its path, its time and the form of its keys.
+// Path, modification time and key syntax of a configuration file.
 #include <corvane/foundations/FindUnit.h>
 #include <corvane/platform/Platform.h>
 #include <corvane/sources/ConfigFile.h>
@@ -17,7 +17,7 @@ const corvane::wchar* ConfigFile::GetConfigName() {
     return m_fileName.c_str();
 }
 
-// Tried again if memory was lacking before: a file that can be written is one that can be read.
+// Retried if memory was short before: a file that can be written must also be readable.
 bool ConfigFile::HasNarrowFileName() {
     return m_narrowFileName.Get() || m_narrowFileName.Convert(m_fileName.c_str());
 }

@@ -1,12 +1,12 @@
-// A configuration in a private-profile text file with UTF-8 content.
+// A configuration in a private-profile file in UTF-8.
 #pragma once
 
 #include <corvane/detail/FileState.h>
 #include <corvane/sources/IConfigSource.h>
 #include <corvane/sources/NarrowString.h>
 
-/// Reads and writes one file through the platform's private-profile operations, one call each. It keeps the
-/// path and nothing of the content. The file must exist, readable and writable, when the object is made.
+/// Reads and writes one file through the platform's private-profile operations, one call each. Keeps the path
+/// and none of the content. The file must exist and be readable and writable when the object is created.
 class ConfigFile : public IConfigSource {
 public:
     explicit ConfigFile(const corvane::wchar* fileName);
@@ -28,7 +28,7 @@ public:
     std::uint32_t GetWriteRetries() override;
     std::int32_t WriteChanges(const std::vector<corvane::ConfigChange>& changes) override;
 
-    /// The file's state before anything of it was read.
+    /// The file's state before anything was read from it.
     const corvane::FileState& StateAtLoad() const noexcept { return m_stateAtLoad; }
 
 private:
@@ -43,6 +43,6 @@ private:
 
     corvane::wstring m_fileName;
     corvane::FileState m_stateAtLoad;
-    NarrowString m_narrowFileName; // for the reads, which are many; null until it could be made
+    NarrowString m_narrowFileName; // for the reads, which are frequent; null until it could be converted
     std::uint32_t m_writeRetries = 30;
 };

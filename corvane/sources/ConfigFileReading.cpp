@@ -1,4 +1,4 @@
-// Reading from the configuration file: one call of the platform for each text.
+// Reading from the configuration file: one platform call per text.
 #include <corvane/foundations/FailureReport.h>
 #include <corvane/foundations/FindUnit.h>
 #include <corvane/platform/Platform.h>
@@ -17,8 +17,8 @@ using corvane::wstring_view;
 
 namespace {
 
-// The bytes that a read operation fills. How long a text is shows only when it fits, so the buffer doubles
-// until it does.
+// The bytes filled by a read operation. The length of a text is only known once it fits, so the buffer
+// doubles until it does.
 class ReadBuffer {
 public:
     // cppcheck-suppress uninitMemberVar ; Clear fills what a read needs cleared
@@ -36,7 +36,7 @@ public:
         if (m_size > std::numeric_limits<std::int32_t>::max() / 2)
             throw std::bad_alloc();
         m_size *= 2;
-        m_larger.reset(); // before the next, which is larger than all before it together
+        m_larger.reset(); // before the next, which is larger than all so far together
         m_larger.reset(new char[static_cast<std::size_t>(m_size)]);
         m_data = m_larger.get();
     }
@@ -88,7 +88,7 @@ std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
             continue;
         }
         if (section.empty() || tag.empty())
-            ++count; // a name list: its final NUL belongs to it
+            ++count; // the final NUL of a name list belongs to it
         Utf8ToWide(buffer.Data(), count, value);
         return count;
     }
@@ -162,7 +162,8 @@ bool ConfigFile::EnumerateTags(const wstring& section, std::vector<wstring>& tag
     wstring key(corvane::UpToNul(section));
     if (key.empty())
         return false;
-    // A key made of such a name splits inside it and reads from elsewhere: maybe the list of all sections.
+    // A key made from such a name would be split inside it and read something else, maybe the list of all
+    // sections.
     if (corvane::FindUnit(key, ':') != key.size())
         return true;
     key += ':';

@@ -28,7 +28,7 @@ std::int32_t ConfigFile::CreateSnapshot(wstring& snapshotName) {
             return fail(nullptr, __LINE__);
     } while (platform::_waccess(name, existence) == 0);
 
-    wstring made = name; // before the copy: no snapshot is made whose name the caller does not get
+    wstring made = name; // before the copy: no snapshot may exist whose name the caller does not get
     if (!platform::CopyFileW(m_fileName.c_str(), name, failIfExists))
         return fail(CORVANE_TEXT("failed to copy the active configuration to the snapshot"), __LINE__);
     snapshotName = std::move(made);

@@ -1,4 +1,4 @@
-// Writing to the configuration file. A refusal counts as a passing condition: the file may be busy.
+// Writing to the configuration file. A refusal is treated as temporary: the file may be busy.
 #include <corvane/foundations/FailureReport.h>
 #include <corvane/foundations/FindUnit.h>
 #include <corvane/platform/Platform.h>
@@ -14,12 +14,13 @@ namespace {
 
 template <class Write>
 std::int32_t Attempt(bool isFirst, Write write) {
-    const platform::BriefWaits scope(!isFirst); // a second and a sleep for each would take a minute
+    const platform::BriefWaits scope(
+        !isFirst); // waiting a second and sleeping a second each time would take a minute
     return write();
 }
 
-// Calls `write` until it gives a result other than 0, at least once and at most `retries` times, and gives
-// that result. The number is read anew after each attempt.
+// Calls `write` at least once and at most `retries` times, until its result is not 0, and returns that
+// result. Reads `retries` again after each attempt.
 template <class Write>
 std::int32_t Retry(const std::uint32_t& retries, Write write) {
     constexpr corvane::ulong pauseSeconds = 1;

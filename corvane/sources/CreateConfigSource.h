@@ -2,7 +2,6 @@
 
 #include <corvane/sources/IConfigSource.h>
 
-/// Makes the source for a configuration's name, for a file its path, whether or not the store can be used:
-/// IsReady tells. The caller owns it. Null for a null name. The one place that knows which type of source is
-/// made.
+/// Creates the source for a configuration name, for a file its path, whether or not the store is usable: see
+/// IsReady. The caller owns it. Null for a null name. The only place that knows the type of the source.
 IConfigSource* CreateConfigSource(const corvane::wchar* name);

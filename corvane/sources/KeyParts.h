@@ -1,4 +1,4 @@
-// The two halves of a key, split without an allocation.
+// Splits a key without an allocation.
 #pragma once
 
 #include <corvane/foundations/FindUnit.h>
@@ -9,8 +9,8 @@
 
 namespace corvane {
 
-/// Holds a key's section and tag for one operation, in buffers that the next one uses again: splitting
-/// allocates only for a key longer than those before it, or while another operation has the spare buffers.
+/// The section and tag of a key during one operation, in reused buffers: splitting allocates only for a key
+/// longer than those before, or while another operation has the spare buffers.
 class KeyParts {
     struct Buffers {
         wstring section;
@@ -30,7 +30,7 @@ public:
             m_buffers.reset(spare.exchange(m_buffers.release()));
     }
 
-    /// Has the source split `key`. False if it is no key.
+    /// Lets the source split `key`. False if it is not a key.
     bool Parse(IConfigSource& source, const wstring& key) { return source.ParseKey(key, section, tag); }
 
     bool HasSection() const noexcept { return !IsEmptyName(section); }

@@ -1,4 +1,4 @@
-// Changes as the platform takes them.
+// Changes in the form that the platform takes.
 #pragma once
 
 #include <corvane/platform/ProfileChange.h>
@@ -7,7 +7,7 @@
 #include <deque>
 #include <vector>
 
-/// Holds many changes and their texts in UTF-8 for the length of one write.
+/// Owns a batch of changes and their UTF-8 texts during one write.
 class NarrowChanges {
 public:
     NarrowChanges() = default;
@@ -15,9 +15,9 @@ public:
     NarrowChanges& operator=(const NarrowChanges&) = delete;
     ~NarrowChanges() = default;
 
-    /// Adds the change of a section and its tag, or of the whole section if that is empty; a deletion that no
-    /// file can hold the name of is left out. Throws std::invalid_argument, with an explanation as its text,
-    /// for what a file could not give back.
+    /// Adds the change of a tag, or with an empty tag of the whole section. Leaves out a deletion whose name
+    /// no file can contain. Throws std::invalid_argument, with an explanation, for what a file could not give
+    /// back.
     void Add(const corvane::wstring& section, const corvane::wstring& tag,
              const std::optional<corvane::wstring>& value);
 
@@ -26,6 +26,6 @@ public:
 private:
     const char* Keep(const corvane::wchar* text);
 
-    std::deque<std::string> m_texts; // in which each stays where it is
+    std::deque<std::string> m_texts; // a deque's elements stay where they are
     std::vector<corvane::platform::ProfileChange> m_changes;
 };

@@ -1,4 +1,4 @@
-// Wide text handed to the narrow operations of the platform.
+// UTF-8 forms of wide text for the platform's narrow operations.
 #pragma once
 
 #include <corvane/foundations/FindUnit.h>
@@ -13,12 +13,12 @@ struct QUtilStringFreeA {
     }
 };
 
-/// A UTF-8 text for the length of one operation, or null.
+/// A UTF-8 text during one operation, or null.
 class NarrowString : public Quillon::ScopedResource<char*, QUtilStringFreeA, Quillon::NoOp<char*>> {
 public:
     NarrowString() : ScopedResource(nullptr) {}
 
-    /// Takes the UTF-8 form of `text`. False when it cannot be made, and null then stays.
+    /// Converts `text`. On failure returns false and stays null.
     bool Convert(const corvane::wchar* text) {
         char* utf8 = nullptr;
         if (stringCnv_wcsToUTF8Alloc(text, &utf8) != 0)
@@ -27,14 +27,14 @@ public:
         return true;
     }
 
-    /// The same for a name, of which an empty one stays null.
+    /// The same for a name; stays null for an empty one.
     bool ConvertName(const corvane::wstring& name) {
         return corvane::IsEmptyName(name) || Convert(name.c_str());
     }
 };
 
-/// The UTF-8 form of a name for the length of one read, or null for an empty name. Names of ordinary length
-/// take no allocation.
+/// The UTF-8 form of a name during one read, or null for an empty name. Names of ordinary length need no
+/// allocation.
 class NarrowName {
 public:
     // cppcheck-suppress uninitMemberVar ; the text is there before anything points to it
@@ -43,7 +43,7 @@ public:
     NarrowName& operator=(const NarrowName&) = delete;
     ~NarrowName() = default;
 
-    /// Takes the UTF-8 form of `name`. False when it cannot be made, and null then stays.
+    /// Converts `name`. On failure returns false and stays null.
     bool Convert(corvane::wstring_view name) {
         if (name.empty())
             return true;

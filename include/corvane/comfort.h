@@ -1,5 +1,5 @@
-// The comfort headers: the same configuration in UTF-8 and typed values, with promises of their own. They
-// stand on the exact interface of config.h and are not needed for it.
+// The comfort interface: the same configuration in UTF-8, with typed values and guarantees of its own. Built
+// on the exact interface of config.h.
 #pragma once
 
 #include <corvane/comfort/FileWatch.h>

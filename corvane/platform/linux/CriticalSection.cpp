@@ -6,8 +6,8 @@ namespace corvane {
 
 namespace {
 
-// Tries rarely, with some calls of the system in between: each try takes the lock away from the cache of the
-// processor whose thread holds it.
+// Tries rarely, yielding the processor in between: each try takes the cache line away from the processor
+// whose thread holds the lock.
 void Lock(std::mutex& mutex) noexcept {
     constexpr int tries = 16;
     constexpr int pauses = 16;

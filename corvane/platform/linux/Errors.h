@@ -35,8 +35,8 @@ inline constexpr ulong ERROR_IO_DEVICE = 1117;
 
 namespace corvane::os {
 
-/// The platform's number for an `errno` value. ENOENT is ERROR_FILE_NOT_FOUND; whoever knows that it was the
-/// folder which is missing says ERROR_PATH_NOT_FOUND itself.
+/// The platform's number for an `errno` value. ENOENT becomes ERROR_FILE_NOT_FOUND; callers that know that
+/// the folder is missing use ERROR_PATH_NOT_FOUND.
 ulong ErrorFromErrno(int error) noexcept;
 
 } // namespace corvane::os

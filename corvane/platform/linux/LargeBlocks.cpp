@@ -5,7 +5,7 @@
 
 namespace corvane {
 
-// A mapping that begins at a large page: what is mapped too much on either side is unmapped at once.
+// Maps more than needed and unmaps the excess on either side, so that the mapping begins at a large page.
 void* platform::AllocateLargeBlock(std::size_t size) {
     const std::size_t mapped = size + largePage;
     void* const map = ::mmap(nullptr, mapped, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -16,7 +16,7 @@ void* platform::AllocateLargeBlock(std::size_t size) {
     if (before > 0)
         ::munmap(begin, before);
     ::munmap(begin + before + size, mapped - before - size);
-    ::madvise(begin + before, size, MADV_HUGEPAGE); // advice alone: small pages serve as well
+    ::madvise(begin + before, size, MADV_HUGEPAGE); // only a hint: small pages work as well
     return begin + before;
 }
 

@@ -1,6 +1,5 @@
-// The platform's operations as the Linux layer gives them: the same arguments and the same answers as the
-// real ones for everything that a well-formed file or key can hold. All of them may be called from any
-// thread.
+// The platform's operations on Linux: the same arguments and results as the real ones for everything that a
+// well-formed file or key can contain. All of them are thread-safe.
 #pragma once
 
 #include <corvane/detail/FileState.h>
@@ -28,8 +27,8 @@ ulong GetLastError() noexcept;
 void SetLastError(ulong error) noexcept;
 void Sleep(ulong milliseconds) noexcept;
 
-/// Converts UTF-8 (code page 65001 and flags 0 only) to UTF-16. A negative `length` means up to and with the
-/// NUL. Returns the count of units, or 0 for failure; with `capacity` 0 only the count is given.
+/// Converts UTF-8 (code page 65001 and flags 0 only) to UTF-16. A negative `length` means up to and including
+/// the NUL. Returns the number of units, or 0 on failure; with `capacity` 0 it only counts.
 int MultiByteToWideChar(unsigned codePage, ulong flags, const char* text, int length, wchar* buffer,
                         int capacity) noexcept;
 
@@ -43,14 +42,14 @@ T* InterlockedExchangePointer(T* volatile* pointer, std::common_type_t<T*> value
     return __atomic_exchange_n(pointer, value, __ATOMIC_ACQ_REL);
 }
 
-/// The lower-case form of a code unit outside ASCII, whatever the process's locale is.
+/// The lower-case form of a code unit outside ASCII, independent of the locale.
 wchar LowerInvariant(wchar unit) noexcept;
 
 int _wcsicmp(const wchar* a, const wchar* b) noexcept;
 int _wcsnicmp(const wchar* a, const wchar* b, std::size_t count) noexcept;
 int _vsnwprintf(wchar* buffer, std::size_t count, const wchar* format, std::va_list arguments) noexcept;
 
-/// `mode` 0 asks whether the path exists, 2 for writing, 4 for reading, 6 for both. 0, or -1 with `errno`
+/// Checks access: `mode` 0 for existence, 2 for writing, 4 for reading, 6 for both. 0, or -1 with `errno`
 /// set.
 int _waccess(const wchar* path, int mode) noexcept;
 
@@ -60,16 +59,16 @@ int _wstat64(const wchar* path, _stat64* info) noexcept;
 /// The state of the file at `path`; `error` is an `errno`.
 FileState ExamineFile(const wchar* path) noexcept;
 
-/// Sets both times of the file to the present; `times` is always null. 0, or -1 with `errno` set.
+/// Sets both times of the file to the current time; `times` is always null. 0, or -1 with `errno` set.
 int _wutime64(const wchar* path, const __utimbuf64* times) noexcept;
 
-/// Copies the content, and to a new file the permissions; one that exists keeps its own. The target appears
-/// whole or not at all. With `failIfExists` an existing target is left alone (ERROR_FILE_EXISTS); a file is
-/// not copied onto itself (ERROR_SHARING_VIOLATION). Non-zero on success.
+/// Copies the content and, for a new file, the permissions; an existing target keeps its own. The target
+/// appears whole or not at all. With `failIfExists` an existing target is not touched (ERROR_FILE_EXISTS);
+/// copying a file onto itself is refused (ERROR_SHARING_VIOLATION). Non-zero on success.
 int CopyFileW(const wchar* from, const wchar* to, int failIfExists) noexcept;
 
-/// While it lives, this thread's reads of one file, the first that it reads, show one consistent view of that
-/// file, whoever writes to it meanwhile. Reads of other files, and those in a scope within, are not affected.
+/// During its lifetime, the reads of this thread see one consistent view of the first file that it reads,
+/// even if others write to it. Reads of other files, and those in a nested scope, are not affected.
 class LoadScope {
 public:
     LoadScope();
@@ -77,10 +76,11 @@ public:
     LoadScope& operator=(const LoadScope&) = delete;
     ~LoadScope();
 
-    /// Spares the first read of `file` in this thread's scope, if it has one, a look at the file's status.
+    /// Records the status of `file`, so that the first read in this thread's scope, if any, need not ask for
+    /// it.
     static void NoteStatus(const char* file, const _stat64& status);
 
-    /// Gives the status noted for `file`. False when there is none, or the scope has read its file.
+    /// Gets the recorded status of `file`. False if there is none, or the scope has read its file.
     static bool RecallStatus(const char* file, _stat64& status) noexcept;
 
 private:
@@ -88,8 +88,8 @@ private:
     os::LoadCursor* m_outer;
 };
 
-/// While it lives, the writes of this thread wait for a lock that another process holds for a twentieth of a
-/// second, and no longer for a second. For further attempts at a write that has had its patience.
+/// During its lifetime, the writes of this thread wait only a twentieth of a second, not a second, for a lock
+/// that another process holds: for retries of a write that has waited once.
 class BriefWaits {
 public:
     explicit BriefWaits(bool wanted) noexcept;
@@ -101,28 +101,28 @@ private:
     bool m_outer;
 };
 
-/// Reads from a private-profile file: a value, with a null tag the section's tag names, with a null section
+/// Reads from a private-profile file: a value; with a null tag, the section's tag names; with a null section,
 /// all section names. Results and truncation are those of the real operation; 0 with the error in
-/// GetLastError when there is nothing. `defaultText` is used when nothing is there and it is not null.
+/// GetLastError if nothing is found. `defaultText`, if not null, is used when nothing is found.
 ulong GetPrivateProfileStringA(const char* section, const char* tag, const char* defaultText, char* buffer,
                                ulong size, const char* file);
 
-/// Reads the lines of one section, each followed by a NUL, and one more NUL behind the last.
+/// Reads the lines of one section, each followed by a NUL, with another NUL at the end.
 ulong GetPrivateProfileSectionA(const char* section, char* buffer, ulong size, const char* file);
 
-/// The longest section, tag or value that can be written, in bytes: as long as the largest file that is read.
+/// The longest section, tag or value that can be written, in bytes: the size of the largest file that is
+/// read.
 inline constexpr std::size_t longestProfileText = std::size_t{1} << 30;
 
-/// Writes one value, or with a null value removes the tag, or with a null tag and value the section. A write
-/// ignores blanks around the names, a removal finds no name with blanks around it. Non-zero when the file
-/// then stands as asked; 0 on failure, with the error in GetLastError, and worth another try. Throws
-/// std::invalid_argument, with nothing written, for what the file could never give back.
+/// Writes one value; with a null value removes the tag; with a null tag and value removes the section. A
+/// write ignores blanks around the names; a removal finds no name with blanks around it. Non-zero on success,
+/// also if nothing had to change; 0, with the error in GetLastError, for a failure that may be retried.
+/// Throws std::invalid_argument, with nothing written, for what could not be read back.
 int WritePrivateProfileStringA(const char* section, const char* tag, const char* value, const char* file);
 int WritePrivateProfileStringW(const wchar* section, const wchar* tag, const wchar* value, const wchar* file);
 
-/// Makes all changes, one after the other, or none: readers, even after a crash, find the file
-/// before them or after them. The last change of a tag counts. Otherwise as the write of one value, which
-/// costs the same.
+/// Makes all changes in order, or none: readers, even after a crash, find the file before or after all of
+/// them. The last change of a tag counts. Otherwise like the write of one value, at the same cost.
 int WritePrivateProfileChanges(const std::vector<ProfileChange>& changes, const char* file);
 
 } // namespace corvane::platform

@@ -7,7 +7,7 @@ namespace corvane {
 
 namespace {
 
-// Where there is nothing to go by: the same for all but the two letters whose lower case is ASCII.
+// The fallback without a locale: the same for all units but the two letters whose lower case is ASCII.
 wchar WithoutLocale(wchar unit) noexcept {
     constexpr wchar kelvinSign = 0x212A;
     constexpr wchar dottedI = 0x130;
@@ -18,7 +18,7 @@ wchar WithoutLocale(wchar unit) noexcept {
 
 } // namespace
 
-// Whatever another locale holds equal this one does too; it comes with most C libraries.
+// Units that any other locale treats as equal are equal in this one; most C libraries include it.
 wchar platform::LowerInvariant(wchar unit) noexcept {
     static const locale_t unicode = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
     if (!unicode)

@@ -44,7 +44,7 @@ int platform::MultiByteToWideChar(unsigned codePage, ulong flags, const char* te
     const std::string_view utf8(text, bytes);
     if (capacity == 0)
         return static_cast<int>(utf::WideLength(utf8));
-    // A buffer with a unit for each byte is always enough, which saves the count.
+    // A buffer with one unit per byte always suffices, which saves counting.
     const auto room = static_cast<std::size_t>(capacity);
     if (room < bytes && room < utf::WideLength(utf8))
         return Refuse(ERROR_INSUFFICIENT_BUFFER);

@@ -37,7 +37,7 @@ void platform::LeaveCriticalSection(Section* section) noexcept {
 void platform::DeleteCriticalSection(Section* section) noexcept {
     ::BOOL pending = FALSE;
     if (!::InitOnceBeginInitialize(Once(section), INIT_ONCE_CHECK_ONLY, &pending, nullptr))
-        return; // nobody has entered it
+        return; // never entered
     ::DeleteCriticalSection(Real(section));
     ::InitOnceInitialize(Once(section));
 }

@@ -19,7 +19,7 @@ FileHandle Open(const std::string& path, DWORD access, DWORD share, DWORD how = 
         ::CreateFileA(path.c_str(), access, share, security, how, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
-// The profile operations look for a bare name in the folder of Windows.
+// The profile operations look for a name without a folder in the Windows folder.
 std::string Located(const char* file) {
     const std::string name = file;
     if (name.find_first_of("\\/:") != std::string::npos)
@@ -33,7 +33,7 @@ std::string CopyOf(const std::string& path) {
     return path + ".corvane-batch";
 }
 
-// The full path of an open file, or `given` where the code page cannot say it.
+// The full path of an open file, or `given` if the code page cannot represent it.
 std::string PathOf(const FileHandle& file, const std::string& given) {
     char text[1024];
     const DWORD size = ::GetFinalPathNameByHandleA(file.Get(), text, sizeof text, 0);
@@ -52,8 +52,8 @@ bool ReadAll(const FileHandle& file, std::string& content) {
     LARGE_INTEGER size{};
     if (!::GetFileSizeEx(file.Get(), &size))
         return false;
-    constexpr LONGLONG mostBytes = 1 << 30;
-    if (size.QuadPart > mostBytes)
+    constexpr LONGLONG maxBytes = 1 << 30;
+    if (size.QuadPart > maxBytes)
         return Refuse(ERROR_FILE_TOO_LARGE);
     content.resize(static_cast<std::size_t>(size.QuadPart));
     DWORD count = 0;
@@ -71,10 +71,11 @@ bool WriteAll(const FileHandle& file, const std::string& content) noexcept {
 }
 
 // Batches exclude each other by a lock far beyond the end of the file, where it blocks no reader.
-bool LockFarBehind(const FileHandle& file) noexcept {
-    OVERLAPPED place{};
-    place.OffsetHigh = 0x40000000;
-    return ::LockFileEx(file.Get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place) ||
+bool LockBeyondEnd(const FileHandle& file) noexcept {
+    OVERLAPPED position{};
+    position.OffsetHigh = 0x40000000;
+    return ::LockFileEx(file.Get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0,
+                        &position) ||
            Refuse(ERROR_SHARING_VIOLATION);
 }
 
@@ -89,17 +90,17 @@ HeldProfile::~HeldProfile() {
     ::SetLastError(error);
 }
 
-bool HeldProfile::Take(const char* file, bool create) {
+bool HeldProfile::Acquire(const char* file, bool create) {
     const std::string given = Located(file);
     bool isNew = false;
-    // Without the right to write the file itself, it must not be replaced either.
-    if (const FileHandle asked =
+    // Without write permission on the file itself, it must not be replaced either.
+    if (const FileHandle probe =
             Open(given, GENERIC_READ | GENERIC_WRITE, shareAll, create ? OPEN_ALWAYS : OPEN_EXISTING))
         isNew = create && ::GetLastError() != ERROR_ALREADY_EXISTS;
     else
         return false;
     m_file = Open(given, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE);
-    if (!m_file || !LockFarBehind(m_file))
+    if (!m_file || !LockBeyondEnd(m_file))
         return false;
     m_path = PathOf(m_file, given);
     m_copy = CopyOf(m_path);
@@ -150,18 +151,18 @@ bool HeldProfile::Commit() {
         return false;
     }
     bool isDone = ::ReplaceFileA(m_path.c_str(), m_copy.c_str(), nullptr, 0, nullptr, nullptr) != 0;
-    const DWORD reason = ::GetLastError();
+    const DWORD error = ::GetLastError();
     // A replacement that fails half-way has removed the old file; then the copy can take its name.
     isDone = isDone || ::MoveFileExA(m_copy.c_str(), m_path.c_str(), MOVEFILE_WRITE_THROUGH);
     m_hasCopy = !isDone;
     m_isNew = m_isNew && !isDone;
-    return isDone || Refuse(reason);
+    return isDone || Refuse(error);
 }
 
 void RemoveLeftCopy(const char* file) {
     const std::string copy = CopyOf(Located(file));
     HeldProfile held;
-    if (::GetFileAttributesA(copy.c_str()) != INVALID_FILE_ATTRIBUTES && held.Take(file, false))
+    if (::GetFileAttributesA(copy.c_str()) != INVALID_FILE_ATTRIBUTES && held.Acquire(file, false))
         ::DeleteFileA(copy.c_str());
 }
 

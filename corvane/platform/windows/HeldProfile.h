@@ -30,7 +30,7 @@ private:
 
 /// Holds the file open so that others can read but not write it, while a copy beside it is changed and then
 /// replaces it. On failure the operations return false with the error in GetLastError. Unless committed, the
-/// copy and a file that was created here are removed by the destructor.
+/// destructor removes the copy, and the file if it was created here.
 class HeldProfile {
 public:
     HeldProfile() = default;
@@ -40,7 +40,7 @@ public:
 
     /// Opens the file; with `create`, creates a missing one. A file with several hard links is refused,
     /// because the other links would keep the old content.
-    bool Take(const char* file, bool create);
+    bool Acquire(const char* file, bool create);
 
     /// Creates the copy with the file's access list, replacing one that a killed process left.
     bool MakeCopy();
@@ -54,7 +54,7 @@ public:
 private:
     bool IsStillTheFile() const noexcept;
 
-    std::string m_path; // behind links
+    std::string m_path; // with links resolved
     std::string m_copy;
     std::string m_content;
     FileHandle m_file;

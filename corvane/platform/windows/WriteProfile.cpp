@@ -38,7 +38,7 @@ int platform::WritePrivateProfileChanges(const std::vector<ProfileChange>& chang
     if (changes.empty())
         return 1;
     windows::HeldProfile profile;
-    if (!profile.Take(file, writes))
+    if (!profile.Acquire(file, writes))
         return !writes && ::GetLastError() == ERROR_FILE_NOT_FOUND;
     if (!profile.MakeCopy())
         return 0;
@@ -46,7 +46,7 @@ int platform::WritePrivateProfileChanges(const std::vector<ProfileChange>& chang
     for (const auto& [section, tag, value] : changes)
         if (!::WritePrivateProfileStringA(section, tag, value, copy))
             return 0;
-    ::WritePrivateProfileStringA(nullptr, nullptr, nullptr, copy); // writes what the system may hold back
+    ::WritePrivateProfileStringA(nullptr, nullptr, nullptr, copy); // flushes what the system may have cached
     return profile.Commit();
 }
 

@@ -43,8 +43,8 @@ std::shared_ptr<const LogSink> CurrentSink() {
     return output.sink;
 }
 
-// In one piece, so that lines of several threads do not mix. Lack of memory is reported too, so that an
-// ordinary line needs none.
+// One write per line, so that lines of several threads do not mix. An ordinary line needs no memory, because
+// a lack of memory is reported too.
 void WriteToStandardError(const LogLine& line) {
     char buffer[2048];
     std::unique_ptr<char[]> larger;
@@ -68,8 +68,8 @@ struct SinkScope {
     SinkScope& operator=(const SinkScope&) = delete;
 };
 
-// A report may follow that reads the thread's last error. Even a look at a thread's own variable may change
-// it.
+// A report may be followed by a read of the thread's last error, which even an access to a thread-local
+// variable may change.
 class LastErrorScope {
 public:
     LastErrorScope() = default;
@@ -111,7 +111,7 @@ void LoggerRegistry::setSink(LogSink sink) {
     auto next = sink ? std::make_shared<const LogSink>(std::move(sink)) : nullptr;
     Output& output = TheOutput();
     const platform::MutexGuard guard(output.mutex);
-    output.sink.swap(next); // the old one goes behind the lock
+    output.sink.swap(next); // the old one is destroyed after the lock is released
     Refresh(output);
 }
 

@@ -1,5 +1,4 @@
-// Sections and tags for a range-for, in UTF-8. What is listed is a copy: the loop may change the
-// configuration.
+// Sections and tags for a range-based for, in UTF-8. They are copies: the loop may change the configuration.
 #pragma once
 
 #include <corvane/manager/ConfigManager.h>

@@ -1,4 +1,4 @@
-// Loading a configuration, and why it failed.
+// Loading a configuration, with an explanation of failures.
 #pragma once
 
 #include <corvane/manager/ConfigManager.h>

@@ -1,4 +1,4 @@
-// Back to the file as it was, unless told otherwise.
+// Restores a file unless its changes are kept.
 #pragma once
 
 #include <corvane/manager/ConfigManager.h>
@@ -7,14 +7,14 @@
 
 namespace corvane {
 
-/// Takes a snapshot of the file and restores it at the end of its scope, on whatever way out, unless Keep was
-/// called: for trying settings out, in a file that only this program writes. It is not for saving several
-/// values: changes that others make to the file meanwhile are undone too, and a process that is killed
-/// restores nothing; WriteBatch is for that. The snapshot is removed with the guard; it stays beside the file
-/// if it could not be restored, and the log says why.
+/// Takes a snapshot of the file and restores it at the end of the scope, however it is left, unless Keep was
+/// called: for trying out settings in a file that only this program writes. Not for saving several values:
+/// changes that others make to the file meanwhile are undone too, and a killed process restores nothing; use
+/// WriteBatch. The snapshot is removed with the guard; if it could not be restored, it stays beside the file
+/// and the log has the error. Not thread-safe.
 class SnapshotGuard {
 public:
-    /// `config`, which has a file loaded, has to outlive the guard.
+    /// `config`, which must have a file loaded, must outlive the guard.
     explicit SnapshotGuard(ConfigManager& config)
         : m_config(config), m_made(config.CreateSnapshot(m_snapshot) == 0) {}
     SnapshotGuard(const SnapshotGuard&) = delete;
@@ -27,10 +27,10 @@ public:
         }
     }
 
-    /// Whether the snapshot was made. Without one nothing will be restored.
+    /// Whether the snapshot was taken. Without one, nothing will be restored.
     explicit operator bool() const noexcept { return m_made; }
 
-    /// The changes shall stay.
+    /// Keeps the changes.
     void Keep() noexcept { m_keep = true; }
 
 private:

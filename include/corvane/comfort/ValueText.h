@@ -1,4 +1,4 @@
-// The text of a typed value in a settings file, the same in every locale.
+// The text form of typed values in a settings file, the same in every locale.
 #pragma once
 
 #include <corvane/detail/FractionText.h>
@@ -29,19 +29,19 @@ inline constexpr bool isTextOfOthers = std::is_convertible_v<T, std::string_view
 
 } // namespace detail
 
-/// How values of type `T` are written in a file: a `static std::optional<T> FromText(std::string_view)`,
-/// which takes a whole text, a `static std::string ToText(const T&)`, and if you like a `static std::string
-/// Form()` that says in the log what is expected. A program can specialise it for a type of its own. There
-/// are std::string and std::filesystem::path, as they are; bool, `yes`, `true`, `on`, `1` and their
-/// opposites; whole numbers in decimal digits that the type can hold; finite decimal fractions; std::chrono
-/// durations with a unit, `1500ms`; and std::vector of any of them, separated by commas.
+/// How values of type `T` are written in a file: `static std::optional<T> FromText(std::string_view)`, which
+/// parses a whole text, `static std::string ToText(const T&)`, and optionally `static std::string Form()`,
+/// which describes the expected form for the log. Programs may specialise it for their own types. Supported
+/// are std::string and std::filesystem::path, verbatim; bool (`yes`, `true`, `on`, `1` and their opposites);
+/// integers in decimal; finite floating-point numbers; std::chrono durations with a unit (`1500ms`); and
+/// std::vector of these, separated by commas.
 template <class T, class Enable = void>
 struct ValueText {
     static_assert(!detail::isTextOfOthers<T>,
                   "a value that is read needs memory of its own: read a std::string");
     static_assert(detail::isTextOfOthers<T> || detail::never<T>,
                   "values of this type are neither read nor written: specialise corvane::ValueText for it");
-    /// The value of the whole text, or none if it has another form.
+    /// The value of the whole text, or nothing if it has another form.
     static std::optional<T> FromText(std::string_view text);
     /// The text of the value.
     static std::string ToText(const T& value);
@@ -57,7 +57,7 @@ std::optional<T> ParseNumber(std::string_view text) noexcept {
     return error == std::errc() && rest == end ? std::optional<T>(number) : std::nullopt;
 }
 
-// A path in the platform's own units, and its text.
+// Conversions between a path's native string and UTF-8.
 inline std::string TextOf(const std::string& path) {
     return path;
 }
@@ -71,7 +71,7 @@ inline wstring PathOf(std::string_view text, wchar) {
     return ToWide(text);
 }
 
-// `text` in any letter case, `word` in small letters.
+// Compares ignoring ASCII letter case; `word` is in lower case.
 inline bool IsWord(std::string_view text, std::string_view word) noexcept {
     if (text.size() != word.size())
         return false;
@@ -89,14 +89,14 @@ inline constexpr bool isCharacter = std::is_same_v<T, char> || std::is_same_v<T,
 
 } // namespace detail
 
-/// A text as it is, in UTF-8.
+/// Text in UTF-8, verbatim.
 template <>
 struct ValueText<std::string> {
     static std::optional<std::string> FromText(std::string_view text) { return std::string(text); }
     static std::string ToText(const std::string& value) { return value; }
 };
 
-/// A path in UTF-8, as it is.
+/// A path in UTF-8, verbatim.
 template <>
 struct ValueText<std::filesystem::path> {
     using Path = std::filesystem::path;
@@ -107,7 +107,7 @@ struct ValueText<std::filesystem::path> {
     static std::string ToText(const Path& value) { return detail::TextOf(value.native()); }
 };
 
-/// yes, true, on or 1, and no, false, off or 0, in any letter case; written as `yes` and `no`.
+/// `yes`, `true`, `on` or `1`, and `no`, `false`, `off` or `0`, in any letter case; written as `yes` or `no`.
 template <>
 struct ValueText<bool> {
     static std::optional<bool> FromText(std::string_view text) noexcept {
@@ -123,7 +123,8 @@ struct ValueText<bool> {
     static std::string Form() { return "yes or no"; }
 };
 
-/// A whole number in decimal digits, with a minus sign if the type has one; none if the type cannot hold it.
+/// An integer in decimal digits, with an optional minus sign if the type is signed; nothing if it is out of
+/// the type's range.
 template <class T>
 struct ValueText<T, std::enable_if_t<std::is_integral_v<T> && !detail::isCharacter<T>>> {
     static std::optional<T> FromText(std::string_view text) noexcept { return detail::ParseNumber<T>(text); }
@@ -134,8 +135,8 @@ struct ValueText<T, std::enable_if_t<std::is_integral_v<T> && !detail::isCharact
     }
 };
 
-/// A decimal fraction with a point, with or without an exponent; the shortest form that gives the same number
-/// is written. Neither infinities nor NaN, nor what the type cannot hold, are read.
+/// A decimal fraction with a point, with or without an exponent; written in the shortest form that reads back
+/// as the same number. Infinities, NaN and numbers out of the type's range are not read.
 template <class T>
 struct ValueText<T, std::enable_if_t<std::is_floating_point_v<T>>> {
     static std::optional<T> FromText(std::string_view text) {
@@ -146,8 +147,8 @@ struct ValueText<T, std::enable_if_t<std::is_floating_point_v<T>>> {
     static std::string Form() { return "a number such as 0.5"; }
 };
 
-/// A whole number with a unit, us, ms, s, min, h or d, and nothing between; none if the type cannot hold that
-/// time exactly: 1500ms are no whole seconds. Written in the type's own unit.
+/// An integer followed directly by a unit: us, ms, s, min, h or d; nothing if the type cannot represent that
+/// time exactly (1500ms is no whole number of seconds). Written in the type's own unit.
 template <class Rep, class Period>
 struct ValueText<std::chrono::duration<Rep, Period>, std::enable_if_t<std::is_integral_v<Rep>>> {
     using Duration = std::chrono::duration<Rep, Period>;
@@ -187,7 +188,7 @@ private:
                                  : "d";
     }
 
-    // `count` of the unit `Of` in this type's.
+    // Converts `count` from the unit `Of` to the type's.
     template <class Of>
     static std::optional<Duration> In(Rep count) noexcept {
         using Factor = std::ratio_divide<Of, Period>;
@@ -224,8 +225,8 @@ std::string FormOf() {
 
 } // namespace detail
 
-/// Values separated by commas; blanks around each do not count, and an empty text is an empty list. There is
-/// no way to write a comma in a value, blanks at its ends, or one empty value alone.
+/// Values separated by commas; blanks around them are ignored, and an empty text is an empty list. Elements
+/// cannot contain commas or have blanks at their ends, and a list of one empty element cannot be written.
 template <class T>
 struct ValueText<std::vector<T>> {
     static std::optional<std::vector<T>> FromText(std::string_view text) {

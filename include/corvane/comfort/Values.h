@@ -1,5 +1,5 @@
-// Values of a configuration by key: UTF-8 and typed. Free functions over a ConfigManager; locks, log and
-// thread safety are those of the operations that they call.
+// Values of a configuration by key, in UTF-8 and typed. Free functions over a ConfigManager, whose locking,
+// logging and thread safety they share.
 #pragma once
 
 #include <corvane/comfort/ValueText.h>
@@ -31,7 +31,7 @@ bool Same(const std::vector<T>& a, const std::vector<T>& b) {
 
 inline constexpr const char* wouldNotReadBack = "the value would not read back as it is";
 
-// Nothing for a value that would not read back as it is.
+// Nothing for a value that would not read back unchanged.
 template <class T>
 std::optional<std::string> TextOf(const T& value) {
     std::string text = ValueText<T>::ToText(value);
@@ -41,14 +41,13 @@ std::optional<std::string> TextOf(const T& value) {
 
 } // namespace detail
 
-/// Whether there is a value of that key, or with an empty tag, `Section:`, the section.
+/// Whether a value exists for the key or, with an empty tag (`Section:`), whether the section exists.
 inline bool Exists(const ConfigManager& config, std::string_view key) {
     return config.Exists(ToWide(key));
 }
 
-/// The value of `key` as a `T`: std::string, bool, a number, a duration, a path or a list of them, see
-/// ValueText. Nothing if there is no such value, or if its text is not one whole `T`, which the log then
-/// says.
+/// The value of `key` as a `T`: std::string, bool, a number, a duration, a path or a list of these, see
+/// ValueText. Nothing if there is no such value, or if its whole text is not a `T`, which is logged.
 template <class T>
 std::optional<T> Get(const ConfigManager& config, std::string_view key) {
     const std::optional<std::string> text = detail::ReadText(config, key);
@@ -60,38 +59,38 @@ std::optional<T> Get(const ConfigManager& config, std::string_view key) {
     return value;
 }
 
-/// The same, with `fallback` in the place of nothing.
+/// The same, but returns `fallback` instead of nothing.
 template <class T, class = std::enable_if_t<!detail::isLiteral<T>>>
 T Get(const ConfigManager& config, std::string_view key, T fallback) {
     if (std::optional<T> value = Get<T>(config, key))
         return *std::move(value);
     return fallback;
 }
-/// The same for a text of others.
+/// The same for a string view.
 inline std::string Get(const ConfigManager& config, std::string_view key, std::string_view fallback) {
     return Get(config, key, std::string(fallback));
 }
-/// The same for a literal; null is an empty text.
+/// The same for a literal; null means an empty text.
 inline std::string Get(const ConfigManager& config, std::string_view key, const char* fallback) {
     return Get(config, key, std::string(fallback ? fallback : ""));
 }
 
-/// Why Set refuses this key and text, as one sentence in UTF-8; empty if it does not.
+/// Why Set would refuse this key and text, as one sentence in UTF-8; empty if it would not.
 CORVANE_API std::string Refusal(std::string_view key, std::string_view text);
 
-/// Writes `text` through to the file, in quotes if it would otherwise lose blanks at its ends or quotes
-/// around it; this manager and every later load read it back unchanged. An empty text is written, too, but a
-/// later load treats it as missing. In a cache-only section the cache alone changes. False, with nothing
-/// written, if the file is busy or cannot represent the text under that key; the log has the error.
+/// Writes `text` through to the file, quoted if it would otherwise lose blanks or quotes at its ends; this
+/// manager and every later load read it back unchanged. An empty text is written too, but a later load treats
+/// it as missing. In a cache-only section only the cache changes. Returns false, with nothing written, if the
+/// file is busy or cannot represent the text under that key; the log has the error.
 [[nodiscard]] CORVANE_API bool Set(ConfigManager& config, std::string_view key, std::string_view text);
 
-/// The same for a literal. A null text is refused.
+/// The same for a literal. Null is refused.
 [[nodiscard]] inline bool Set(ConfigManager& config, std::string_view key, const char* text) {
     return text ? Set(config, key, std::string_view(text)) : detail::RefuseToSet(key, "the value is null");
 }
 
-/// The same for a value of any type that has a ValueText. One that Get would not give back, such as NaN or a
-/// list with a comma in an element, is refused too.
+/// The same for any type that has a ValueText. Also refuses values that Get would not return, such as NaN or
+/// a list with a comma in an element.
 template <class T, class = std::enable_if_t<!detail::isLiteral<T>>>
 [[nodiscard]] bool Set(ConfigManager& config, std::string_view key, const T& value) {
     const std::optional<std::string> text = detail::TextOf(value);
@@ -99,7 +98,7 @@ template <class T, class = std::enable_if_t<!detail::isLiteral<T>>>
                 : detail::RefuseToSet(key, detail::wouldNotReadBack);
 }
 
-/// Deletes a tag, or with an empty tag the section. True when it is gone and was there before.
+/// Deletes a tag, or with an empty tag the section. True if it existed and has been deleted.
 [[nodiscard]] CORVANE_API bool Delete(ConfigManager& config, std::string_view key);
 
 } // namespace corvane

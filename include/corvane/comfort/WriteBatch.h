@@ -17,10 +17,10 @@ namespace corvane {
 ///     const bool done = corvane::Write(config, batch);
 class WriteBatch {
 public:
-    /// Adds a text to write.
+    /// Adds the write of a text.
     CORVANE_API WriteBatch& Set(std::string_view key, std::string_view text);
 
-    /// The same for a literal. Write refuses a null text.
+    /// The same for a literal. Write refuses null.
     WriteBatch& Set(std::string_view key, const char* text) {
         return text ? Set(key, std::string_view(text)) : Refuse(key, "the value is null");
     }
@@ -36,7 +36,7 @@ public:
     /// Adds the deletion of a tag, or with an empty tag of the section.
     CORVANE_API WriteBatch& Delete(std::string_view key);
 
-    /// Whether there are no changes.
+    /// Whether the batch has no changes.
     bool Empty() const noexcept { return m_changes.empty(); }
 
     /// Removes all changes.

@@ -16,14 +16,14 @@ inline wchar FoldCase(wchar unit) noexcept {
     return unit >= 'A' && unit <= 'Z' ? static_cast<wchar>(unit + ('a' - 'A')) : unit;
 }
 
-/// The same for all units that FoldCase can ever take for one, whatever the locale.
+/// Folds for hashing: the same for all units that FoldCase can ever make equal, in any locale.
 wchar FoldForHash(wchar unit) noexcept;
 
-/// Below zero, zero or above zero as `a` sorts before, with or behind `b` after folding to lower case. Each
-/// text ends at its first NUL. Safe from any thread.
+/// Compares after folding to lower case: below zero, zero or above zero as `a` sorts before, equal to or
+/// after `b`. Each text ends at its first NUL. Thread-safe.
 CORVANE_API int CompareIgnoringCase(wstring_view a, wstring_view b) noexcept;
 
-/// Whether CompareIgnoringCase gives zero.
+/// Whether CompareIgnoringCase returns zero.
 inline bool SameIgnoringCase(wstring_view a, wstring_view b) noexcept {
     const bool same = std::equal(a.begin(), a.end(), b.begin(), b.end());
     return same || CompareIgnoringCase(a, b) == 0;

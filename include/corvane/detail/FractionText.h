@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#ifndef __cpp_lib_to_chars // as with libc++ 14, whose from_chars and to_chars know whole numbers alone
+#ifndef __cpp_lib_to_chars // such as libc++ 14, which converts integers only
 #include <cmath>
 #include <iomanip>
 #include <limits>
@@ -44,7 +44,7 @@ std::optional<T> ParseFraction(std::string_view text) {
     stream.imbue(std::locale::classic());
     T number{};
     stream >> number;
-    // What is too small for the type's full precision counts as a failure there.
+    // Streams report an error for subnormal numbers.
     const bool read = !stream.fail() || std::fpclassify(number) == FP_SUBNORMAL;
     return read && stream.eof() ? std::optional<T>(number) : std::nullopt;
 }

@@ -1,4 +1,4 @@
-// The configuration manager of the process, reached without passing an object around.
+// The configuration manager shared by the whole process.
 #pragma once
 
 #include <corvane/foundations/Singleton.h>

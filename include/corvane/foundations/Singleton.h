@@ -9,9 +9,9 @@ template <class T>
 class Singleton {
 public:
     Singleton() = default;
-    /// Copying the derived object does not copy the singleton: copies nothing.
+    /// Copying the derived object does not copy the singleton.
     Singleton(const Singleton&) {}
-    /// Changes nothing.
+    /// Assigns nothing.
     Singleton& operator=(const Singleton&) { return *this; } // NOLINT(bugprone-unhandled-self-assignment)
 
     /// The object, created by the first call and again by the first call after Delete; never null. Owned by

@@ -16,28 +16,28 @@ public:
 
     /// Waits until no other thread holds the lock.
     void Obtain() noexcept CORVANE_ACQUIRES();
-    /// Gives back what Obtain took, once.
+    /// Undoes one Obtain.
     void Release() noexcept CORVANE_RELEASES();
 
 private:
     corvane::platform::CRITICAL_SECTION m_section;
 };
 
-/// A scope guard's policy: obtains a lock.
+/// The policy of a scope guard that obtains a lock.
 template <class Lock>
 struct ThreadLockObtain {
     /// Waits for the lock.
     void operator()(Lock& lock) const noexcept CORVANE_ACQUIRES(lock) { lock.Obtain(); }
 };
 
-/// A scope guard's policy: releases a lock.
+/// The policy of a scope guard that releases a lock.
 template <class Lock>
 struct ThreadLockRelease {
-    /// Gives the lock back.
+    /// Releases the lock.
     void operator()(Lock& lock) const noexcept CORVANE_RELEASES(lock) { lock.Release(); }
 };
 
-/// Holds a ThreadLock for the length of a scope.
+/// Holds a ThreadLock for a scope.
 class CORVANE_LOCK_GUARD ThreadLockGuard
     : public Quillon::ScopedResource<ThreadLock&, ThreadLockRelease<ThreadLock>,
                                      ThreadLockObtain<ThreadLock>> {

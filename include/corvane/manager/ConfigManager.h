@@ -130,9 +130,8 @@ public:
     /// Copies the file beside itself and returns the copy's name in `snapshotName`.
     int CreateSnapshot(corvane::wstring& snapshotName);
 
-    /// Puts the copy in the file's place and loads it. The result may be an `errno` if a file is out of
-    /// reach. If the file was replaced and cannot be loaded, the manager goes on answering from its old
-    /// cache.
+    /// Replaces the file by the copy and loads it. The result may be an `errno` if a file is inaccessible. If
+    /// the file was replaced but cannot be loaded, the manager keeps its old cache.
     int RestoreSnapshot(const corvane::wstring& snapshotName);
 
 private:

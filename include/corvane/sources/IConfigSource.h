@@ -7,10 +7,9 @@
 #include <cstdint>
 #include <vector>
 
-/// What a ConfigManager asks of whatever holds a configuration. A program reaches the source of a manager
-/// through ConfigManager::GetConfigSource; it stays the manager's. No operation takes a lock: calls are not
-/// kept apart from those that the manager makes on other threads. Failures have been logged before an
-/// operation returns.
+/// The store of a configuration. ConfigManager::GetConfigSource gives access to that of a manager, which
+/// keeps owning it. Not thread-safe: operations take no lock, also not against calls of the manager on other
+/// threads. Failures are logged before an operation returns.
 class CORVANE_API IConfigSource {
 public:
     IConfigSource();
@@ -23,17 +22,17 @@ public:
     /// The name of the source, for a file its path; never null, and valid as long as the source lives.
     virtual const corvane::wchar* GetConfigName() = 0;
 
-    /// Whether the source can serve reads and writes; fixed when it is made.
+    /// Whether the source can serve reads and writes; fixed when it is created.
     virtual bool IsReady() = 0;
 
     /// Whether the store is newer than GetModifyTime, in whole seconds, or cannot be examined.
     virtual bool WasModified() = 0;
 
-    /// Takes the store's present modification time over; changes nothing if the store cannot be examined.
+    /// Stores the current modification time of the store; changes nothing if the store cannot be examined.
     virtual void UpdateModifyTime() = 0;
 
-    /// Gives the lines of one section, each followed by a NUL and one more NUL behind the last. Returns the
-    /// count of bytes read, above zero; 0 if nothing is there; FAILURE_GENERAL for a failure.
+    /// Reads the lines of one section, each followed by a NUL, with another NUL at the end. Returns the
+    /// number of bytes read, above zero; 0 if there is nothing; FAILURE_GENERAL for a failure.
     virtual std::int32_t ReadSection(const corvane::wstring& section, corvane::wstring& text) = 0;
 
     /// Adds every section name of the store to `sections`. False, with `sections` empty, if there is none.
@@ -43,39 +42,40 @@ public:
     /// in its name, which no key can address. False for an empty name.
     virtual bool EnumerateTags(const corvane::wstring& section, std::vector<corvane::wstring>& tags) = 0;
 
-    /// Splits a key at its first colon. False for a key without one; both parts may be empty. An empty key
-    /// leaves both outputs as they are. Neither of them may be the key itself.
+    /// Splits a key at its first colon; both parts may be empty. False for a key without one; for an empty
+    /// key the outputs are unchanged. Neither output may be the key itself.
     virtual bool ParseKey(const corvane::wstring& key, corvane::wstring& section, corvane::wstring& tag) = 0;
 
     /// Reads one value from the store. Returns its length in the store's bytes, above zero; 0, with `value`
     /// empty, if there is no such tag or it is empty; FAILURE_GENERAL for a failure. A key with an empty tag
-    /// gives the names of the section's tags, one with an empty section the names of the sections, each
-    /// followed by a NUL and one more NUL behind the last.
+    /// reads the names of the section's tags, one with an empty section the names of all sections, each
+    /// followed by a NUL, with another NUL at the end.
     virtual std::int32_t ReadValue(const corvane::wstring& key, corvane::wstring& value) = 0;
 
     /// Writes one value through to the store. Neither 0 nor FAILURE_GENERAL means that it was written; both
     /// of those mean that it was not. Takes as long as the retries last.
     virtual std::int32_t WriteValue(const corvane::wstring& key, const corvane::wstring& value) = 0;
 
-    /// Removes a tag from the store, or with an empty tag the whole section. True when it is gone, also if it
-    /// was never there. Takes as long as the retries last.
+    /// Removes a tag from the store, or with an empty tag the whole section. True if it was removed or did
+    /// not exist. Takes as long as the retries last.
     virtual bool DeleteValue(const corvane::wstring& key) = 0;
 
-    /// Copies the store and gives the copy's name. 0, or a failure code with `snapshotName` unchanged.
+    /// Copies the store and returns the copy's name in `snapshotName`. 0, or a failure code with
+    /// `snapshotName` unchanged.
     virtual std::int32_t CreateSnapshot(corvane::wstring& snapshotName) = 0;
 
     /// Replaces the store by the copy of that name. 0, or a failure code, which may be an `errno`.
     virtual std::int32_t RestoreSnapshot(const corvane::wstring& snapshotName) = 0;
 
-    /// How many attempts a write to the store may take, one second apart; at least one is made. 30 by
-    /// default, for each source: a load makes a new one, and with it the default again.
+    /// Sets how many attempts a write may take, one second apart; at least one is made. The default is 30,
+    /// again after each load, which creates a new source.
     virtual void SetWriteRetries(std::uint32_t count) = 0;
-    /// The present count.
+    /// The current number of attempts.
     virtual std::uint32_t GetWriteRetries() = 0;
 
-    /// Makes all changes, one after the other, or none; of those of one tag the last counts. Neither 0 nor
-    /// FAILURE_GENERAL means that they were made; both of those mean that none was. Takes as long as the
-    /// retries last. A source that does not override it refuses.
+    /// Makes all changes in order, or none; the last change of a tag counts. Neither 0 nor FAILURE_GENERAL
+    /// means that they were made; both of those mean that none was. Takes as long as the retries last.
+    /// Refused by a source that does not override it.
     virtual std::int32_t WriteChanges(const std::vector<corvane::ConfigChange>& changes);
 
     /// The store's modification time as the source last saw it, in seconds since 1970 UTC; 0 if it never did.

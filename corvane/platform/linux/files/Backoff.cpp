@@ -11,13 +11,13 @@ namespace corvane {
 namespace {
 
 constexpr std::chrono::microseconds longestSleep{1000};
-constexpr std::chrono::milliseconds lateTime{800}; // before the end
+constexpr std::chrono::milliseconds lateTime{800}; // before the deadline
 constexpr std::chrono::milliseconds patience{1000};
 constexpr std::chrono::milliseconds briefPatience{50};
 
 thread_local bool waitsAreBrief = false;
 
-// A seed of its own for every thread of every process, the two sides of a fork included.
+// Each thread of each process has its own seed, also on both sides of a fork.
 std::minstd_rand Generator() noexcept {
     const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
     return std::minstd_rand(static_cast<unsigned>(now) ^ static_cast<unsigned>(::gettid()) << 16);

@@ -33,7 +33,7 @@ ulong Open(const std::string& path, Source& source) {
     if (!source.file || ::fstat(source.file.Get(), &source.status) != 0)
         return ErrorFromErrno(errno);
     ContentLock lock;
-    if (const ulong error = lock.Take(source.file.Get(), ContentLock::Kind::Shared))
+    if (const ulong error = lock.Acquire(source.file.Get(), ContentLock::Kind::Shared))
         return error;
     return ReadWholeFile(source.file.Get(), source.content);
 }

@@ -11,7 +11,7 @@ using namespace platform;
 
 namespace {
 
-// From the start to the end that the file has at any time.
+// The whole file, however long it becomes.
 struct flock WholeFile(short type) noexcept {
     struct flock whole {};
     whole.l_type = type;
@@ -19,8 +19,8 @@ struct flock WholeFile(short type) noexcept {
     return whole;
 }
 
-// Belongs to the open file, not to the process: threads exclude each other too, and another descriptor of the
-// same file may be closed meanwhile.
+// Open file description locks: threads exclude each other too, and closing another descriptor of the same
+// file does not release the lock.
 int SetContentLock(int descriptor, short type) noexcept {
     struct flock whole = WholeFile(type);
     return ::fcntl(descriptor, F_OFD_SETLK, &whole);
@@ -46,7 +46,7 @@ void Unlock(int descriptor) noexcept {
     ::flock(descriptor, LOCK_UN);
 }
 
-ulong ContentLock::Take(int descriptor, Kind kind) noexcept {
+ulong ContentLock::Acquire(int descriptor, Kind kind) noexcept {
     Backoff wait;
     while (SetContentLock(descriptor, kind == Kind::Exclusive ? F_WRLCK : F_RDLCK) != 0) {
         if (errno != EAGAIN && errno != EACCES && errno != EINTR)
@@ -58,7 +58,7 @@ ulong ContentLock::Take(int descriptor, Kind kind) noexcept {
     return ERROR_SUCCESS;
 }
 
-bool ContentLock::MayBeHeldAlone(int descriptor) noexcept {
+bool ContentLock::MayBeExclusive(int descriptor) noexcept {
     struct flock whole = WholeFile(F_RDLCK);
     return ::fcntl(descriptor, F_OFD_GETLK, &whole) != 0 || whole.l_type != F_UNLCK;
 }

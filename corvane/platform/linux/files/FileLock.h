@@ -1,5 +1,5 @@
-// The two advisory locks of a file. Writers exclude each other by the first for as long as their change
-// takes; the second keeps readers away for the moments in which a file is written in place.
+// The two advisory locks of a file. Writers hold the first for the whole of their change; the second keeps
+// readers away while a file is overwritten in place.
 #pragma once
 
 #include <corvane/foundations/WideString.h>
@@ -7,17 +7,17 @@
 
 namespace corvane::os {
 
-/// Locks the open file against other writers until it is unlocked or closed. ERROR_SHARING_VIOLATION when
-/// `wait` runs out first.
+/// Locks the open file against other writers until it is unlocked or closed. ERROR_SHARING_VIOLATION if
+/// `wait` expires first.
 ulong LockForChange(int descriptor, Backoff& wait) noexcept;
 
-/// The same without a wait. A lock that this open file has already is a success.
+/// The same without waiting. Succeeds if this open file has the lock already.
 ulong TryLock(int descriptor) noexcept;
 
 void Unlock(int descriptor) noexcept;
 
-/// The lock on a file's content, held for a scope. Readers share it, a writer in place holds it alone. A file
-/// system that has no such locks is no hindrance: the lock then keeps nobody away.
+/// The lock on a file's content, held for a scope: shared by readers, exclusive for a writer in place. On a
+/// file system without such locks it locks nothing and succeeds.
 class ContentLock {
 public:
     enum class Kind { Shared, Exclusive };
@@ -27,11 +27,11 @@ public:
     ContentLock& operator=(const ContentLock&) = delete;
     ~ContentLock();
 
-    /// ERROR_SHARING_VIOLATION when the lock is not free within about a second.
-    ulong Take(int descriptor, Kind kind) noexcept;
+    /// ERROR_SHARING_VIOLATION if the lock is not free within about a second.
+    ulong Acquire(int descriptor, Kind kind) noexcept;
 
-    /// Whether somebody may hold the lock alone at this moment. Takes nothing.
-    static bool MayBeHeldAlone(int descriptor) noexcept;
+    /// Whether another process may hold the lock exclusively at this moment. Does not lock.
+    static bool MayBeExclusive(int descriptor) noexcept;
 
 private:
     int m_descriptor = -1;

@@ -42,8 +42,8 @@ ulong ReadSnapshot(const char* path, struct stat status, FileSnapshot& snapshot)
         snapshot.racy = !HasSettled(Nanoseconds(snapshot.stamp.changed), now);
         // A change from here on shows in the stamp unless that is racy. So a lock is needed only then, or to
         // wait for a change that has begun.
-        if (snapshot.racy || ContentLock::MayBeHeldAlone(file.Get())) {
-            if (const ulong error = lock.Take(file.Get(), ContentLock::Kind::Shared))
+        if (snapshot.racy || ContentLock::MayBeExclusive(file.Get())) {
+            if (const ulong error = lock.Acquire(file.Get(), ContentLock::Kind::Shared))
                 return error;
         }
         if (const ulong error = ReadWholeFile(file.Get(), status, snapshot.content))

@@ -28,7 +28,7 @@ int WithPath(const wchar* path, Operation operation) noexcept {
 
 } // namespace
 
-// The rights that count are those with which the files will be opened.
+// Checks the effective rights, with which the files will be opened.
 int platform::_waccess(const wchar* path, int mode) noexcept {
     if ((mode & ~6) != 0)
         return Refuse(EINVAL);
@@ -46,7 +46,7 @@ int platform::_wstat64(const wchar* path, _stat64* info) noexcept {
     });
 }
 
-// The status that a load has noted will do: the content is read after this.
+// The status recorded by a load will do: the content is read later.
 FileState platform::ExamineFile(const wchar* path) noexcept {
     FileState state;
     const std::int64_t now = os::CoarseNow();

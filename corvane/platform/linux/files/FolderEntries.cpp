@@ -23,7 +23,7 @@ const char* FolderEntries::Next() noexcept {
     if (m_error != 0)
         return nullptr;
     do {
-        errno = 0; // nothing else tells a failure from the end
+        errno = 0; // distinguishes an error from the end
         m_entry = ::readdir(m_stream.get());
     } while (m_entry && (std::strcmp(m_entry->d_name, ".") == 0 || std::strcmp(m_entry->d_name, "..") == 0));
     if (m_entry)

@@ -20,7 +20,7 @@ using namespace platform;
 namespace {
 
 constexpr char openFiles[] = "/proc/self/fd/"; // for linking a file without a name
-constexpr int mostTries = 8;                   // to find a free name
+constexpr int maxTries = 8;                    // to find a free name
 
 constexpr std::string_view lastPart = ".tmp";
 constexpr std::size_t digitCount = 16; // of the random number before it
@@ -76,12 +76,12 @@ bool IsNewToProcess(int folder, const std::string& name) noexcept {
 
 // Removes temporary files of `name` that killed processes left. Does not search a huge folder to its end.
 void RemoveLeftovers(int folder, const std::string& name) {
-    constexpr int mostEntries = 10'000;
+    constexpr int maxEntries = 10'000;
     if (!IsNewToProcess(folder, name))
         return;
     const std::string firstPart = FirstPart(name);
     FolderEntries entries(folder);
-    for (int i = 0; i < mostEntries; ++i) {
+    for (int i = 0; i < maxEntries; ++i) {
         const char* const entry = entries.Next();
         if (!entry)
             return;
@@ -127,7 +127,7 @@ int TemporaryFile::CreateNamed() {
         ::unlinkat(m_folder, name.c_str(), 0); // another process takes it for a leftover and is removing it
         return EEXIST;
     };
-    if (const int error = TakeTemporaryName(create))
+    if (const int error = TryTemporaryNames(create))
         return error;
     // The umask may have removed the owner's rights, and the folder's access list may have granted others
     // some.
@@ -136,7 +136,7 @@ int TemporaryFile::CreateNamed() {
 
 // Leaves anything that already has the name alone, a planted link for example, and tries another name.
 template <typename Operation>
-int TemporaryFile::TakeTemporaryName(Operation take) {
+int TemporaryFile::TryTemporaryNames(Operation take) {
     std::string name;
     for (int tries = 1;; ++tries) {
         if (const int error = TemporaryName(m_name, name))
@@ -144,7 +144,7 @@ int TemporaryFile::TakeTemporaryName(Operation take) {
         const int error = take(name);
         if (error == 0)
             m_temporaryName.swap(name);
-        if (error != EEXIST || tries == mostTries)
+        if (error != EEXIST || tries == maxTries)
             return error;
     }
 }
@@ -158,7 +158,7 @@ int TemporaryFile::LinkTo(const std::string& name) noexcept {
 int TemporaryFile::Replace() {
     if (m_temporaryName.empty()) {
         const auto link = [this](const std::string& name) { return LinkTo(name); };
-        if (const int error = TakeTemporaryName(link))
+        if (const int error = TryTemporaryNames(link))
             return error;
     }
     if (::renameat(m_folder, m_temporaryName.c_str(), m_folder, m_name.c_str()) != 0)

@@ -32,7 +32,7 @@ public:
 private:
     int CreateNamed();
     template <typename Operation>
-    int TakeTemporaryName(Operation take);
+    int TryTemporaryNames(Operation take);
     int LinkTo(const std::string& name) noexcept;
     int InPlace() noexcept;
 

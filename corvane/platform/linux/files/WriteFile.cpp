@@ -34,14 +34,14 @@ int Overwrite(int descriptor, const TextFragments& content) noexcept {
 } // namespace
 
 int WriteWhole(int descriptor, const TextFragments& content) noexcept {
-    constexpr int mostParts = 256;
+    constexpr int maxParts = 256;
     off_t at = 0;
     std::size_t piece = 0;   // the first one that is not completely written
     std::size_t written = 0; // bytes of it
     for (;;) {
-        iovec parts[mostParts];
+        iovec parts[maxParts];
         int count = 0;
-        for (std::size_t i = piece; i < content.size() && count < mostParts; ++i) {
+        for (std::size_t i = piece; i < content.size() && count < maxParts; ++i) {
             const std::string_view rest = content[i].substr(i == piece ? written : 0);
             if (!rest.empty())
                 parts[count++] = {const_cast<char*>(rest.data()), rest.size()};
@@ -63,7 +63,7 @@ int WriteWhole(int descriptor, const TextFragments& content) noexcept {
 ulong WriteInPlace(int descriptor, const TextFragments& content, std::string_view old) {
     const TextFragments before{old}; // allocated now: nothing may throw later
     ContentLock lock;
-    if (const ulong error = lock.Take(descriptor, ContentLock::Kind::Exclusive))
+    if (const ulong error = lock.Acquire(descriptor, ContentLock::Kind::Exclusive))
         return error;
     const std::size_t size = SizeOf(content);
     int error = size > old.size() ? Reserve(descriptor, size) : 0;

@@ -11,17 +11,17 @@ namespace {
 
 using Kind = ProfileLine::Kind;
 
-// What a series of edits comes to for a tag, and for a section.
+// The net effect of a series of edits on one tag, and on one section.
 struct TagEdit {
     std::string_view name;
-    std::optional<std::string_view> value; // none: it goes
-    bool isDone = false;                   // the text has the value
+    std::optional<std::string_view> value; // none: the tag is removed
+    bool isDone = false;                   // the new text has the value
 };
 
 struct SectionEdit {
     std::string_view name;
-    bool goes = false;    // with all that the text has of it
-    bool isThere = false; // in the new text
+    bool isRemoved = false; // remove all sections of this name from the text
+    bool isWritten = false; // in the new text
     NamedList<TagEdit> tags;
 };
 
@@ -43,7 +43,7 @@ std::string_view EndingOf(std::string_view text) noexcept {
 class ProfileEditor {
 public:
     ProfileEditor(std::string_view text, const std::vector<ProfileEdit>& edits)
-        : m_text(text), m_kept(text.data()) {
+        : m_text(text), m_copied(text.data()) {
         for (const ProfileEdit& edit : edits)
             Plan(edit);
         for (const SectionEdit& section : m_sections)
@@ -67,8 +67,8 @@ public:
             AddSections();
         if (!m_isChanged)
             return std::nullopt;
-        Keep(EndOf(m_text));
-        return std::move(m_pieces);
+        CopyUntil(EndOf(m_text));
+        return std::move(m_fragments);
     }
 
 private:
@@ -77,13 +77,13 @@ private:
         if (edit.tag) {
             section.tags.FindOrAdd(*edit.tag).value = edit.value;
         } else {
-            section.goes = true;
+            section.isRemoved = true;
             section.tags = {};
         }
     }
 
     void CountTasks(const SectionEdit& section) {
-        m_removes = m_removes || section.goes;
+        m_removes = m_removes || section.isRemoved;
         for (const TagEdit& tag : section.tags) {
             m_values += tag.value ? 1U : 0U;
             m_removes = m_removes || !tag.value;
@@ -94,23 +94,23 @@ private:
         m_section = m_sections.Find(header.name);
         if (!m_section)
             return;
-        m_isFirst = !m_section->isThere;
-        m_section->isThere = !m_section->goes;
+        m_isFirst = !m_section->isWritten;
+        m_section->isWritten = !m_section->isRemoved;
         m_begin = header.whole.data();
         m_end = EndOf(header.whole);
         m_last = header;
-        m_lastGoes = false;
+        m_lastIsRemoved = false;
     }
 
     void VisitLine(const ProfileLine& line) {
         if (line.kind != Kind::Comment)
             m_end = EndOf(line.whole);
-        if (m_section->goes || line.kind != Kind::Tag)
+        if (m_section->isRemoved || line.kind != Kind::Tag)
             return;
         TagEdit* const edit = m_section->tags.Find(line.name);
         m_last = line;
-        m_lastGoes = edit && !edit->value;
-        if (m_lastGoes) {
+        m_lastIsRemoved = edit && !edit->value;
+        if (m_lastIsRemoved) {
             Replace(line.whole.data(), EndOf(line.whole));
         } else if (edit && m_isFirst && !edit->isDone) {
             ReplaceValue(line, *edit->value);
@@ -118,9 +118,9 @@ private:
         }
     }
 
-    /// `end` is that of what goes with the section.
+    /// `end` is the end of what is removed with the section.
     void LeaveSection(const char* end) {
-        if (m_section && m_section->goes)
+        if (m_section && m_section->isRemoved)
             Replace(m_begin, end);
         else if (m_section && m_isFirst)
             AddTags();
@@ -128,12 +128,12 @@ private:
     }
 
     void ReplaceValue(const ProfileLine& line, std::string_view value) {
-        const std::string_view behindEquals = line.text.substr(line.text.find('=') + 1);
-        const std::size_t blanks = std::min(behindEquals.find_first_not_of(" \t"), behindEquals.size());
-        const char* begin = behindEquals.data() + blanks;
+        const std::string_view afterEquals = line.text.substr(line.text.find('=') + 1);
+        const std::size_t blanks = std::min(afterEquals.find_first_not_of(" \t"), afterEquals.size());
+        const char* begin = afterEquals.data() + blanks;
         const char* end = begin + line.value.size();
         if (!value.empty() && IsBlank(value.front()))
-            begin = behindEquals.data();
+            begin = afterEquals.data();
         if (!value.empty() && IsBlank(value.back()))
             end = EndOf(line.text);
         if (value != std::string_view(begin, static_cast<std::size_t>(end - begin)))
@@ -142,37 +142,37 @@ private:
 
     void AddTags() {
         const std::string_view ending = EndingBeside(EndingOf(m_last));
-        const char* const place = EndOf(m_last.whole);
-        std::string_view missing = EndingOf(m_last).empty() && !m_lastGoes ? ending : "";
+        const char* const position = EndOf(m_last.whole);
+        std::string_view missing = EndingOf(m_last).empty() && !m_lastIsRemoved ? ending : "";
         for (TagEdit& tag : m_section->tags) {
             if (!tag.value || tag.isDone)
                 continue;
-            Replace(place, place, {missing, tag.name, "=", *tag.value, ending});
+            Replace(position, position, {missing, tag.name, "=", *tag.value, ending});
             missing = {};
             Done(tag);
         }
     }
 
     void AddSections() {
-        Keep(EndOf(m_text));
-        const std::string_view last = m_pieces.empty() ? "" : m_pieces.back();
+        CopyUntil(EndOf(m_text));
+        const std::string_view last = m_fragments.empty() ? "" : m_fragments.back();
         const std::string_view ending = EndingBeside(EndingOf(last));
         ProfileLine line; // there may be only a byte-order mark
-        const bool hasLines = m_pieces.size() > 1 || ProfileLines(last).Next(line);
+        const bool hasLines = m_fragments.size() > 1 || ProfileLines(last).Next(line);
         Put({hasLines && EndingOf(last).empty() ? ending : ""});
         m_isChanged = true;
         for (SectionEdit& section : m_sections) {
             for (const TagEdit& tag : section.tags) {
                 if (!tag.value || tag.isDone)
                     continue;
-                if (!std::exchange(section.isThere, true))
+                if (!std::exchange(section.isWritten, true))
                     Put({"[", section.name, "]", ending});
                 Put({tag.name, "=", *tag.value, ending});
             }
         }
     }
 
-    // The ending for a new line beside one whose own may be missing at the end of the text.
+    // The ending for a new line after one whose own may be missing at the end of the text.
     std::string_view EndingBeside(std::string_view ending) const noexcept {
         ProfileLine first;
         if (ending.empty() && ProfileLines(m_text).Next(first))
@@ -185,38 +185,38 @@ private:
         --m_values;
     }
 
-    // From front to back, something else comes in the place of each piece that goes.
-    void Replace(const char* begin, const char* end, std::initializer_list<std::string_view> pieces = {}) {
-        Keep(begin);
-        m_kept = end;
-        Put(pieces);
+    // Edits are made from front to back.
+    void Replace(const char* begin, const char* end, std::initializer_list<std::string_view> fragments = {}) {
+        CopyUntil(begin);
+        m_copied = end;
+        Put(fragments);
         m_isChanged = true;
     }
-    void Keep(const char* end) {
-        Put({{m_kept, static_cast<std::size_t>(end - m_kept)}});
-        m_kept = end;
+    void CopyUntil(const char* end) {
+        Put({{m_copied, static_cast<std::size_t>(end - m_copied)}});
+        m_copied = end;
     }
-    void Put(std::initializer_list<std::string_view> pieces) {
-        for (const std::string_view piece : pieces)
-            if (!piece.empty())
-                m_pieces.push_back(piece);
+    void Put(std::initializer_list<std::string_view> fragments) {
+        for (const std::string_view fragment : fragments)
+            if (!fragment.empty())
+                m_fragments.push_back(fragment);
     }
 
     NamedList<SectionEdit> m_sections;
-    std::size_t m_values = 0; // that the text has yet to get
-    bool m_removes = false;   // something, to the end of the text
+    std::size_t m_values = 0; // still to be written
+    bool m_removes = false;   // so the whole text must be visited
 
     std::string_view m_text;
-    const char* m_kept; // the text up to here has gone into the pieces
-    TextFragments m_pieces;
+    const char* m_copied; // the text up to here is in m_fragments
+    TextFragments m_fragments;
     bool m_isChanged = false;
 
-    SectionEdit* m_section = nullptr; // of the line, if it is one to edit
-    bool m_isFirst = false;           // of that name
+    SectionEdit* m_section = nullptr; // the current section, if it is to be edited
+    bool m_isFirst = false;           // the first section of its name
     const char* m_begin = nullptr;    // of the section
-    const char* m_end = nullptr;      // of its last line that is no comment
+    const char* m_end = nullptr;      // of its last line that is not a comment
     ProfileLine m_last;               // its last tag, or its header
-    bool m_lastGoes = false;
+    bool m_lastIsRemoved = false;
 };
 
 } // namespace

@@ -1,5 +1,5 @@
-// Changes to the text of a private-profile file. Nothing but the lines concerned changes: comments, blank and
-// unknown lines, order, line endings, byte-order mark and bytes that are no UTF-8 stay as they are.
+// Edits the text of a private-profile file. Only the lines concerned change: comments, blank and unknown
+// lines, order, line endings, byte-order mark and bytes that are not UTF-8 are preserved.
 #pragma once
 
 #include <corvane/platform/linux/files/TextFragments.h>
@@ -10,24 +10,25 @@
 
 namespace corvane::os {
 
-/// One change that is asked for: the tag gets the value; without a value it goes, and without a tag the whole
-/// section does. No line breaks stand in what is written, and no blanks at the ends of its names, which are
-/// not empty.
+/// One edit: sets a tag to a value; without a value removes the tag, without a tag the whole section. The
+/// texts contain no line breaks; names are not empty and have no blanks at their ends.
 struct ProfileEdit {
     std::string_view section;
     std::optional<std::string_view> tag;
     std::optional<std::string_view> value;
 };
 
-/// The text with the edits made one after the other, in pieces of both, which have to last as long; nothing
-/// if it is as it should be already. One pass over the text: takes time in proportion to it and the edits.
+/// Applies the edits in order and returns the new text as fragments of `text` and `edits`, which must outlive
+/// it; nothing if the text need not change. Takes time proportional to the text and the edits.
 ///
-/// - Of equal sections and tags the first gets the value. An existing line keeps all but its value; blanks
-///   that the new value brings at an end take the place of those in the line.
-/// - New tags go behind the last one of their section, new sections to the end.
-/// - What is removed goes from every section of that name. With a tag the header stays; with a section the
-///   comments directly above the next header stay, as they speak of what follows.
-/// - The last edit of a tag counts. A section that is removed and then gets a tag begins anew.
+/// - Of several sections or tags of one name the first is set. An existing line keeps all but its value;
+/// blanks
+///   at the ends of the new value replace those in the line.
+/// - New tags follow the last one of their section, new sections the end of the text.
+/// - A removal applies to every section of that name. Removing tags keeps the header; removing a section
+/// keeps
+///   the comments directly above the next header, which belong to that.
+/// - The last edit of a tag counts. A section that is removed and then gets a tag starts empty.
 std::optional<TextFragments> Edited(std::string_view text, const std::vector<ProfileEdit>& edits);
 
 } // namespace corvane::os

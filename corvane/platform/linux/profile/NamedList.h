@@ -1,4 +1,4 @@
-// Things found by the name that they have in a private-profile file.
+// Items looked up by their names in a private-profile file.
 #pragma once
 
 #include <corvane/platform/linux/profile/ProfileLine.h>
@@ -10,9 +10,8 @@
 
 namespace corvane::os {
 
-/// Items in the order in which they were added, each with a `name` of its own as SameName tells names apart.
-/// The names are views of texts that outlive the list. Takes about the same time to find one of any number of
-/// items, whatever their names.
+/// Items in the order in which they were added, each with a `name` that SameName distinguishes from all
+/// others. The names are views of texts that outlive the list. Lookup takes constant time on average.
 template <class Item>
 class NamedList {
 public:
@@ -21,16 +20,16 @@ public:
     auto begin() const noexcept { return m_items.begin(); }
     auto end() const noexcept { return m_items.end(); }
 
-    /// The item, which stays where it is until the next one is added, or null.
+    /// The item, valid until the next one is added, or null.
     Item* Find(std::string_view name) {
-        if (m_places.empty()) {
+        if (m_positions.empty()) {
             for (Item& item : m_items)
                 if (SameName(item.name, name))
                     return &item;
             return nullptr;
         }
-        const auto place = m_places.find(name);
-        return place == m_places.end() ? nullptr : &m_items[place->second];
+        const auto position = m_positions.find(name);
+        return position == m_positions.end() ? nullptr : &m_items[position->second];
     }
 
     Item& FindOrAdd(std::string_view name) {
@@ -38,14 +37,14 @@ public:
             return *item;
         m_items.emplace_back().name = name;
         if (m_items.size() > fewItems) {
-            for (std::size_t place = m_places.size(); place < m_items.size(); ++place)
-                m_places.emplace(m_items[place].name, place);
+            for (std::size_t position = m_positions.size(); position < m_items.size(); ++position)
+                m_positions.emplace(m_items[position].name, position);
         }
         return m_items.back();
     }
 
 private:
-    static constexpr std::size_t fewItems = 4; // are as quickly compared with as hashed
+    static constexpr std::size_t fewItems = 4; // compared as quickly as hashed
 
     struct Hash {
         std::size_t operator()(std::string_view name) const { return HashName(name); }
@@ -55,7 +54,8 @@ private:
     };
 
     std::vector<Item> m_items;
-    std::unordered_map<std::string_view, std::size_t, Hash, Same> m_places; // none while the items are few
+    std::unordered_map<std::string_view, std::size_t, Hash, Same>
+        m_positions; // empty while there are few items
 };
 
 } // namespace corvane::os

@@ -51,11 +51,11 @@ ProfileCache::Found ProfileCache::Find(const char* path, const FileStamp& stamp)
 void ProfileCache::Keep(Entry entry) {
     std::list<Entry> kept;
     kept.push_back(std::move(entry));
-    // What is displaced is freed after the lock is released.
-    std::list<Entry> displaced;
+    // What is evicted is freed after the lock is released.
+    std::list<Entry> evicted;
     const MutexGuard guard(m_lock);
     if (const auto old = Position(kept.front().path.c_str()); old != m_entries.end())
-        displaced.splice(displaced.begin(), m_entries, old);
+        evicted.splice(evicted.begin(), m_entries, old);
     m_entries.splice(m_entries.begin(), kept);
 
     std::size_t bytes = 0;
@@ -64,14 +64,14 @@ void ProfileCache::Keep(Entry entry) {
         bytes += each.profile->Footprint();
         return ++count > 1 && (count > maximumCount || bytes > maximumBytes);
     });
-    displaced.splice(displaced.begin(), m_entries, last, m_entries.end());
+    evicted.splice(evicted.begin(), m_entries, last, m_entries.end());
 }
 
 void ProfileCache::Forget(const char* path) {
-    std::list<Entry> displaced;
+    std::list<Entry> evicted;
     const MutexGuard guard(m_lock);
     if (const auto old = Position(path); old != m_entries.end())
-        displaced.splice(displaced.begin(), m_entries, old);
+        evicted.splice(evicted.begin(), m_entries, old);
 }
 
 std::list<ProfileCache::Entry>::iterator ProfileCache::Position(const char* path) {

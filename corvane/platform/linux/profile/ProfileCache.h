@@ -1,4 +1,4 @@
-// The parsed profiles that this process read last.
+// The parsed profiles that this process read most recently.
 #pragma once
 
 #include <corvane/platform/Mutex.h>
@@ -12,16 +12,16 @@
 
 namespace corvane::os {
 
-/// Keeps a few parsed profiles, the one used last in front, and hands out only what the file holds at the
-/// time of the call. Bounded in count and in bytes; a single profile above the bound is kept alone, so that a
-/// program that reads tag by tag does not parse a huge file for each. Any thread may call; files are read
-/// outside the lock.
+/// Keeps a few parsed profiles, most recently used first, and returns a profile only if it is the file's
+/// present content. Bounded in number and bytes; a single profile above the bound is kept alone, so that a
+/// program that reads tag by tag does not parse a huge file for each. Thread-safe; files are read outside the
+/// lock.
 class ProfileCache {
 public:
-    /// The cache of the process. It is never destroyed: static objects may read as they come up and go down.
+    /// The cache of the process. Never destroyed: constructors and destructors of static objects may read.
     static ProfileCache& Instance();
 
-    /// Gives the profile at `path` (UTF-8). Returns ERROR_SUCCESS, or the error with `profile` untouched.
+    /// Gets the profile at `path` (UTF-8). Returns ERROR_SUCCESS, or the error with `profile` unchanged.
     ulong Load(const char* path, std::shared_ptr<const ProfileIndex>& profile);
 
 private:
@@ -35,7 +35,7 @@ private:
     };
 
     struct Found {
-        bool valid = false; // it is sure that the file holds this
+        bool valid = false; // known to be the file's present content
         Profile profile;
     };
 

@@ -27,7 +27,7 @@ public:
 
     const struct stat& NotedStatus() const noexcept { return m_status; }
 
-    // Past the cache of parsed files: nobody needs the text after the load.
+    // Bypasses the cache of parsed files: the text is not needed after the load.
     ulong Pin(const char* file) {
         struct stat status {};
         if (!Holds(file)) {

@@ -23,7 +23,8 @@ ProfileIndex::ProfileIndex(FileText content) : m_content(std::move(content)) {
 }
 
 void ProfileIndex::Parse() {
-    constexpr std::size_t bytesOfLine = 24; // or more, in most files: what is not needed is never touched
+    constexpr std::size_t bytesOfLine =
+        24; // or more, in most files; what is reserved but unused is never touched
     m_lines.reserve(m_content.Size() / bytesOfLine);
     ProfileLines lines(Content());
     for (ProfileLine line; lines.Next(line);) {
@@ -31,7 +32,7 @@ void ProfileIndex::Parse() {
             CloseSection();
             const auto position = static_cast<std::uint32_t>(m_lines.size());
             m_sections.push_back({{}, SpanOf(line.name), position, position});
-        } else if (m_sections.empty()) { // out of every reader's reach
+        } else if (m_sections.empty()) { // before the first header: no read finds it
             continue;
         } else if (line.kind == ProfileLine::Kind::Tag) {
             m_lines.push_back({{}, SpanOf(line.name), SpanOf(line.value).size});
@@ -52,8 +53,8 @@ void ProfileIndex::CloseSection() {
     LinkAll(m_lines, section.firstLine);
 }
 
-// Puts all from `first` on into their buckets. Each chain is in the order of the file, so that the first of
-// two is found that only another locale holds equal.
+// Links all items from `first` on into their buckets. Each chain is in file order, so that of two names that
+// are equal in another locale only, the first is found.
 template <typename Items>
 void ProfileIndex::LinkAll(Items& items, std::size_t first) noexcept {
     for (std::size_t at = first; at < items.size(); ++at) {

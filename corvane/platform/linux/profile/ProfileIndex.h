@@ -1,4 +1,4 @@
-// A private-profile text, parsed once and then looked up in without scanning.
+// A parsed private-profile text, for lookups without scanning.
 #pragma once
 
 #include <corvane/platform/LargeBlocks.h>
@@ -13,31 +13,30 @@
 
 namespace corvane::os {
 
-/// Owns the text (of at most maximumFileSize bytes) and the places of its names and values in it: 20 bytes a
-/// line. Built in time in proportion to the text. Immutable, so safe to share between threads; every view
-/// that it hands out lasts as long as the index. A UTF-16 text has no sections.
+/// Owns the text (at most maximumFileSize bytes) and the positions of its names and values: 20 bytes a line.
+/// Built in linear time. Immutable, so safe to share between threads; its views are valid as long as the
+/// index. A UTF-16 text has no sections.
 class ProfileIndex {
 public:
     static constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
     static constexpr std::uint32_t shadowed = none - 1;
 
-    /// A piece of the text.
+    /// A part of the text.
     struct Span {
         std::uint32_t begin = 0;
         std::uint32_t size = 0;
     };
 
-    /// The sections, and the tags of a section, are a table of as many buckets. Each bucket is a chain of
-    /// which no two are equal: what has the name of one before it is in none, so that nobody finds it by
-    /// name.
+    /// The sections, and the tags of each section, form a hash table with as many buckets, which are chains
+    /// of distinct names. A shadowed item, whose name another one before it has, is in no chain.
     struct Link {
-        std::uint32_t bucket = none; ///< the first one in the bucket that has this one's place
-        std::uint32_t next = none;   ///< behind this one in the same bucket
+        std::uint32_t bucket = none; ///< the first item of the bucket with this item's index
+        std::uint32_t next = none;   ///< the next item of the same bucket
         bool IsShadowed() const noexcept { return next == shadowed; }
     };
 
-    /// A tag, or with an empty name another line that stands in the section's text. There are many: where a
-    /// value begins is not kept, but found behind the name.
+    /// A tag, or with an empty name another line of the section's text. There are many lines, so the start of
+    /// a value is not stored but found after the name.
     struct Line : Link {
         Span name;
         std::uint32_t valueSize = 0;
@@ -57,18 +56,18 @@ public:
     /// A tag's value with its quotes, or another line.
     std::string_view Value(const Line& line) const noexcept;
 
-    /// All sections in order, including duplicates and the one without a name.
+    /// All sections in order, including duplicates and the unnamed one.
     const std::vector<Section>& Sections() const noexcept { return m_sections; }
     const Line* Begin(const Section& section) const noexcept { return m_lines.data() + section.firstLine; }
     const Line* End(const Section& section) const noexcept { return m_lines.data() + section.endLine; }
 
-    /// The first section of that name, letter case ignored; null when there is none, or the name is empty.
+    /// The first section of that name, letter case ignored; null if there is none or the name is empty.
     const Section* FindSection(std::string_view name) const noexcept;
 
     /// The section's first tag of that name, letter case ignored, or null.
     const Line* FindTag(const Section& section, std::string_view tag) const noexcept;
 
-    /// The memory that the index takes, in bytes.
+    /// The memory used by the index, in bytes.
     std::size_t Footprint() const noexcept;
 
 private:

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 
-// The position of the first `c` from `from` on, or the text's end.
+// The position of the first `c` at or after `from`, or the text's size.
 std::size_t Find(std::string_view text, char c, std::size_t from = 0) noexcept {
     if (from == text.size())
         return from;
@@ -70,24 +70,24 @@ bool IsAscii(char c) noexcept {
     return static_cast<unsigned char>(c) < 0x80;
 }
 
-char32_t TakeFolded(std::string_view& name) noexcept {
+char32_t ConsumeFolded(std::string_view& name) noexcept {
     if (IsAscii(name.front())) {
         const char c = name.front();
         name.remove_prefix(1);
         return FoldCase(static_cast<wchar>(c));
     }
-    // A character outside the basic plane has no other letter case here, as in a comparison by code unit.
-    const char32_t code = utf::TakeCharacter(name);
+    // Characters outside the basic plane keep their letter case, as in a comparison by code unit.
+    const char32_t code = utf::ConsumeCharacter(name);
     return code <= 0xFFFF ? FoldCase(static_cast<wchar>(code)) : code;
 }
 
-// Folds a character for hashing: the same for all its letter cases in any locale.
+// Folds a character for hashing, to the same for all its letter cases in any locale.
 char32_t WithoutCase(char32_t code) noexcept {
     return code <= 0xFFFF ? FoldForHash(static_cast<wchar>(code)) : code;
 }
 
-// A name is hashed in groups of eight bytes, of which a character outside ASCII takes four. The first byte is
-// the lowest; behind the last there are zeros.
+// Names are hashed in groups of eight bytes, in which a character outside ASCII takes four. The first byte is
+// the lowest; the last group is padded with zeros.
 constexpr std::size_t groupSize = sizeof(std::uint64_t);
 
 std::uint64_t GroupAt(const char* at, std::size_t size = groupSize) noexcept {
@@ -96,7 +96,7 @@ std::uint64_t GroupAt(const char* at, std::size_t size = groupSize) noexcept {
     return le64toh(group);
 }
 
-// The last bytes of a name, at least one and at most a group.
+// The last bytes of a name, between one and a whole group.
 std::uint64_t LastGroup(std::string_view name, std::size_t size) noexcept {
     if (name.size() < groupSize)
         return GroupAt(name.data(), size);
@@ -136,7 +136,7 @@ private:
 [[gnu::noinline]] std::uint32_t HashByCharacter(std::string_view name) noexcept {
     NameHash hash;
     while (!name.empty())
-        hash.Put(WithoutCase(utf::TakeCharacter(name)));
+        hash.Put(WithoutCase(utf::ConsumeCharacter(name)));
     return hash.Get();
 }
 
@@ -146,7 +146,7 @@ ProfileLines::ProfileLines(std::string_view text) noexcept
     : m_text(text), m_at(text.substr(0, utf8Mark.size()) == utf8Mark ? utf8Mark.size() : 0),
       m_feed(Find(text, '\n')), m_return(Find(text, '\r')), m_nul(Find(text, '\0')) {}
 
-// A line ends at LF, at CR LF or at a lone CR.
+// Lines end with LF, CR LF or a lone CR.
 inline void ProfileLines::SplitLine(ProfileLine& line) noexcept {
     if (m_feed < m_at)
         m_feed = Find(m_text, '\n', m_at);
@@ -197,7 +197,7 @@ bool SameName(std::string_view a, std::string_view b) noexcept {
     if (a == b)
         return true;
     while (!a.empty() && !b.empty()) {
-        if (TakeFolded(a) != TakeFolded(b))
+        if (ConsumeFolded(a) != ConsumeFolded(b))
             return false;
     }
     return a.empty() && b.empty();

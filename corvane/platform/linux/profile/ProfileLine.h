@@ -1,4 +1,4 @@
-// What one line of a private-profile file is. Reading and editing both go by this one classification.
+// Classifies the lines of a private-profile file, for reading and editing alike.
 #pragma once
 
 #include <cstddef>
@@ -7,15 +7,15 @@
 
 namespace corvane::os {
 
-/// A line of the text that it was taken from: `text` without its ending (CRLF, LF or CR), `whole` with it.
-/// The views last as long as that text.
+/// A line: `text` without its ending (CRLF, LF or CR), `whole` with it. Its views are those of the parsed
+/// text.
 struct ProfileLine {
     enum class Kind {
         Blank,
         Comment, ///< begins with ';'
-        Header,  ///< `[name]`; what stands behind the last ']' is ignored
+        Header,  ///< `[name]`; anything after the last ']' is ignored
         Tag,     ///< `name=value` with a name
-        Other,   ///< stays in the file and in the section's text, and is no tag
+        Other,   ///< kept in the file and listed in the section's text, but not a tag
     };
 
     Kind kind = Kind::Blank;
@@ -25,15 +25,15 @@ struct ProfileLine {
     std::string_view value; ///< of a tag, blanks around it trimmed, quotes kept
 };
 
-/// Takes the lines of a profile text in order. A UTF-8 byte-order mark at the beginning belongs to no line.
+/// Iterates over the lines of a profile text. A UTF-8 byte-order mark at the beginning belongs to no line.
 class ProfileLines {
 public:
     explicit ProfileLines(std::string_view text) noexcept;
 
-    /// False when there are no more lines.
+    /// False if there are no more lines.
     bool Next(ProfileLine& line) noexcept;
 
-    /// Passes over all lines up to the next that may be a header, or to the end, without a look at each.
+    /// Skips to the next line that may be a header, or to the end, without parsing the lines between.
     void SkipToHeader() noexcept;
 
 private:
@@ -41,15 +41,14 @@ private:
 
     std::string_view m_text;
     std::size_t m_at = 0;
-    // The next LF, CR and NUL: each is looked for again only when it is passed, so that a text with one kind
-    // of line ending takes time in proportion to its length.
+    // The next LF, CR and NUL. Each is searched again only when it is passed, so that a text with one kind of
+    // line ending takes linear time.
     std::size_t m_feed = 0;
     std::size_t m_return = 0;
     std::size_t m_nul = 0;
 };
 
-/// `text` up to its first NUL: a name or a value ends there, as every text does that is handed on as a C
-/// string.
+/// `text` up to its first NUL, where names and values end, as C strings do.
 std::string_view UntilNul(std::string_view text) noexcept;
 
 inline bool IsBlank(char c) noexcept {
@@ -59,18 +58,18 @@ inline bool IsBlank(char c) noexcept {
 /// `text` without the spaces and tabs at its ends.
 std::string_view TrimBlanks(std::string_view text) noexcept;
 
-/// `value` without one pair of equal quotes around it, if there is one.
+/// `value` without one pair of matching quotes around it, if there is one.
 inline std::string_view WithoutQuotes(std::string_view value) noexcept {
     const bool quoted =
         value.size() >= 2 && value.front() == value.back() && (value.front() == '"' || value.front() == '\'');
     return quoted ? value.substr(1, value.size() - 2) : value;
 }
 
-/// Whether two names in UTF-8 are one name to a program, which sees them as UTF-16: letter case does not
-/// count, as in the platform's `_wcsicmp`, and ill-formed bytes are the U+FFFD that they read as.
+/// Whether two UTF-8 names are equal for a program, which sees them as UTF-16: letter case is ignored, as by
+/// the platform's `_wcsicmp`, and ill-formed bytes compare as the U+FFFD that they read as.
 bool SameName(std::string_view a, std::string_view b) noexcept;
 
-/// A seeded hash, equal for every two names that SameName can ever take for one, whatever the locale.
+/// A seeded hash, equal for all names that SameName finds equal in any locale.
 std::uint32_t HashName(std::string_view name) noexcept;
 
 /// Whether the text begins with a UTF-16 byte-order mark: such a file reads as nothing and is never written.

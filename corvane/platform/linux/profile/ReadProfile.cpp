@@ -17,8 +17,8 @@ using Line = ProfileIndex::Line;
 
 namespace {
 
-// A list of texts in the caller's buffer of at least one byte: each ends with a NUL, and one more NUL ends
-// the list.
+// A list of texts in the caller's buffer of at least one byte: each text ends with a NUL, the list with
+// another.
 class ListWriter {
 public:
     ListWriter(char* buffer, ulong size) noexcept
@@ -40,9 +40,9 @@ public:
         Add(value);
     }
 
-    // The result is the count of bytes without the final NUL, at most the size less 2. A list that comes to
-    // exactly that is whole, but has the result of one that was cut, and is read again by a caller who
-    // doubles the buffer until the result is smaller: so what that caller ends with is whole.
+    // The result is the number of bytes without the final NUL, at most the buffer size less 2. A list of
+    // exactly that length is complete but indistinguishable from a truncated one, so callers double the
+    // buffer and read again until the result is smaller.
     ulong Finish() noexcept {
         std::memset(m_buffer + m_used, 0, std::min<std::size_t>(m_size - m_used, 2));
         if (m_cut)
@@ -60,13 +60,13 @@ private:
 
     char* m_buffer;
     std::size_t m_size;
-    std::size_t m_room; // for the list without its end
+    std::size_t m_room; // capacity for the list without its final NUL
     std::size_t m_used = 0;
     bool m_cut = false;
 };
 
-// A text that does not fit is cut between any two bytes, even inside a character, and has the result size -
-// 1; so has one that fits exactly.
+// A text that does not fit is truncated at any byte, even inside a character, and the result is size - 1; so
+// it is for a text that fits exactly.
 ulong CopyText(std::string_view text, char* buffer, ulong size) noexcept {
     const std::size_t count = std::min<std::size_t>(text.size(), size - 1);
     std::memcpy(buffer, text.data(), count);

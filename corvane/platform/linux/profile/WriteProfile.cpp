@@ -20,7 +20,7 @@ bool NamesSomething(const ProfileEdit& edit) noexcept {
     return !edit.section.empty() && (!edit.tag || !edit.tag->empty());
 }
 
-// Removals go by the names as they are given: one with blanks around it is found in no file.
+// Removals use the names as given: no file contains one with blanks around it.
 ProfileEdit EditFor(const ProfileChange& change) {
     const auto name = [&change](std::string_view text) { return change.value ? TrimBlanks(text) : text; };
     CheckProfileChange(change);
@@ -85,7 +85,7 @@ int platform::WritePrivateProfileStringW(const wchar* section, const wchar* tag,
                                          const wchar* file) {
     const auto fitsNoFile = [](const wchar* text) { return text && utf::HasLoneSurrogate(text); };
     if (!value && (fitsNoFile(section) || fitsNoFile(tag)))
-        return 1; // gone already: what it would narrow to is another name
+        return 1; // nothing to remove: its UTF-8 form would be another name
     const auto narrow = [](const wchar* text) { return text ? ToUtf8(text) : std::string(); };
     const std::string texts[] = {narrow(section), narrow(tag), narrow(value), narrow(file)};
     return WritePrivateProfileStringA(section ? texts[0].c_str() : nullptr, tag ? texts[1].c_str() : nullptr,

@@ -15,7 +15,7 @@ FolderLock::~FolderLock() {
         Unlock(m_own.Get());
 }
 
-ulong FolderLock::Take(const KeyFolder& key) {
+ulong FolderLock::Acquire(const KeyFolder& key) {
     constexpr int seconds = 10;
     m_own = FileHandle(::openat(key.Get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!m_own)

@@ -15,7 +15,7 @@ public:
 
     /// ERROR_SHARING_VIOLATION after about ten seconds; ERROR_KEY_DELETED if the key was deleted before or
     /// during the wait. Lock order: a key before its subkey.
-    ulong Take(const KeyFolder& key);
+    ulong Acquire(const KeyFolder& key);
 
 private:
     FileHandle

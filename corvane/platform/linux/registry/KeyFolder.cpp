@@ -162,7 +162,7 @@ ulong CreateSubkey(const KeyFolder& key, wstring_view name, KeyFolder& subkey, b
     if (const ulong error = FindSubkey(key, name, subkey); error != ERROR_FILE_NOT_FOUND)
         return error;
     FolderLock lock;
-    if (const ulong error = lock.Take(key))
+    if (const ulong error = lock.Acquire(key))
         return error;
     // Another process may have created it before the lock was acquired, perhaps in another letter case.
     if (const ulong error = FindSubkey(key, name, subkey); error != ERROR_FILE_NOT_FOUND)

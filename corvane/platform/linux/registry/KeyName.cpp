@@ -38,7 +38,7 @@ void AppendHex(std::string& text, unsigned value, int digits) {
 }
 
 // Decodes the escape at the beginning of `text` and removes it.
-bool TakeEscape(std::string_view& text, wchar& unit) noexcept {
+bool ConsumeEscape(std::string_view& text, wchar& unit) noexcept {
     const bool isSurrogate = text.size() > 1 && text[1] == 'u';
     const std::size_t digitsAt = isSurrogate ? 2 : 1;
     const std::size_t end = digitsAt + (isSurrogate ? 4 : 2);
@@ -118,7 +118,7 @@ bool ParseFolderName(std::string_view folderName, NamePart& part) {
         rest.remove_suffix(continuation.size());
     while (!rest.empty()) {
         if (wchar unit = 0; rest.front() == '%') {
-            if (!TakeEscape(rest, unit))
+            if (!ConsumeEscape(rest, unit))
                 return false;
             part.text += unit;
         } else {

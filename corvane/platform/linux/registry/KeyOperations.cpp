@@ -24,11 +24,11 @@ ulong CheckAccess(const KeyFolder& key, ulong access) noexcept {
     return isWriting && ::faccessat(key.Get(), ".", W_OK, AT_EACCESS) != 0 ? KeyError(errno) : ERROR_SUCCESS;
 }
 
-ulong HandOut(KeyFolder place, ulong access, HKEY* opened) {
-    if (const ulong error = CheckAccess(place, access))
+ulong OpenHandle(KeyFolder folder, ulong access, HKEY* opened) {
+    if (const ulong error = CheckAccess(folder, access))
         return error;
     auto key = std::make_shared<OpenKey>();
-    key->place = std::move(place);
+    key->folder = std::move(folder);
     key->access = access;
     *opened = AddOpenKey(std::move(key));
     return ERROR_SUCCESS;
@@ -36,28 +36,28 @@ ulong HandOut(KeyFolder place, ulong access, HKEY* opened) {
 
 // The folder of a handle, regardless of the rights it was opened with: the folder's permissions decide on
 // creating and opening keys.
-ulong PlaceOf(HKEY key, bool create, KeyFolder& place) {
+ulong FolderOf(HKEY key, bool create, KeyFolder& folder) {
     std::shared_ptr<OpenKey> open;
     if (const ulong error = UseKey(key, 0, create, open))
         return error;
-    place = open->place;
-    return !IsRoot(key) && place.IsDeleted() ? ERROR_KEY_DELETED : ERROR_SUCCESS;
+    folder = open->folder;
+    return !IsRoot(key) && folder.IsDeleted() ? ERROR_KEY_DELETED : ERROR_SUCCESS;
 }
 
 ulong DeleteKey(HKEY key, const wchar* subKey) {
     wstring_view path = PathOf(subKey);
     const bool isItself = subKey && path.empty();
-    const wstring_view name = TakeLastName(path);
-    KeyFolder place;
+    const wstring_view name = PopLastName(path);
+    KeyFolder folder;
     if ((name.empty() && !isItself) || name.size() > longestKeyName)
         return ERROR_INVALID_PARAMETER;
-    if (const ulong error = PlaceOf(key, false, place))
+    if (const ulong error = FolderOf(key, false, folder))
         return error;
     if (isItself)
-        return place.isRoot ? ERROR_INVALID_PARAMETER : RemoveKey(place);
-    if (const ulong error = FindPath(place, path))
+        return folder.isRoot ? ERROR_INVALID_PARAMETER : RemoveKey(folder);
+    if (const ulong error = FindPath(folder, path))
         return error;
-    return RemoveSubkey(place, name);
+    return RemoveSubkey(folder, name);
 }
 
 } // namespace
@@ -68,12 +68,12 @@ LSTATUS platform::RegOpenKeyExW(HKEY key, const wchar* subKey, ulong options, ul
         if (!opened || options != 0)
             return ERROR_INVALID_PARAMETER;
         *opened = nullptr;
-        KeyFolder place;
-        if (const ulong error = PlaceOf(key, false, place))
+        KeyFolder folder;
+        if (const ulong error = FolderOf(key, false, folder))
             return error;
-        if (const ulong error = FindPath(place, PathOf(subKey)))
+        if (const ulong error = FindPath(folder, PathOf(subKey)))
             return error;
-        return HandOut(std::move(place), access, opened);
+        return OpenHandle(std::move(folder), access, opened);
     });
 }
 
@@ -83,15 +83,15 @@ LSTATUS platform::RegCreateKeyExW(HKEY key, const wchar* subKey, ulong reserved,
         if (!opened || reserved != 0 || options != REG_OPTION_NON_VOLATILE)
             return ERROR_INVALID_PARAMETER;
         *opened = nullptr;
-        KeyFolder place;
+        KeyFolder folder;
         bool created = false;
-        if (const ulong error = PlaceOf(key, true, place))
+        if (const ulong error = FolderOf(key, true, folder))
             return error;
-        if (const ulong error = CreatePath(place, PathOf(subKey), created))
+        if (const ulong error = CreatePath(folder, PathOf(subKey), created))
             return error;
         if (disposition)
             *disposition = created ? REG_CREATED_NEW_KEY : REG_OPENED_EXISTING_KEY;
-        return HandOut(std::move(place), access, opened);
+        return OpenHandle(std::move(folder), access, opened);
     });
 }
 

@@ -41,7 +41,7 @@ ulong CreatePath(KeyFolder& key, wstring_view path, bool& created) {
     });
 }
 
-wstring_view TakeLastName(wstring_view& path) noexcept {
+wstring_view PopLastName(wstring_view& path) noexcept {
     const std::size_t end = path.find_last_not_of(u'\\') + 1;
     path = path.substr(0, end);
     const std::size_t begin = path.rfind(u'\\') + 1;

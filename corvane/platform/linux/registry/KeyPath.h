@@ -1,4 +1,4 @@
-// Paths of key names.
+// Paths of keys.
 #pragma once
 
 #include <corvane/platform/linux/registry/KeyFolder.h>
@@ -14,6 +14,6 @@ ulong FindPath(KeyFolder& key, wstring_view path);
 ulong CreatePath(KeyFolder& key, wstring_view path, bool& created);
 
 /// Removes the last name from `path` and returns it; empty if there is none.
-wstring_view TakeLastName(wstring_view& path) noexcept;
+wstring_view PopLastName(wstring_view& path) noexcept;
 
 } // namespace corvane::os

@@ -16,7 +16,7 @@ namespace {
 // A deleted key is moved to the trash in one step before its files are removed. If the process is killed in
 // between, no key name reaches the folder, and the next deletion in that place removes it.
 constexpr const char* trash = ".deleted";
-constexpr int mostTrash = 100;
+constexpr int maxTrash = 100;
 constexpr int deepestLeftover = 32;
 
 // Files and folders that begin with '.' are our own, as are folders of parts of long names. Anything else is
@@ -60,7 +60,7 @@ ulong CheckRemovable(const KeyFolder& key) {
 ulong Remove(const KeyFolder& subkey) {
     // No value is written and no subkey created during the removal; waiting operations find the key deleted.
     FolderLock lock;
-    if (const ulong error = lock.Take(subkey))
+    if (const ulong error = lock.Acquire(subkey))
         return error;
     if (const ulong error = CheckRemovable(subkey))
         return error;
@@ -73,7 +73,7 @@ ulong Remove(const KeyFolder& subkey) {
             break;
         }
         // Foreign or unreadable entries stay; try the next number.
-        if ((errno != ENOTEMPTY && errno != EEXIST && errno != ENOTDIR) || number == mostTrash)
+        if ((errno != ENOTEMPTY && errno != EEXIST && errno != ENOTDIR) || number == maxTrash)
             return KeyError(errno);
     }
     FlushFolder(subkey.parent->Get());
@@ -85,7 +85,7 @@ ulong Remove(const KeyFolder& subkey) {
 
 ulong RemoveSubkey(const KeyFolder& key, wstring_view name) {
     FolderLock lock;
-    if (const ulong error = lock.Take(key))
+    if (const ulong error = lock.Acquire(key))
         return error;
     KeyFolder subkey;
     if (const ulong error = FindSubkey(key, name, subkey))
@@ -97,7 +97,7 @@ ulong RemoveKey(const KeyFolder& key) {
     KeyFolder above;
     above.folder = key.keyAbove;
     FolderLock lock;
-    if (const ulong error = lock.Take(above))
+    if (const ulong error = lock.Acquire(above))
         return error;
     return Remove(key);
 }

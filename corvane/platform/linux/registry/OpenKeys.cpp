@@ -63,7 +63,7 @@ ulong UseKey(HKEY handle, ulong needed, bool create, std::shared_ptr<OpenKey>& k
     }
     key = std::make_shared<OpenKey>();
     key->access = KEY_ALL_ACCESS;
-    return OpenRoot(handle, create, key->place);
+    return OpenRoot(handle, create, key->folder);
 }
 
 } // namespace corvane::os

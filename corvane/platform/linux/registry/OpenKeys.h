@@ -7,9 +7,9 @@
 
 namespace corvane::os {
 
-/// The key of a handle, with what was read of it.
+/// The key of a handle, with what was read from it.
 struct OpenKey {
-    KeyFolder place;
+    KeyFolder folder;
     ulong access = 0;
 
     platform::Mutex mutex;

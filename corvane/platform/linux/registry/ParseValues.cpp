@@ -13,21 +13,21 @@ using namespace platform;
 
 namespace {
 
-bool Take(std::string_view& text, char c) noexcept {
+bool Consume(std::string_view& text, char c) noexcept {
     if (text.empty() || text.front() != c)
         return false;
     text.remove_prefix(1);
     return true;
 }
 
-bool TakeWord(std::string_view& text, std::string_view word) noexcept {
+bool ConsumeWord(std::string_view& text, std::string_view word) noexcept {
     if (text.substr(0, word.size()) != word)
         return false;
     text.remove_prefix(word.size());
     return true;
 }
 
-std::string_view TakeLine(std::string_view& text) noexcept {
+std::string_view ConsumeLine(std::string_view& text) noexcept {
     const std::size_t end = std::min(text.find('\n'), text.size() - 1);
     const std::string_view line = text.substr(0, end + 1);
     text.remove_prefix(line.size());
@@ -47,7 +47,7 @@ std::string_view WithoutBlanks(std::string_view text) noexcept {
 }
 
 template <typename Number>
-bool TakeHex(std::string_view& text, std::size_t longest, Number& number) noexcept {
+bool ConsumeHex(std::string_view& text, std::size_t longest, Number& number) noexcept {
     const char* const end = text.data() + std::min(longest, text.size());
     const auto result = std::from_chars(text.data(), end, number, 16);
     text.remove_prefix(static_cast<std::size_t>(result.ptr - text.data()));
@@ -69,7 +69,7 @@ public:
 
     bool Parse(RegistryValues& values) {
         while (!m_rest.empty()) {
-            const std::string_view line = TakeLine(m_rest);
+            const std::string_view line = ConsumeLine(m_rest);
             const std::string_view content = WithoutBlanks(line);
             if (content.empty() || content.front() == ';') {
                 values.comment += line;
@@ -85,7 +85,7 @@ private:
     // The line is already trimmed.
     bool ParseValue(std::string_view line, RegistryValues& values) {
         wstring_view name;
-        if (!Take(line, '@') && !TakeQuoted(line, name))
+        if (!Consume(line, '@') && !ConsumeQuoted(line, name))
             return false;
         if (FindUnit(name, wchar()) != name.size())
             return false;
@@ -93,21 +93,21 @@ private:
         if (!values.comment.empty())
             value.comment.swap(values.comment);
         line = WithoutBlanks(line);
-        return Take(line, '=') && ParseData(WithoutBlanks(line), value);
+        return Consume(line, '=') && ParseData(WithoutBlanks(line), value);
     }
 
     bool ParseData(std::string_view line, RegistryValue& value) {
         if (line.substr(0, 1) == "\"") {
             wstring_view text;
-            if (!TakeQuoted(line, text))
+            if (!ConsumeQuoted(line, text))
                 return false;
             value.type = REG_SZ;
             value.data.append(reinterpret_cast<const char*>(text.data()), (text.size() + 1) * sizeof(wchar));
             return line.empty();
         }
-        if (TakeWord(line, "dword:")) {
+        if (ConsumeWord(line, "dword:")) {
             std::uint32_t number = 0;
-            if (!TakeHex(line, 8, number))
+            if (!ConsumeHex(line, 8, number))
                 return false;
             value.type = REG_DWORD;
             const NumberBytes bytes = LittleEndian(number);
@@ -115,11 +115,11 @@ private:
             return line.empty();
         }
         value.type = REG_BINARY;
-        if (!TakeWord(line, "hex"))
+        if (!ConsumeWord(line, "hex"))
             return false;
-        if (Take(line, '(') && !(TakeHex(line, 8, value.type) && Take(line, ')')))
+        if (Consume(line, '(') && !(ConsumeHex(line, 8, value.type) && Consume(line, ')')))
             return false;
-        if (!Take(line, ':') || !TakeBytes(line, value.data))
+        if (!Consume(line, ':') || !ConsumeBytes(line, value.data))
             return false;
         if (value.IsText())
             SwitchByteOrder(value.data);
@@ -127,28 +127,28 @@ private:
     }
 
     // Bytes separated by commas. A backslash at the end of a line continues it on the next one.
-    bool TakeBytes(std::string_view line, std::string& data) {
+    bool ConsumeBytes(std::string_view line, std::string& data) {
         for (;;) {
             line = WithoutBlanks(line);
             if (line.empty())
                 return true;
             if (line == "\\" && !m_rest.empty()) {
-                line = TakeLine(m_rest);
+                line = ConsumeLine(m_rest);
                 continue;
             }
             std::uint8_t byte = 0;
-            if (!TakeHex(line, 2, byte))
+            if (!ConsumeHex(line, 2, byte))
                 return false;
             data += static_cast<char>(byte);
             line = WithoutBlanks(line);
-            if (!line.empty() && !Take(line, ','))
+            if (!line.empty() && !Consume(line, ','))
                 return false;
         }
     }
 
     // `decoded` is a view of `m_decoded`, NUL-terminated and valid until the next text is decoded.
-    bool TakeQuoted(std::string_view& text, wstring_view& decoded) {
-        if (!Take(text, '"'))
+    bool ConsumeQuoted(std::string_view& text, wstring_view& decoded) {
+        if (!Consume(text, '"'))
             return false;
         if (m_decoded.size() < text.size()) // no text has more code units than bytes
             m_decoded.resize(text.size());
@@ -157,9 +157,9 @@ private:
             const auto* const end = std::find_if_not(text.begin(), text.end(), IsPlain);
             out = std::copy(text.begin(), end, out);
             text.remove_prefix(static_cast<std::size_t>(end - text.begin()));
-            if (Take(text, '"'))
+            if (Consume(text, '"'))
                 break;
-            if (!(Take(text, '\\') ? TakeEscaped(text, *out++) : TakeOutsideAscii(text, out)))
+            if (!(Consume(text, '\\') ? ConsumeEscaped(text, *out++) : ConsumeOutsideAscii(text, out)))
                 return false;
         }
         *out = 0;
@@ -168,11 +168,11 @@ private:
     }
 
     // A quote, a backslash, or as `uXXXX` a code unit that cannot be written as UTF-8 on one line.
-    static bool TakeEscaped(std::string_view& text, wchar& unit) noexcept {
-        if (Take(text, 'u')) {
+    static bool ConsumeEscaped(std::string_view& text, wchar& unit) noexcept {
+        if (Consume(text, 'u')) {
             std::uint16_t value = 0;
             const std::size_t before = text.size();
-            const bool isNumber = TakeHex(text, 4, value);
+            const bool isNumber = ConsumeHex(text, 4, value);
             unit = static_cast<wchar>(value);
             return isNumber && before - text.size() == 4;
         }
@@ -184,7 +184,7 @@ private:
     }
 
     // False for ill-formed UTF-8: it would change when the file is written again.
-    static bool TakeOutsideAscii(std::string_view& text, wchar*& out) {
+    static bool ConsumeOutsideAscii(std::string_view& text, wchar*& out) {
         const auto* const end = std::find_if(text.begin(), text.end(), IsMark);
         const std::string_view piece = text.substr(0, static_cast<std::size_t>(end - text.begin()));
         const std::size_t units = utf::ToWide(piece, out);
@@ -203,7 +203,7 @@ private:
 
 bool ParseValues(std::string_view text, RegistryValues& values) {
     values = RegistryValues();
-    TakeWord(text, "\xEF\xBB\xBF");
+    ConsumeWord(text, "\xEF\xBB\xBF");
     if (text.find('\0') != std::string_view::npos) // a power failure can leave blocks of zeros
         return false;
     values.values.reserve(std::min<std::size_t>(text.size() / 16, 1024)); // most lines are longer

@@ -22,7 +22,7 @@ void Give(ulong* out, Number number) noexcept {
 ulong CountSubkeys(OpenKey& key, ulong* count, ulong* longest) CORVANE_REQUIRES(key.mutex) {
     if (!count && !longest)
         return ERROR_SUCCESS;
-    if (const ulong error = ListSubkeys(key.place, key.subkeys))
+    if (const ulong error = ListSubkeys(key.folder, key.subkeys))
         return error;
     std::size_t longestSize = 0;
     for (const wstring& name : key.subkeys)
@@ -35,7 +35,7 @@ ulong CountSubkeys(OpenKey& key, ulong* count, ulong* longest) CORVANE_REQUIRES(
 // Needed even if no values are requested: this detects that the key was deleted.
 ulong CountValues(OpenKey& key, ulong* count, ulong* longestName, ulong* largestData)
     CORVANE_REQUIRES(key.mutex) {
-    if (const ulong error = key.values.Refresh(key.place))
+    if (const ulong error = key.values.Refresh(key.folder))
         return error;
     std::size_t longest = 0;
     std::size_t largest = 0;
@@ -128,7 +128,7 @@ LSTATUS platform::RegEnumValueW(HKEY key, ulong index, wchar* name, ulong* nameL
         }
         const MutexGuard guard(open->mutex);
         if (!isWalk || !open->values.WasRead()) {
-            if (const ulong error = open->values.Refresh(open->place))
+            if (const ulong error = open->values.Refresh(open->folder))
                 return error;
         }
         if (index >= open->values.Values().size())
@@ -152,9 +152,9 @@ LSTATUS platform::RegEnumKeyExW(HKEY key, ulong index, wchar* name, ulong* nameL
         const MutexGuard guard(open->mutex);
         // A walk sees the subkeys as they were at its first index.
         if (index == 0 || open->subkeys.empty()) {
-            if (open->place.IsDeleted())
+            if (open->folder.IsDeleted())
                 return ERROR_KEY_DELETED;
-            if (const ulong error = ListSubkeys(open->place, open->subkeys))
+            if (const ulong error = ListSubkeys(open->folder, open->subkeys))
                 return error;
         }
         if (index >= open->subkeys.size())
@@ -178,7 +178,7 @@ LSTATUS platform::RegSetValueExW(HKEY key, const wchar* name, ulong reserved, ul
         if (size > 0)
             value.data.assign(reinterpret_cast<const char*>(data), size);
         Terminate(type, value.data);
-        return StoreValue(open->place, std::move(value));
+        return StoreValue(open->folder, std::move(value));
     });
 }
 

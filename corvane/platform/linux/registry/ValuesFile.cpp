@@ -100,7 +100,7 @@ ulong ValuesFile::Read(const KeyFolder& key) {
 
 ulong StoreValue(const KeyFolder& key, RegistryValue value) {
     FolderLock lock;
-    if (const ulong error = lock.Take(key))
+    if (const ulong error = lock.Acquire(key))
         return error;
     // Opened for writing: without write permission on the file, it must not be replaced either, even where
     // the folder would allow it.

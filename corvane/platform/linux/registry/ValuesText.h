@@ -38,8 +38,8 @@ struct RegistryValues {
 /// or text that is not well-formed UTF-8.
 bool ParseValues(std::string_view text, RegistryValues& values);
 
-/// Exchanges the machine's order of the bytes in a text's data and that of `hex(type):`, where the lower byte
-/// of a code unit comes first.
+/// Converts the code units of a text's data between the machine's byte order and that of `hex(type):`, in
+/// which the lower byte comes first.
 void SwitchByteOrder(std::string& data) noexcept;
 
 std::string PrintValues(const RegistryValues& values);
