@@ -10,7 +10,7 @@ bool IsOption(const std::string& word) {
 const Option& OptionNamed(const std::string& name) {
     if (const Option* const option = FindOption(name == "-h" ? "--help" : name))
         return *option;
-    throw Failure(Usage, "unknown option '" + name + "'; put -- in front of operands that begin with '-'");
+    throw Failure(Usage, "unknown option '" + name + "'; use -- before arguments that begin with '-'");
 }
 
 // Takes the option at words[at] with its values, and leaves `at` at the last word of them.
@@ -62,7 +62,7 @@ void CheckCommand(CommandLine& line) {
         throw Failure(Usage, "unknown command '" + line.operands[1] + "'; see --help");
     for (const auto& [name, values] : line.options)
         if (!Takes(*line.command, *FindOption(name)))
-            throw Failure(Usage, "'" + name + "' does not go with '" + line.command->name +
+            throw Failure(Usage, "'" + name + "' is not an option of '" + line.command->name +
                                      "'; usage: " + UsageOf(*line.command));
     if (!Parameters(*line.command).Accepts(line.arguments.size()))
         throw Failure(Usage, "wrong number of arguments; usage: " + UsageOf(*line.command));

@@ -24,7 +24,7 @@ const std::vector<Command>& Commands() {
         {file, "watch", "", "", "print changes as they happen, until interrupted", WatchFile},
         {file, "snapshot", "", "", "copy the file and print the name of the copy", MakeSnapshot},
         {file, "restore", "SNAPSHOT", "", "replace the file with a copy", RestoreSnapshot},
-        {file, "diff", "SNAPSHOT", "", "print what has changed since a copy", CompareWithSnapshot},
+        {file, "diff", "SNAPSHOT", "", "print the changes since a copy", CompareWithSnapshot},
         {registry, "get", "PATH NAME", "", "print a string", GetRegistryText},
         {registry, "set", "PATH NAME TEXT", "", "write a string", SetRegistryText},
         {registry, "number", "PATH NAME [NUMBER]", "", "print or write a number", GetOrSetRegistryNumber},
@@ -37,12 +37,12 @@ const std::vector<Command>& Commands() {
 
 const std::vector<Option>& Options() {
     static const std::vector<Option> options = {
-        {"--sorted", "", "sort by name, not in the order of the file", false},
+        {"--sorted", "", "sort by name instead of in the order of the file", false},
         {"--format", "FORMAT", "text (the default), sh or json", false},
-        {"--all", "", "print all values of a repeated tag; the first one counts", false},
-        {"--create", "", "create the file if there is none", false},
-        {"--ignore-missing", "", "succeed even if there is nothing to delete", false},
-        {"--folders", "USER MACHINE", "the folders of the registry, absolute paths (not on Windows)", false},
+        {"--all", "", "print all values of a repeated tag", false},
+        {"--create", "", "create the file if it does not exist", false},
+        {"--ignore-missing", "", "succeed even if a key to delete does not exist", false},
+        {"--folders", "USER MACHINE", "absolute paths of the registry folders (not on Windows)", false},
         {"--log", "", "print the library's log to standard error", true},
         {"--help", "", "print this text, or the usage of the command", true},
         {"--version", "", "print the version", true},

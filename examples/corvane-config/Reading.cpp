@@ -118,7 +118,7 @@ ExitCode GetValue(const CommandLine& line) {
     const Format format = FormatOf(line);
     const bool all = line.Has("--all");
     if (all && format == Format::sh)
-        throw Failure(Usage, "'--all' does not go with '--format=sh': a variable has one value");
+        throw Failure(Usage, "'--all' cannot be combined with '--format=sh': a variable has only one value");
     SettingsFile file(line.file);
     std::vector<std::string> values = ValuesOf(key, file, all);
     if (values.empty() && line.arguments.size() < 2)

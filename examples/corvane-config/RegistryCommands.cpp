@@ -26,7 +26,7 @@ ExitCode Result(const std::string& path, int status) {
     case notFound: throw Failure(No, "there is no key '" + path + "'");
     case denied:
         throw Failure(Refused, "'" + path + "': access denied; a key with subkeys cannot be deleted");
-    case FAILURE_GENERAL: throw Failure(Usage, "'" + path + "' is a root, not a key that can be deleted");
+    case FAILURE_GENERAL: throw Failure(Usage, "'" + path + "' is a root, which cannot be deleted");
     default: throw Failure(Refused, "'" + path + "': refused with status " + std::to_string(status));
     }
 }
@@ -39,7 +39,7 @@ Failure NotFound(const char* type, const CommandLine& line) {
 const std::string& PathOf(const CommandLine& line) {
     const auto folders = line.options.find("--folders");
     if (folders != line.options.end() && !corvane::SetRegistryFolders(folders->second[0], folders->second[1]))
-        throw Failure(Usage, "--folders expects two absolute paths, and does not work on Windows");
+        throw Failure(Usage, "--folders expects two absolute paths and is not available on Windows");
     return line.arguments[0];
 }
 

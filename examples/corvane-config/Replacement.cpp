@@ -29,7 +29,7 @@ std::string Snapshot(ConfigManager& config) {
     if (config.CreateSnapshot(name) == 0)
         return corvane::ToUtf8(name);
     const std::string file = NameOf(config);
-    throw Failure(Refused, "cannot copy '" + file + "' to its folder" + ReasonOfFailedCopy(file));
+    throw Failure(Refused, "cannot create a copy of '" + file + "' in its folder" + ReasonOfFailedCopy(file));
 }
 
 void Restore(ConfigManager& config, const std::string& snapshot) {
@@ -52,7 +52,7 @@ void Replacement::Commit() {
     if (ReadText(m_copy) == m_original)
         return;
     if (ReadText(NameOf(m_file.Config())) != m_original)
-        Refuse("the file has changed meanwhile");
+        Refuse("the file has changed in the meantime");
     try {
         Restore(m_file.Config(), m_copy);
     } catch (const Failure& failure) {
@@ -62,5 +62,5 @@ void Replacement::Commit() {
 
 void Replacement::Refuse(const std::string& reason) {
     m_keep = true;
-    throw Failure(Refused, reason + "; nothing was replaced, your text is in '" + m_copy + "'");
+    throw Failure(Refused, reason + "; the file was not replaced, and your text is in '" + m_copy + "'");
 }

@@ -20,8 +20,8 @@ void CheckSectionName(const std::string& name) {
     if (name.empty() || name.find_first_of(":\r\n") != std::string::npos || Trimmed(name) != name)
         throw Failure(Usage,
                       "'" + name +
-                          "' cannot be the name of a section: it is empty, or has a colon, a line break, or "
-                          "blanks at its ends");
+                          "' cannot be a section name: it is empty, contains a colon or a line break, or "
+                          "begins or ends with a blank");
 }
 
 // With the new name in every header that has the old one.
@@ -63,11 +63,11 @@ ExitCode RenameSection(const CommandLine& line) {
     const Settings settings = file.Read();
     SectionNamed(settings, from);
     if (settings.Find(to) && !SameName(from, to))
-        throw Failure(Refused, "there is a section [" + to + "] already");
+        throw Failure(Refused, "section [" + to + "] already exists");
     Replacement copy(file);
     WriteText(copy.Path(), WithSectionRenamed(copy.Original(), from, to));
     if (!SameSettings(SettingsFile(copy.Path()).Read(), WithSectionRenamed(settings, from, to)))
-        throw Failure(Refused, "the file would not hold the same values with a section [" + to + "]");
+        throw Failure(Refused, "the file would not contain the same values with a section [" + to + "]");
     copy.Commit();
     return Done;
 }
