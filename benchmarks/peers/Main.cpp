@@ -65,7 +65,7 @@ bool WriteFiles(const Session& session, const std::vector<const Workload*>& work
 int Run(const Options& options) {
     Session session{ChoosePeers(options.only), std::filesystem::absolute(options.folder), options.quick};
     if (!std::filesystem::create_directories(session.folder)) {
-        std::cerr << session.folder << ": cannot be made, or is there already\n";
+        std::cerr << session.folder << ": cannot be created, or already exists\n";
         return 1;
     }
     const std::vector<Workload> smalls = {{1, 2}, {1, 6}, {2, 5}, {1, 15}, {3, 6}, {2, 12}, {4, 7}, {3, 12}};

@@ -1,6 +1,5 @@
 @echo off
-rem Builds the sources of the kit with MSVC, where it is installed, and runs their tests. What comes of it is written to
-rem report-msvc.txt beside this file.
+rem Builds the kit's sources with MSVC, if it is installed, and runs their tests. Writes report-msvc.txt to this folder.
 setlocal
 set "kit=%~dp0"
 set "report=%kit%report-msvc.txt"
@@ -30,5 +29,5 @@ echo %verdict% The report is "%report%"
 exit /b 1
 
 :none
-echo MSVC is not installed here: the component "MSVC x64/x86 build tools" is what it takes.
+echo MSVC is not installed: this needs the component "MSVC x64/x86 build tools".
 exit /b 2

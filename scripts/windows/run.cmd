@@ -1,5 +1,5 @@
 @echo off
-rem Runs every program of the kit and writes what they say to report.txt beside this file.
+rem Runs every program of the kit and writes their output to report.txt in this folder.
 setlocal
 set "kit=%~dp0"
 set "report=%kit%report.txt"

@@ -20,5 +20,5 @@ file(WRITE ${WORK}/settings.cfg "[Mail]\nPort=25\n")
 execute_process(COMMAND ${EMULATOR} ${tree}/bin/corvane-config.exe ${WORK}/settings.cfg get mail:port
   OUTPUT_VARIABLE said OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 if(NOT said STREQUAL "25")
-  message(FATAL_ERROR "the unpacked program said '${said}'")
+  message(FATAL_ERROR "the unpacked program printed '${said}'")
 endif()
