@@ -34,13 +34,25 @@ FirstSection::FirstSection(const std::string& path, const std::string& section, 
     const std::string header = (endsMidLine ? lineEnd : "") + "[" + section + "]" + lineEnd;
     m_sizeBefore = text.size();
     m_sizeAfter = text.size() + header.size();
-    WriteText(path, header, true);
+    try {
+        WriteText(path, header, true);
+    } catch (...) {
+        Undo();
+        throw;
+    }
 }
 
 FirstSection::~FirstSection() {
+    if (!m_keep && m_sizeAfter > 0)
+        Undo();
+}
+
+// Leaves a file alone that another program has changed since.
+void FirstSection::Undo() {
     std::error_code ignored;
     const std::filesystem::path file = ToPath(m_path);
-    if (m_keep || m_sizeAfter == 0 || std::filesystem::file_size(file, ignored) != m_sizeAfter)
+    const std::uintmax_t size = std::filesystem::file_size(file, ignored);
+    if (size < m_sizeBefore || size > m_sizeAfter)
         return;
     if (m_created)
         std::filesystem::remove(file, ignored);

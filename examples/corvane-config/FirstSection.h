@@ -7,7 +7,7 @@
 class FirstSection {
 public:
     /// With `create` makes the file if there is none. Appends the header [section] to a file that has no
-    /// section, and leaves any other file alone. Throws Failure.
+    /// section, and leaves any other file alone. Throws Failure, with nothing changed.
     FirstSection(const std::string& path, const std::string& section, bool create);
     FirstSection(const FirstSection&) = delete;
     FirstSection& operator=(const FirstSection&) = delete;
@@ -17,6 +17,8 @@ public:
     void Keep() { m_keep = true; }
 
 private:
+    void Undo();
+
     std::string m_path;
     std::uintmax_t m_sizeBefore = 0;
     std::uintmax_t m_sizeAfter = 0;
