@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Shows the figures of own.json and peers.json in a folder beside other libraries': report.py FOLDER [--docs].
+"""Compares the figures of own.json and peers.json in a folder: report.py FOLDER [--docs].
 
-Prints the tables; with --docs also enters them in docs/performance.md and draws docs/performance.svg."""
+Prints the tables; with --docs also updates docs/performance.md and docs/performance.svg."""
 import json
 import math
 import pathlib
@@ -38,7 +38,7 @@ class Figures:
         self.own = {b["run_name"]: b for b in own["benchmarks"] if b.get("aggregate_name") == "median"}
 
     def others(self, column, chosen=FASTEST):
-        """The figures of the libraries beside corvane, by name."""
+        """The figures of the other libraries, by name."""
         return {peer: figure for (peer, measure), figure in self.median.items()
                 if measure == column and peer != "corvane" and not peer.startswith("floor")
                 and (chosen is FASTEST or peer in chosen)}
@@ -67,7 +67,7 @@ def beside_others(figures):
 
 
 def beside_the_system(figures):
-    """What corvane adds to the bare operations of the system, and what a second thread brings."""
+    """The cost of corvane on top of the system's own operations, and the rate of two threads."""
     rows = [("work", "corvane", "the system alone", "difference")]
     for tags in (1000, 100000):
         write = figures.own[f"WriteThrough/{tags}/iterations:25/manual_time"]
@@ -166,16 +166,16 @@ def picture(figures):
         legend.append(f'<circle class="{kind}" cx="{x + 8}" cy="{y + 46:.1f}" r="{RADIUS}"/><text class="letter" '
                       f'x="{x + 8}" y="{y + 50:.1f}">{letter}</text><text class="quiet" x="{x + 21}" y="{y + 50:.1f}">{name}</text>')
         x += 33 + 6.4 * len(name)
-    notes = ("Green holds UTF-16, as corvane does; blue holds UTF-8. A dashed disc is a write that may be lost in a power cut.",
-             "SimpleIni is shown in the better of its two forms, with and without regard to letter case.", figures.machine)
+    notes = ("Green libraries store UTF-16, as corvane does; blue ones store UTF-8. A dashed disc is a write that a power failure may lose.",
+             "SimpleIni is shown in the better of its two forms, case-sensitive and case-insensitive.", figures.machine)
     foot = "".join(f'<text class="quiet" x="16" y="{y + 76 + 18 * i:.1f}">{note}</text>' for i, note in enumerate(notes))
     total = y + 76 + 18 * len(notes)
     return f"""<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {WIDTH} {total:.0f}" role="img">
-<title>corvane beside other configuration libraries</title><style>{STYLE}</style>
+<title>corvane compared with other configuration libraries</title><style>{STYLE}</style>
 <rect class="back" width="{WIDTH}" height="{total:.0f}" rx="8"/>
-<text class="title" x="16" y="34">corvane beside other configuration libraries</text>
-<text class="quiet" x="16" y="56">How many times corvane's figure each one takes, on a logarithmic scale. corvane is the diamond at 1 x;</text>
-<text class="quiet" x="16" y="73">what is right of it takes more time or memory, what is left of it, in the shaded part, less.</text>
+<text class="title" x="16" y="34">corvane compared with other configuration libraries</text>
+<text class="quiet" x="16" y="56">Figures relative to corvane's, on a logarithmic scale. The diamond at 1 x is corvane; libraries to the right of it</text>
+<text class="quiet" x="16" y="73">take more time or memory, libraries to the left, in the shaded area, less.</text>
 <text class="figure" x="{LEFT - 14}" y="96">corvane takes</text>
 {chr(10).join(back + body + legend)}
 {foot}
@@ -184,7 +184,7 @@ def picture(figures):
 
 
 def enter(document, text):
-    """Puts the text between the two marks in the document."""
+    """Replaces the text between the two marks in the document."""
     begin, end = "<!-- figures -->\n", "<!-- end of figures -->\n"
     content = document.read_text()
     front, rest = content.split(begin)

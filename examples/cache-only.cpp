@@ -1,4 +1,4 @@
-// A value that lives in the cache alone outlives a reload, and no file sees it: cache-only FILE
+// Keeps a value in the cache only, so that it survives a reload and never reaches the file: cache-only FILE
 #include <corvane/config.h>
 
 #include <iostream>

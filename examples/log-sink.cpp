@@ -1,4 +1,4 @@
-// Sends the library's log where the program's own goes: log-sink FILE
+// Sends the library's log to the program's own log: log-sink FILE
 #include <corvane/comfort.h>
 #include <corvane/config.h>
 
@@ -22,9 +22,9 @@ int main(int count, char** arguments) {
 
     ConfigManager config;
     const auto loaded = corvane::Load(config, arguments[1]);
-    const bool found = corvane::Exists(config, "Server:Port"); // this one never logs
+    const bool found = corvane::Exists(config, "Server:Port"); // never logs
     corvane::Get<int>(config, "Server:NotThere");
     const bool set = corvane::Set(config, "NoColonHere", 1);
-    LoggerRegistry::setSink({}); // before the mutex goes
+    LoggerRegistry::setSink({}); // before the mutex is destroyed
     return loaded && found && !set ? 0 : 1;
 }

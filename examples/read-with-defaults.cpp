@@ -1,4 +1,4 @@
-// Reads typed settings, each with a default, and says where one makes no sense: read-with-defaults FILE
+// Reads typed settings with defaults, and reports an invalid one: read-with-defaults FILE
 #include <corvane/comfort.h>
 
 #include <iostream>
@@ -32,7 +32,7 @@ int main(int count, char** arguments) {
               << "backup is " << (server.backup ? "on" : "off") << ", timeout " << server.timeout.count()
               << " s\n";
 
-    // Without a default, a value that is missing or makes no sense is nothing.
+    // Without a default, a missing or invalid value is std::nullopt.
     if (!corvane::Get<int>(config, "Storage:Compression"))
         std::cout << "Storage:Compression is no number\n";
     return 0;

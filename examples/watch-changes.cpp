@@ -1,4 +1,4 @@
-// Takes a change over that another program makes to the file: watch-changes FILE
+// Reloads the file when another program has changed it: watch-changes FILE
 #include <corvane/comfort.h>
 
 #include <chrono>
@@ -7,15 +7,15 @@
 
 namespace {
 
-// What another program does meanwhile.
+// Stands for another program.
 void ChangeElsewhere(const std::string& file) {
     ConfigManager other;
     if (!corvane::Load(other, file) || !corvane::Set(other, "Server:Backlog", 256))
         std::cout << "the change was refused\n";
 }
 
-// What a program does from time to time: a change is seen even if it came in the moment of the last load, and
-// one that could not be loaded, because somebody held the file, is loaded later.
+// Refresh, called from time to time, notices every change, even one made during the last load. If the file
+// cannot be loaded, because another program holds it, the next call tries again.
 class Settings {
 public:
     explicit Settings(ConfigManager& config) : m_config(config), m_watch(config) {}

@@ -1,4 +1,4 @@
-// Changes settings, all or none, and shows that they are in the file at once: write-through FILE
+// Writes several settings, all or none, and shows that they are in the file: write-through FILE
 #include <corvane/comfort.h>
 
 #include <iostream>

@@ -10,7 +10,7 @@ std::string NameOf(const ConfigManager& config) {
     return corvane::ToUtf8(config.GetConfigName());
 }
 
-// The library does not say why a copy failed: tries once more.
+// The library does not report why a copy failed, so this tries again.
 std::string ReasonOfFailedCopy(const std::string& file) {
     const std::filesystem::path copy = ToPath(file + ".copy");
     std::error_code error;

@@ -37,7 +37,7 @@ std::string WithSectionRenamed(const std::string& text, const std::string& from,
     return renamed.append(text, copied);
 }
 
-// What the file has to hold then.
+// What the file must contain then.
 Settings WithSectionRenamed(const Settings& settings, const std::string& from, const std::string& to) {
     Settings renamed;
     for (const Section* const section : settings.InOrder())

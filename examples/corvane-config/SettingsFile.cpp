@@ -49,7 +49,7 @@ void Load(ConfigManager& config, const std::string& path) {
         throw Failure(Refused, ReasonOf(loaded));
 }
 
-// Again while another program changes the file, or the values would be of two states of it.
+// Reads again while another program changes the file, so that all values are of one version.
 Settings SettingsFile::Read() {
     corvane::FileWatch watch(m_config);
     Settings settings = ReadSettings(m_config);

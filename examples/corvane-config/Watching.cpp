@@ -38,5 +38,5 @@ ExitCode WatchFile(const CommandLine& line) {
         PrintDifferences(before, now);
         before = std::move(now);
     }
-    return Refused; // nobody takes the output any more
+    return Refused; // the output cannot be written any more
 }

@@ -13,7 +13,7 @@
 
 namespace {
 
-// Anything else would come to the file as another text.
+// Anything else would be changed on its way to the file.
 void RefuseInvalidUtf8(const Arguments& words) {
     for (const std::string& word : words)
         if (const std::string readable = corvane::ToUtf8(corvane::ToWide(word)); readable != word)
