@@ -6,6 +6,6 @@ set(CMAKE_CXX_COMPILER ${triple}-g++-posix)
 set(CMAKE_RC_COMPILER ${triple}-windres)
 include(${CMAKE_CURRENT_LIST_DIR}/toolchain-debian.cmake)
 
-# Nothing of the compiler has to stand beside a program or the library.
+# Programs and the library need no DLL of the compiler.
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static -static-libgcc -static-libstdc++")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "${CMAKE_EXE_LINKER_FLAGS_INIT}")

@@ -6,7 +6,7 @@
 #include <optional>
 
 struct Change {
-    Key key;                          ///< with an empty tag, which is for deletions alone, the section
+    Key key;                          ///< an empty tag means the section, for deletions only
     std::optional<std::string> value; ///< none deletes
 };
 

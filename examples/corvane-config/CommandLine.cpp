@@ -2,7 +2,7 @@
 
 namespace {
 
-// "-" alone and negative numbers are operands.
+// A single "-" and negative numbers are operands.
 bool IsOption(const std::string& word) {
     return word.size() > 1 && word[0] == '-' && (word[1] < '0' || word[1] > '9');
 }

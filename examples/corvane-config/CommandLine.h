@@ -18,7 +18,8 @@ struct CommandLine {
     bool Has(const char* option) const { return options.count(option) != 0; }
 };
 
-/// Sorts the words. Options may stand anywhere before "--". Throws Failure for one that does not exist.
+/// Separates options from operands. Options may appear anywhere before "--". Throws Failure for one that does
+/// not exist.
 CommandLine Parse(const Arguments& words);
 
 /// Finds the command and checks its options and arguments. Throws Failure.

@@ -15,7 +15,7 @@ struct Command {
     Target target;
     const char* name;
     const char* parameters; ///< "KEY VALUE [KEY VALUE ...]": optional ones in brackets, "..." repeats them
-    const char* options;    ///< those that it takes, beside the common ones: "--sorted --format"
+    const char* options;    ///< its options in addition to the common ones: "--sorted --format"
     const char* help;
     ExitCode (*run)(const CommandLine&);
 };

@@ -14,7 +14,7 @@ struct Candidate {
 };
 using Candidates = std::vector<Candidate>;
 
-constexpr const char* files = ""; // a candidate that stands for all names of files
+constexpr const char* files = ""; // a candidate that means any file name
 
 char Lower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;

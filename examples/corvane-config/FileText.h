@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-/// What may stand around names and values without being part of them.
+/// The characters around names and values that are not part of them.
 inline constexpr const char* blanks = " \t";
 
 std::string Trimmed(const std::string& text);
@@ -19,7 +19,7 @@ std::string ReadText(const std::string& file);
 /// Replaces the content, or with `append` adds to it. Throws Failure.
 void WriteText(const std::string& file, const std::string& text, bool append = false);
 
-/// Where the name of a section stands in the text.
+/// The position of a section's name in the text.
 struct HeaderName {
     std::size_t begin;
     std::size_t length;

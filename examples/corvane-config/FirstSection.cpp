@@ -47,7 +47,7 @@ FirstSection::~FirstSection() {
         Undo();
 }
 
-// Leaves a file alone that another program has changed since.
+// Does nothing if another program has changed the file since.
 void FirstSection::Undo() {
     std::error_code ignored;
     const std::filesystem::path file = ToPath(m_path);

@@ -1,4 +1,4 @@
-// A file needs a section to be loaded. This gives a new or empty one its first.
+// Adds the first section to a new or empty file, which could not be loaded without one.
 #pragma once
 
 #include <cstdint>
@@ -6,12 +6,12 @@
 
 class FirstSection {
 public:
-    /// With `create` makes the file if there is none. Appends the header [section] to a file that has no
-    /// section, and leaves any other file alone. Throws Failure, with nothing changed.
+    /// With `create`, creates the file if it does not exist. Appends the header [section] to a file that has
+    /// no section; does not change any other file. Throws Failure, with nothing changed.
     FirstSection(const std::string& path, const std::string& section, bool create);
     FirstSection(const FirstSection&) = delete;
     FirstSection& operator=(const FirstSection&) = delete;
-    /// Takes back what the constructor did, unless Keep was called.
+    /// Undoes what the constructor did, unless Keep was called.
     ~FirstSection();
 
     void Keep() { m_keep = true; }

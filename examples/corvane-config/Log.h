@@ -11,8 +11,8 @@ void ReceiveLog(bool print);
 /// " (No space left on device)" for the last error of the system that was logged; empty if there was none.
 std::string LoggedReason();
 
-/// While it lives, a write to `source` is tried again only if the file is busy: no other error passes by
-/// itself.
+/// During its lifetime, a write to `source` is retried only if the file is busy: no other error goes away by
+/// waiting.
 class RetryWhileBusy {
 public:
     explicit RetryWhileBusy(IConfigSource& source);

@@ -45,12 +45,12 @@ const std::string& PathOf(const CommandLine& line) {
 
 } // namespace
 
-// Asks for the length first, and again if the text has grown meanwhile.
+// Asks for the length first, and again if the text has grown in the meantime.
 ExitCode GetRegistryText(const CommandLine& line) {
     const std::string& readablePath = PathOf(line);
     const wstring path = ToWide(readablePath);
     const wstring name = ToWide(line.arguments[1]);
-    // A default tells a missing value, which gives its length, from an empty one.
+    // With a default, a missing value returns the default's length and an empty one returns 0.
     const wstring missing = CORVANE_TEXT("?");
     wstring text(1, 0);
     corvane::ulong length = 0;

@@ -1,11 +1,11 @@
-// A changed copy that takes the place of a settings file, if the file is still the one that was copied.
+// A changed copy that replaces a settings file, unless the file has changed since it was copied.
 #pragma once
 
 #include "SettingsFile.h"
 
 class Replacement {
 public:
-    /// Copies the file beside itself. Throws Failure.
+    /// Copies the file to its folder. Throws Failure.
     explicit Replacement(SettingsFile& file);
     Replacement(const Replacement&) = delete;
     Replacement& operator=(const Replacement&) = delete;
@@ -16,8 +16,8 @@ public:
     /// The text as it was copied.
     const std::string& Original() const { return m_original; }
 
-    /// Puts the copy in the file's place. Throws Failure, and keeps the copy, if it cannot be loaded or the
-    /// file has changed meanwhile.
+    /// Replaces the file with the copy. Throws Failure, and keeps the copy, if it cannot be loaded or the
+    /// file has changed in the meantime.
     void Commit();
 
 private:
@@ -29,7 +29,7 @@ private:
     bool m_keep = false;
 };
 
-/// Copies the file and gives the name of the copy. Throws Failure.
+/// Copies the file and returns the name of the copy. Throws Failure.
 std::string Snapshot(ConfigManager& config);
 
 /// Replaces the file with a copy that can be loaded. Throws Failure.

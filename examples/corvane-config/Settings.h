@@ -1,5 +1,5 @@
-// All that a settings file holds, also what no key reaches: empty values, sections with a colon, repeated
-// tags.
+// The whole content of a settings file, including what no key reaches: empty values, sections with a colon,
+// repeated tags.
 #pragma once
 
 #include <corvane/config.h>
@@ -8,11 +8,11 @@
 #include <string>
 #include <vector>
 
-/// Items with a name, in the order in which they were added. Letter case does not count in a look-up.
+/// Items with a name, in the order in which they were added. Lookups ignore letter case.
 template <class Item>
 class NamedList {
 public:
-    /// Adds an item, or gives the one that has that name already.
+    /// Adds an item, or returns the existing one of that name.
     Item& Add(const std::string& name) {
         const auto [place, isNew] = m_places.emplace(corvane::ToWide(name), m_items.size());
         if (isNew)
@@ -20,7 +20,7 @@ public:
         return m_items[place->second];
     }
 
-    /// Null if there is none.
+    /// The item of that name, or null.
     const Item* Find(const std::string& name) const {
         const auto place = m_places.find(corvane::ToWide(name));
         return place == m_places.end() ? nullptr : &m_items[place->second];

@@ -14,7 +14,7 @@ struct Key {
 
 /// Splits SECTION:TAG. Throws Failure if it has no colon or a part is empty.
 Key ParseKey(const std::string& text);
-/// The same, but SECTION: stands for the section.
+/// The same, but SECTION: means the section.
 Key ParseKeyOrSection(const std::string& text);
 
 /// Loads `path`. Throws Failure.
@@ -29,7 +29,7 @@ public:
     explicit SettingsFile(const std::string& path) { Load(m_config, path); }
 
     ConfigManager& Config() { return m_config; }
-    /// What the file holds now, at one moment.
+    /// The current content of the file, all of one version.
     Settings Read();
 
 private:

@@ -13,5 +13,5 @@ const char* DefaultEditor();
 /// Runs the command line `editor` with `file` as its last argument. Returns whether it succeeded.
 bool RunEditor(const std::string& editor, const std::string& file);
 
-/// Makes an empty file that its owner alone may read and write; std::errc::file_exists if there is one.
+/// Creates an empty file with access for its owner only; std::errc::file_exists if it exists.
 std::error_code MakePrivateFile(const std::string& path);
