@@ -67,7 +67,7 @@ std::size_t SectionsBeforeMain() {
 struct Early {
     std::size_t sections = SectionsBeforeMain();
 };
-__attribute__((init_priority(101))) const Early early;
+[[gnu::init_priority(101)]] const Early early; // MSVC passes over it
 
 TEST(Application, AnswersBeforeMain) {
     EXPECT_EQ(early.sections, 0U);
