@@ -4,7 +4,7 @@
 
 namespace corvane {
 
-SectionMap::Section* SectionMap::Find(const wstring& name) noexcept {
+const SectionMap::Section* SectionMap::Find(const wstring& name) const noexcept {
     const auto found = m_sections.find(name);
     return found == m_sections.end() ? nullptr : &*found;
 }
@@ -23,22 +23,22 @@ const std::vector<const SectionMap::Section*>& SectionMap::Ordered() const {
 }
 
 void SectionMap::Insert(const wstring& name, TagMap tags) {
-    m_order.clear();
+    Changed();
     m_sections.try_emplace(name, std::move(tags));
 }
 
 void SectionMap::InsertCopy(const wstring& name, const TagMap& tags) {
-    m_order.clear();
+    Changed();
     m_sections.try_emplace(name, tags, &m_arena);
 }
 
 void SectionMap::Erase(const Section& section) noexcept {
-    m_order.clear();
+    Changed();
     m_sections.erase(m_sections.find(section.first));
 }
 
 void SectionMap::Replace(SectionMap& sections) noexcept {
-    m_order.clear();
+    Changed();
     while (!sections.m_sections.empty()) {
         auto section = sections.m_sections.extract(sections.m_sections.begin());
         m_sections.erase(section.key());

@@ -24,10 +24,14 @@ public:
     bool Empty() const noexcept { return m_sections.empty(); }
 
     /// The section, whose address is stable until it is erased, or null.
-    Section* Find(const wstring& name) noexcept;
-    const Section* Find(const wstring& name) const noexcept {
-        return const_cast<SectionMap*>(this)->Find(name);
+    Section* Find(const wstring& name) noexcept {
+        ++m_revision;
+        return const_cast<Section*>(std::as_const(*this).Find(name));
     }
+    const Section* Find(const wstring& name) const noexcept;
+
+    /// Increases with each change and with each look-up that allows one.
+    std::uint64_t Revision() const noexcept { return m_revision; }
 
     /// All sections, sorted by name; valid until the next change.
     const std::vector<const Section*>& Ordered() const;
@@ -56,9 +60,15 @@ private:
         bool operator()(const wstring& a, const wstring& b) const noexcept { return SameIgnoringCase(a, b); }
     };
 
+    void Changed() noexcept {
+        m_order.clear();
+        ++m_revision;
+    }
+
     Arena m_arena;
     std::unordered_map<wstring, TagMap, Hash, Equal> m_sections;
     mutable std::vector<const Section*> m_order; // computed on demand; empty until then
+    std::uint64_t m_revision = 0;
 };
 
 } // namespace corvane

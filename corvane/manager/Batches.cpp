@@ -32,7 +32,7 @@ public:
                 return &changes[i].key;
         }
         m_cache.Reserve(m_cache.Size() + m_sections.Size());
-        for (const auto* section : m_sections.Ordered()) {
+        for (const auto* section : m_reduced) {
             if (section->second.Empty())
                 m_emptied.emplace_back(section->first.c_str()); // up to a NUL
         }
@@ -67,7 +67,7 @@ private:
         if (!cacheOnly)
             m_forSource.push_back({name + CORVANE_TEXT(':') + StoredTag(section), sourceText});
         if (section)
-            Change(section->second, change.value, cacheOnly);
+            Change(*section, change.value, cacheOnly);
         return true;
     }
 
@@ -76,20 +76,25 @@ private:
         return tag ? wstring(tag->name) : m_parts.tag;
     }
 
-    void Change(TagMap& tags, const std::optional<wstring>& value, bool cacheOnly) {
-        if (value)
+    void Change(SectionMap::Section& section, const std::optional<wstring>& value, bool cacheOnly) {
+        TagMap& tags = section.second;
+        if (value) {
             tags.Assign(m_parts.tag, {*value, cacheOnly});
-        else if (!m_parts.HasTag())
-            tags = TagMap();
-        else
+            return;
+        }
+        m_reduced.push_back(&section);
+        if (m_parts.HasTag())
             tags.Erase(m_parts.tag);
+        else
+            tags = TagMap();
     }
 
     SectionMap& m_cache;
     std::set<wstring>& m_cacheOnlySections;
     IConfigSource& m_source;
     corvane::KeyParts m_parts;
-    SectionMap m_sections; // the changed sections in their new state
+    SectionMap m_sections;                             // the changed sections in their new state
+    std::vector<const SectionMap::Section*> m_reduced; // by deletions
     std::vector<wstring> m_emptied;
     Changes m_forSource;
 };
@@ -124,20 +129,24 @@ int ConfigManager::ApplyChangesAs(const Changes& changes, const Changes& forSour
 
     if (!batch.ForSource().empty()) {
         const auto source = m_source; // kept alive even if a log sink makes the program load
+        const auto* const cache = m_cache.get();
+        const std::uint64_t revision = cache->Revision();
         const std::int32_t written = source->WriteChanges(batch.ForSource());
         if (written == 0 || written == FAILURE_GENERAL)
             return Fail(function, __LINE__);
         if (!corvane::StillLoaded(m_source.get(), *source))
             return 0; // the cache now belongs to another configuration
-        // A log sink may have reloaded the file or changed the cache meanwhile.
-        try {
-            Batch again(*m_cache, m_cacheOnlySections, *m_source);
-            if (!again.Add(changes, forSource))
-                again.Commit();
-            return 0;
-        } catch (const std::bad_alloc&) {
-            if (m_source != source)
-                return 0; // the cache was reloaded after the changes were written
+        const bool isSameCache = m_source == source && m_cache.get() == cache;
+        if (!isSameCache || cache->Revision() != revision) { // by a log sink
+            try {
+                Batch again(*m_cache, m_cacheOnlySections, *m_source);
+                if (!again.Add(changes, forSource))
+                    again.Commit();
+                return 0;
+            } catch (const std::bad_alloc&) {
+                if (!isSameCache)
+                    return 0; // the cache was reloaded after the changes were written
+            }
         }
     }
     batch.Commit();

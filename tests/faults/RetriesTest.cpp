@@ -118,4 +118,20 @@ TEST_F(Retries, ChangeTheCacheOfTheirOwnFileAlone) {
     }
 }
 
+TEST_F(Retries, OfABatchKeepWhatIsCachedMeanwhile) {
+    Start("[Mail]\nPort=25\n");
+    ASSERT_EQ(Set("Own:a", "1", true), 0);
+    const int holder = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_EQ(::flock(holder, LOCK_EX), 0);
+    LoggerRegistry::setSink([&](const LogLine&) {
+        ::flock(holder, LOCK_UN);
+        Set("Own:b", "2");
+    });
+    faults::Begin({});
+    EXPECT_EQ(manager.ApplyChanges({{u"Mail:Port", u"26"}, {u"Own:c", u"3"}}), 0);
+    EXPECT_EQ(faults::End().secondsSlept, 1);
+    ::close(holder);
+    EXPECT_EQ(List("Own:"), "a,b,c");
+}
+
 } // namespace

@@ -197,8 +197,12 @@ bool SameName(std::string_view a, std::string_view b) noexcept {
     if (a == b)
         return true;
     while (!a.empty() && !b.empty()) {
-        if (ConsumeFolded(a) != ConsumeFolded(b))
+        if (a.front() == b.front() && IsAscii(a.front())) {
+            a.remove_prefix(1);
+            b.remove_prefix(1);
+        } else if (ConsumeFolded(a) != ConsumeFolded(b)) {
             return false;
+        }
     }
     return a.empty() && b.empty();
 }
