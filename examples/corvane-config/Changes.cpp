@@ -33,6 +33,5 @@ void Make(const std::vector<Change>& changes, SettingsFile& file, bool ignoreMis
     ConfigManager& config = file.Config();
     const RetryWhileBusy retries(*config.GetConfigSource());
     if (!corvane::Write(config, batch))
-        throw Failure(Refused,
-                      "cannot write '" + corvane::ToUtf8(config.GetConfigName()) + "'" + LoggedReason());
+        throw Failure(Refused, "cannot write '" + NameOf(config) + "'" + LoggedReason());
 }

@@ -6,10 +6,6 @@
 
 namespace {
 
-std::string NameOf(const ConfigManager& config) {
-    return corvane::ToUtf8(config.GetConfigName());
-}
-
 // The library does not report why a copy failed, so this tries again.
 std::string ReasonOfFailedCopy(const std::string& file) {
     const std::filesystem::path copy = ToPath(file + ".copy");

@@ -36,6 +36,11 @@ Key ParseKey(const std::string& text) {
     return key;
 }
 
+std::string NameOf(const ConfigManager& config) {
+    const std::string name = corvane::ToUtf8(config.GetConfigName());
+    return name.compare(0, 2, "./") == 0 ? name.substr(2) : name;
+}
+
 std::string ReasonOf(const corvane::LoadResult& failed) {
     std::string reason = failed.reason;
     const std::size_t prefix = reason.find("'./");

@@ -20,7 +20,10 @@ Key ParseKeyOrSection(const std::string& text);
 /// Loads `path`. Throws Failure.
 void Load(ConfigManager& config, const std::string& path);
 
-/// The error text of a failure, with the path as it was given.
+/// The path of the loaded file, without a leading "./".
+std::string NameOf(const ConfigManager& config);
+
+/// The error text of a failure, with the path in the same form.
 std::string ReasonOf(const corvane::LoadResult& failed);
 
 class SettingsFile {
