@@ -40,7 +40,8 @@ int ConfigManager::_SetValue(const wstring& key, const wstring& value, const wst
     if (!parts.HasSection() || !parts.HasTag())
         return refuse(__LINE__);
 
-    const bool writeThrough = !cacheOnly && m_cacheOnlySections.count(parts.section.c_str()) == 0;
+    const wstring sectionName(corvane::UpToNul(parts.section));
+    const bool writeThrough = !cacheOnly && m_cacheOnlySections.count(sectionName) == 0;
     if (writeThrough) {
         const auto source = m_source; // kept alive even if a log sink makes the program load
         const std::int32_t written = source->WriteValue(storedKey, sourceText);
@@ -49,7 +50,7 @@ int ConfigManager::_SetValue(const wstring& key, const wstring& value, const wst
         if (!corvane::StillLoaded(m_source.get(), *source))
             return 0; // the cache now belongs to another configuration
     } else {
-        m_cacheOnlySections.insert(parts.section.c_str());
+        m_cacheOnlySections.insert(sectionName);
     }
 
     const ConfigValue entry{value, !writeThrough};

@@ -11,7 +11,9 @@ struct ProfileChange {
     const char* value;
 };
 
-/// Throws std::invalid_argument, with an explanation, for a change that no file could give back.
+/// Throws std::invalid_argument, with an explanation, for a value that could not be read back: one with a
+/// null, empty or blank name, a line break in a name or in the value, a tag that contains '=' or begins with
+/// ';' or '[', a text above longestProfileText. Blanks around names are ignored. Deletions pass.
 void CheckProfileChange(const ProfileChange& change);
 
 } // namespace corvane::platform

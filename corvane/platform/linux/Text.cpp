@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <clocale>
 #include <cstring>
+#include <cwctype>
 
 namespace corvane {
 
@@ -31,6 +33,15 @@ wstring_view AtMost(const wchar* text, std::size_t count) noexcept {
     return {text, length};
 }
 
+// The fallback without a locale: the same for all units but the two letters whose lower case is ASCII.
+wchar WithoutLocale(wchar unit) noexcept {
+    constexpr wchar kelvinSign = 0x212A;
+    constexpr wchar dottedI = 0x130;
+    if (unit == kelvinSign)
+        return 'k';
+    return unit == dottedI ? wchar('i') : wchar(0xFFFD);
+}
+
 } // namespace
 
 int platform::MultiByteToWideChar(unsigned codePage, ulong flags, const char* text, int length, wchar* buffer,
@@ -49,6 +60,15 @@ int platform::MultiByteToWideChar(unsigned codePage, ulong flags, const char* te
     if (room < bytes && room < utf::WideLength(utf8))
         return Refuse(ERROR_INSUFFICIENT_BUFFER);
     return static_cast<int>(utf::ToWide(utf8, buffer));
+}
+
+// Units that any other locale treats as equal are equal in this one; most C libraries include it.
+wchar platform::LowerInvariant(wchar unit) noexcept {
+    static const locale_t unicode = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    if (!unicode)
+        return WithoutLocale(unit);
+    const std::wint_t lower = ::towlower_l(unit, unicode);
+    return lower <= 0xFFFF ? static_cast<wchar>(lower) : unit;
 }
 
 int platform::_wcsicmp(const wchar* a, const wchar* b) noexcept {

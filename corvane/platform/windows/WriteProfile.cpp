@@ -1,27 +1,8 @@
-#include <corvane/platform/ProfileRules.h>
 #include <corvane/platform/windows/HeldProfile.h>
 
 #include <algorithm>
-#include <cstring>
-#include <stdexcept>
 
 namespace corvane {
-namespace {
-
-void RefuseTooLong(const char* text) {
-    if (std::strlen(text) > platform::longestProfileText)
-        throw std::invalid_argument("a profile section, tag or value has at most 32,766 bytes");
-}
-
-} // namespace
-
-void platform::CheckProfileChange(const ProfileChange& change) {
-    if (!change.value)
-        return;
-    RefuseUnreadable(change.section, change.tag, change.value);
-    for (const char* text : {change.section, change.tag, change.value})
-        RefuseTooLong(text);
-}
 
 int platform::WritePrivateProfileStringA(const char* section, const char* tag, const char* value,
                                          const char* file) {

@@ -44,5 +44,7 @@ class CORVANE_LOCK_GUARD ThreadLockGuard
 public:
     /// Waits for the lock.
     explicit ThreadLockGuard(ThreadLock& lock) CORVANE_ACQUIRES(lock) : ScopedResource(lock) {}
+    ThreadLockGuard(const ThreadLockGuard&) = delete;
+    ThreadLockGuard& operator=(const ThreadLockGuard&) = delete;
     ~ThreadLockGuard() CORVANE_RELEASES() override {}
 };

@@ -1,5 +1,4 @@
 #include <corvane/foundations/Utf.h>
-#include <corvane/platform/ProfileRules.h>
 #include <corvane/platform/linux/Errors.h>
 #include <corvane/platform/linux/LinuxPlatform.h>
 #include <corvane/platform/linux/files/FileUpdate.h>
@@ -50,11 +49,6 @@ ulong Write(const std::vector<ProfileEdit>& edits, const std::string& file) {
 }
 
 } // namespace
-
-void platform::CheckProfileChange(const ProfileChange& change) {
-    if (change.value)
-        RefuseUnreadable(change.section, change.tag, change.value);
-}
 
 int platform::WritePrivateProfileChanges(const std::vector<ProfileChange>& changes, const char* file) {
     std::vector<ProfileEdit> edits;

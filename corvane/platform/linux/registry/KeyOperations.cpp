@@ -30,7 +30,7 @@ ulong OpenHandle(KeyFolder folder, ulong access, HKEY* opened) {
     auto key = std::make_shared<OpenKey>();
     key->folder = std::move(folder);
     key->access = access;
-    *opened = AddOpenKey(std::move(key));
+    *opened = AddOpenKey(key);
     return ERROR_SUCCESS;
 }
 

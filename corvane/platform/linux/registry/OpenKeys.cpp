@@ -27,14 +27,14 @@ std::uintptr_t NumberOf(HKEY handle) noexcept {
 
 } // namespace
 
-HKEY AddOpenKey(std::shared_ptr<OpenKey> key) {
+HKEY AddOpenKey(const std::shared_ptr<OpenKey>& key) {
     Table& table = Keys();
     const MutexGuard guard(table.mutex);
     for (;;) {
         table.last += 4;
         // NOLINTNEXTLINE(performance-no-int-to-ptr): a handle points to nothing
         auto* const handle = reinterpret_cast<HKEY>(table.last);
-        if (handle && !IsRoot(handle) && table.keys.try_emplace(table.last, std::move(key)).second)
+        if (handle && !IsRoot(handle) && table.keys.try_emplace(table.last, key).second)
             return handle;
     }
 }

@@ -18,7 +18,7 @@ struct OpenKey {
 };
 
 /// Creates a new handle. Handle numbers are never reused.
-platform::HKEY AddOpenKey(std::shared_ptr<OpenKey> key);
+platform::HKEY AddOpenKey(const std::shared_ptr<OpenKey>& key);
 
 /// The key of an open handle from AddOpenKey; null for any other handle. It stays usable when another thread
 /// closes the handle.

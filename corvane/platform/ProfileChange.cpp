@@ -1,5 +1,6 @@
-#include <corvane/platform/ProfileRules.h>
+#include <corvane/platform/Platform.h>
 
+#include <cstring>
 #include <stdexcept>
 #include <string_view>
 
@@ -19,17 +20,22 @@ bool HasLineBreak(std::string_view text) noexcept {
 
 } // namespace
 
-void RefuseUnreadable(const char* section, const char* tag, const char* value) {
-    const std::string_view sectionName = WithoutLeadingBlanks(section);
-    const std::string_view tagName = WithoutLeadingBlanks(tag);
-    if (sectionName.empty())
+void platform::CheckProfileChange(const ProfileChange& change) {
+    if (!change.value)
+        return;
+    const std::string_view section = WithoutLeadingBlanks(change.section);
+    const std::string_view tag = WithoutLeadingBlanks(change.tag);
+    if (section.empty())
         throw std::invalid_argument("a profile value cannot be written without a section");
-    if (tagName.empty())
+    if (tag.empty())
         throw std::invalid_argument("a profile value cannot be written without a tag");
-    if (HasLineBreak(sectionName) || HasLineBreak(tagName) || HasLineBreak(value))
+    if (HasLineBreak(section) || HasLineBreak(tag) || HasLineBreak(change.value))
         throw std::invalid_argument("a line break cannot stand in a profile section, tag or value");
-    if (tagName.find('=') != std::string_view::npos || tagName.front() == ';' || tagName.front() == '[')
+    if (tag.find('=') != std::string_view::npos || tag.front() == ';' || tag.front() == '[')
         throw std::invalid_argument("a profile tag cannot begin with ';' or '[', nor have '=' in it");
+    for (const char* const text : {change.section, change.tag, change.value})
+        if (std::strlen(text) > longestProfileText)
+            throw std::invalid_argument("a profile section, tag or value is too long");
 }
 
 } // namespace corvane
