@@ -17,8 +17,8 @@ using corvane::wstring_view;
 
 namespace {
 
-// The bytes filled by a read operation. The length of a text is only known once it fits, so the buffer
-// doubles until it does.
+// The bytes filled by a read operation. The length of a text is only known once it fits, so the buffer is
+// enlarged until it does.
 class ReadBuffer {
 public:
     // cppcheck-suppress uninitMemberVar ; Clear fills what a read needs cleared

@@ -15,9 +15,9 @@ struct [[nodiscard]] LoadResult {
 };
 
 /// Loads the settings file at `path`, which this process must be allowed to read and write. A file that is
-/// loaded already is loaded again only if its modification time is later, in whole seconds, than at the load
+/// already loaded is loaded again only if its modification time is later, in whole seconds, than at the load
 /// or at this manager's last write; to be sure to see changes by others, use Reload or FileWatch. After a
-/// failure the manager keeps what it had. The reason is determined by examining the file after the failure.
+/// failure the manager keeps what it had, and the file is examined again to explain it.
 CORVANE_API LoadResult Load(ConfigManager& config, std::string_view path);
 
 /// Loads the manager's file again, even if it was not modified. FileWatch tells when to call it.
