@@ -22,7 +22,7 @@ const std::vector<const SectionMap::Section*>& SectionMap::Ordered() const {
     return m_order;
 }
 
-void SectionMap::Insert(const wstring& name, TagMap tags) {
+void SectionMap::Insert(const wstring& name, TagMap&& tags) {
     Changed();
     m_sections.try_emplace(name, std::move(tags));
 }

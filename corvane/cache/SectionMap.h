@@ -40,7 +40,7 @@ public:
     void Reserve(std::size_t sections) { m_sections.reserve(sections); }
 
     /// Adds a section; does nothing if the name exists.
-    void Insert(const wstring& name, TagMap tags);
+    void Insert(const wstring& name, TagMap&& tags);
 
     /// The same with a copy of `tags` in large blocks of memory, for the many sections of a load.
     void InsertCopy(const wstring& name, const TagMap& tags);

@@ -7,7 +7,7 @@ void ConfigManager::PreserveCacheOnlyValues(SectionMap& preserved, const Section
                                             const bool& newName) {
     const auto* const reserved = cache.Find(corvane::reservedSection);
     if (newName && reserved) {
-        preserved.Insert(reserved->first, reserved->second);
+        preserved.Insert(reserved->first, TagMap(reserved->second));
         return;
     }
     for (const auto* const section : cache.Ordered()) {
@@ -27,7 +27,7 @@ void ConfigManager::RestoreCacheOnlyValues(const SectionMap& preserved, SectionM
         const auto& [name, tags] = *section;
         if (corvane::IsReserved(name)) {
             if (!tags.Empty())
-                cache.Insert(name, tags);
+                cache.Insert(name, TagMap(tags));
         } else if (auto* const loaded = cache.Find(name)) {
             for (const auto& tag : tags)
                 loaded->second.Insert(tag.name, {corvane::wstring(tag.value), true});

@@ -96,7 +96,7 @@ TEST_F(CacheTables, KeepTheTagsOfEachSection) {
         if (!section) {
             TagMap tags;
             Change(tags, models[name]);
-            Below(2) ? sections.Insert(name, tags) : sections.InsertCopy(name, tags);
+            Below(2) ? sections.Insert(name, TagMap(tags)) : sections.InsertCopy(name, tags);
         } else if (Below(4) == 0) {
             sections.Erase(*section);
             models.erase(name);
