@@ -149,9 +149,7 @@ TEST_F(Comfort, SaysWhatItRefuses) {
     Start("[S]\nt=1\n");
     Set("Token:a", "1", true);
     const struct {
-        const char* key;
-        const char* text;
-        const char* why;
+        const char *key, *text, *why;
     } rows[] = {
         {"S", "x", "a key is a section, a colon and a tag"},
         {"S:", "x", "a key is a section, a colon and a tag"},
@@ -217,9 +215,8 @@ TEST_F(Comfort, LoadsTheFileOfThatVeryName) {
 
 TEST_F(Comfort, WatchMissesNoChange) {
     constexpr std::int64_t whole = 5'000'000'000; // as if from a file system with times in seconds
-    EXPECT_TRUE(!corvane::HasSettled(whole, whole + 1'900'000'000) && corvane::HasSettled(whole, 2 * whole));
-    EXPECT_TRUE(!corvane::HasSettled(whole + 1, whole) &&
-                corvane::HasSettled(whole + 1, whole + 100'000'000));
+    EXPECT_TRUE(corvane::IsRacy(whole, whole + 1'900'000'000) && !corvane::IsRacy(whole, 2 * whole));
+    EXPECT_TRUE(corvane::IsRacy(whole + 1, 0) && !corvane::IsRacy(whole + 1, whole + 100'000'000));
     EXPECT_FALSE(corvane::FileWatch(manager).Differs());
     Start("[S]\nt=000\n");
     WriteFile(file, "[S]\nt=001\n"); // before there is a watch

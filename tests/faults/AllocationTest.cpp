@@ -60,6 +60,16 @@ protected:
         return answered;
     }
 
+    template <class Operation>
+    static void WithAllocations(long count, Operation operation) {
+        allowed = count;
+        try {
+            operation();
+        } catch (const std::bad_alloc&) {
+        }
+        allowed = -1;
+    }
+
     /// Runs `operation` with one allocation more each time, until it gives 0; before that the manager has to
     /// stay as it was, and the file too if both change as one.
     template <class Operation>
@@ -68,12 +78,7 @@ protected:
         const std::string bytes = Bytes(file);
         int result = 1;
         for (long count = 0; result != 0; ++count) {
-            allowed = count;
-            try {
-                result = operation();
-            } catch (const std::bad_alloc&) {
-            }
-            allowed = -1;
+            WithAllocations(count, [&] { result = operation(); });
             ASSERT_TRUE(result == 0 ? count > 0 : StateOf(manager) == before) << count;
             ASSERT_TRUE(!bothAsOne || (Bytes(file) == bytes) == (result != 0)) << count;
             ASSERT_TRUE(LockIsFree());
@@ -119,12 +124,7 @@ TEST_F(Allocation, FailingLeavesNoSourceThatOnlyWrites) {
     bool isReady = false;
     for (long count = 0; !isReady || count < 10; ++count) {
         std::unique_ptr<IConfigSource> source;
-        allowed = count;
-        try {
-            source.reset(CreateConfigSource(path.c_str()));
-        } catch (const std::bad_alloc&) {
-        }
-        allowed = -1;
+        WithAllocations(count, [&] { source.reset(CreateConfigSource(path.c_str())); });
         isReady = source && source->IsReady();
         wstring text;
         EXPECT_TRUE(!isReady || (source->ReadValue(key, text) == 3000 && text.size() == 3000)) << count;
@@ -136,13 +136,11 @@ TEST_F(Allocation, IsNotNeededToReport) {
     for (const bool isLacking : {false, true}) {
         testing::internal::CaptureStderr();
         const long before = allocations;
-        allowed = isLacking ? 0 : -1;
-        const auto code = failure_report(5, value.c_str(), configChannel, "F::G", 1);
-        allowed = -1;
+        WithAllocations(isLacking ? 0 : -1,
+                        [this] { EXPECT_EQ(failure_report(5, value.c_str(), configChannel, "F::G", 1), 5); });
         EXPECT_EQ(allocations, before);
         EXPECT_EQ(testing::internal::GetCapturedStderr(),
                   "corvane.config: Error 5 \"" + corvane::ToUtf8(value) + "\" at func: F::G line: 1\n");
-        EXPECT_EQ(code, 5);
     }
 }
 
@@ -168,12 +166,7 @@ TEST_F(Allocation, FailingLeavesTheNoteOfACacheOnlySection) {
     const wstring cached = CORVANE_TEXT("New cached one, long:tag");
     bool noted = false;
     for (long count = 0;; ++count) {
-        allowed = count;
-        try {
-            manager.SetValue(cached, value, true);
-        } catch (const std::bad_alloc&) {
-        }
-        allowed = -1;
+        WithAllocations(count, [&] { manager.SetValue(cached, value, true); });
         if (manager.Exists(cached))
             break;
         ASSERT_EQ(manager.SetValue(cached, value), 0);

@@ -22,6 +22,7 @@
 #include <sys/random.h>
 #include <sys/stat.h>
 #include <sys/uio.h>
+#include <sys/vfs.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 #include <utility>
@@ -37,24 +38,23 @@ std::atomic<std::int64_t> slept{0};            // nanoseconds
 off_t reserved = 0;
 std::map<ino_t, bool> unflushed; // what was changed since it was flushed last, and whether in place
 
-bool IsTheOne(std::string_view name) noexcept {
-    if (!active || ++outcome.calls != plan.n)
-        return false;
-    outcome.name = name;
-    return outcome.struck = true;
-}
-
 /// Whether the call of that name has to fail.
 bool Strikes(std::string_view name) noexcept {
-    const bool now = IsTheOne(name);
+    if (!active)
+        return false;
+    const bool now = ++outcome.calls == plan.n;
+    if (now) {
+        outcome.name = name;
+        outcome.struck = true;
+    }
     if (now && plan.kind == Kind::Kill)
         ::raise(SIGKILL);
-    if (active && plan.kind == Kind::Meddle && (now || outcome.calls == plan.n + 1)) {
+    if (plan.kind == Kind::Meddle && (now || outcome.calls == plan.n + 1)) {
         active = false;
         plan.meddle();
         active = true;
     }
-    const bool goesOn = active && outcome.struck &&
+    const bool goesOn = outcome.struck &&
                         (plan.kind == Kind::FailOn || (plan.kind == Kind::FailAlike && name == outcome.name));
     const bool fails = goesOn || (now && plan.kind == Kind::Fail);
     outcome.cleanUpFailed = outcome.cleanUpFailed || (fails && name == "unlinkat");
@@ -112,6 +112,11 @@ struct stat StatusOf(int at, std::string_view path) {
 void Claim(struct stat& status) {
     if (active && plan.size != 0)
         status.st_size = plan.size;
+}
+
+void Claim(struct statfs& system) {
+    if (active && plan.fileSystem != 0)
+        system.f_type = static_cast<decltype(system.f_type)>(plan.fileSystem);
 }
 
 /// What takes the place of its old content, as the hard link shows, may not meet a full disk.
@@ -184,6 +189,7 @@ COUNTED_THEN(int, renameat, (int from, const char* a, int to, const char* b), (f
 COUNTED_THEN(int, renameat2, (int from, const char* a, int to, const char* b, unsigned how),
              (from, a, to, b, how), faults::Enter(to, b))
 COUNTED(int, stat, (const char* path, struct stat* status), (path, status))
+COUNTED_THEN(int, statfs, (const char* path, struct statfs* system), (path, system), faults::Claim(*system))
 COUNTED(int, unlinkat, (int at, const char* path, int flags), (at, path, flags))
 COUNTED(int, utimensat, (int at, const char* path, const timespec* times, int how), (at, path, times, how))
 COUNTED(int, fremovexattr, (int file, const char* name), (file, name))

@@ -23,6 +23,7 @@ struct Plan {
     std::function<void()> meddle = {};
     long n = 0;                    ///< counted from 1; 0 for no fault
     off_t size = 0;                ///< that files seem to have, if not 0
+    long fileSystem = 0;           ///< on which files seem to be, if not 0
     bool needsNames = false;       ///< no file can be made without a name
     bool firstNameIsKnown = false; ///< the first random number is 0
 };

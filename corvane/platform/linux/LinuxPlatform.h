@@ -59,6 +59,10 @@ int _wstat64(const wchar* path, _stat64* info) noexcept;
 /// The state of the file at `path`; `error` is an `errno`.
 FileState ExamineFile(const wchar* path) noexcept;
 
+/// Whether the times of the file at `path` may come from another machine's clock. True also when it cannot
+/// be known.
+bool HasRemoteClock(const wchar* path) noexcept;
+
 /// Sets both times of the file to the current time; `times` is always null. 0, or -1 with `errno` set.
 int _wutime64(const wchar* path, const __utimbuf64* times) noexcept;
 

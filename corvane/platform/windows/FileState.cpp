@@ -24,6 +24,13 @@ std::int64_t Now() noexcept {
     return Nanoseconds(Joined(now.dwHighDateTime, now.dwLowDateTime));
 }
 
+using File = Quillon::ScopedResource<HANDLE, CloseFile, Quillon::NoOp<HANDLE>>;
+
+HANDLE OpenForAttributes(const wchar* path) noexcept {
+    return ::CreateFileW(path, FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                         nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+}
+
 FileState Failed() noexcept {
     FileState state;
     state.error = ::GetLastError();
@@ -34,12 +41,10 @@ FileState Failed() noexcept {
 
 FileState platform::ExamineFile(const wchar* path) noexcept {
     const std::int64_t now = Now();
-    const HANDLE opened =
-        ::CreateFileW(path, FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                      nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    const HANDLE opened = OpenForAttributes(path);
     if (opened == INVALID_HANDLE_VALUE)
         return Failed();
-    const Quillon::ScopedResource<HANDLE, CloseFile, Quillon::NoOp<HANDLE>> file(opened);
+    const File file(opened);
     BY_HANDLE_FILE_INFORMATION info{};
     FILE_BASIC_INFO times{};
     if (!::GetFileInformationByHandle(opened, &info) ||
@@ -51,8 +56,19 @@ FileState platform::ExamineFile(const wchar* path) noexcept {
     state.size = static_cast<std::uint64_t>(Joined(info.nFileSizeHigh, info.nFileSizeLow));
     state.modified = Nanoseconds(times.LastWriteTime.QuadPart);
     state.changed = Nanoseconds(times.ChangeTime.QuadPart);
-    state.settled = HasSettled(state.modified, now) && HasSettled(state.changed, now);
+    // FAT keeps no time of change; elsewhere the one of modification can be set by anyone.
+    state.racy = IsRacy(times.ChangeTime.QuadPart == 0 ? state.modified : state.changed, now);
     return state;
+}
+
+// The question is refused for a file that no other machine serves.
+bool platform::HasRemoteClock(const wchar* path) noexcept {
+    const HANDLE opened = OpenForAttributes(path);
+    if (opened == INVALID_HANDLE_VALUE)
+        return true;
+    const File file(opened);
+    FILE_REMOTE_PROTOCOL_INFO info{};
+    return ::GetFileInformationByHandleEx(opened, FileRemoteProtocolInfo, &info, sizeof info) != 0;
 }
 
 } // namespace corvane

@@ -79,6 +79,10 @@ int _vsnwprintf(wchar* buffer, std::size_t count, const wchar* format, std::va_l
 /// The state of the file at `path`; `error` is of the platform's numbers.
 FileState ExamineFile(const wchar* path) noexcept;
 
+/// Whether the times of the file at `path` may come from another machine's clock. True also when it cannot
+/// be known.
+bool HasRemoteClock(const wchar* path) noexcept;
+
 /// The longest section, tag or value that can be written, in bytes. The narrow operations convert their texts
 /// to counted wide ones, whose byte count, terminator included, has 16 bits. Beyond that limit they truncate
 /// a value or remove its tag, and report success.

@@ -4,6 +4,8 @@
 #include <corvane/detail/FileState.h>
 #include <corvane/manager/ConfigManager.h>
 
+#include <chrono>
+
 namespace corvane {
 
 /// Watches the file that a manager has loaded, by its identity, size and times in nanoseconds: a change in
@@ -22,13 +24,19 @@ public:
     CORVANE_API explicit FileWatch(const ConfigManager& config);
 
     /// Whether the file is another than when this last gave true, or than at the load. True also after the
-    /// program's own writes, and once too often if a change is some milliseconds old (on file systems with
-    /// times in seconds, two seconds), since one more could have got the same time; never once too few.
+    /// program's own writes, and too often while a timestamp is racy, since one more change could have got
+    /// the same: for some milliseconds after a change; for two seconds where times are in seconds; and on
+    /// network file systems, whose clock is another, until the first look two seconds after the watch was
+    /// made or saw a change. Never too rarely.
     [[nodiscard]] CORVANE_API bool Differs() noexcept;
 
 private:
+    using Clock = std::chrono::steady_clock;
+
     wstring m_path;
     FileState m_seen;
+    Clock::time_point m_seenSince = Clock::now();
+    Clock::time_point m_lastLook = m_seenSince;
 };
 
 } // namespace corvane

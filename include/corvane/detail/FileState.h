@@ -12,10 +12,8 @@ struct FileState {
     std::uint64_t size = 0;
     std::int64_t modified = 0; ///< nanoseconds since 1970, as is the next
     std::int64_t changed = 0;
-    ulong error = 0; ///< the system's number, 0 for none
-    /// Whether every later change gives another state. Not so when the last change is so recent that one more
-    /// could get the same times.
-    bool settled = true;
+    ulong error = 0;   ///< the system's number, 0 for none
+    bool racy = false; ///< whether its timestamps are; see IsRacy
 };
 
 inline bool operator==(const FileState& a, const FileState& b) noexcept {
@@ -23,12 +21,14 @@ inline bool operator==(const FileState& a, const FileState& b) noexcept {
            a.changed == b.changed && a.error == b.error;
 }
 
-/// Whether a change from `now` on gets another time than `changed`; both are nanoseconds since 1970. File
-/// times move in ticks of at most 16 ms, and some file systems keep them in steps of up to two seconds. A
-/// time that lies ahead is one that no change will get soon.
-inline bool HasSettled(std::int64_t changed, std::int64_t now) noexcept {
-    const std::int64_t window = changed % 1'000'000'000 == 0 ? 2'100'000'000 : 20'000'000;
-    return changed < now - window || changed > now + window;
+/// The coarsest step of file times, with a margin, in nanoseconds.
+inline constexpr std::int64_t coarsestFileTime = 2'100'000'000;
+
+/// Whether the timestamp `changed` is racy at `now`: a later change could get the same. Both are nanoseconds
+/// since 1970 by the same clock. File times move in ticks of at most 16 ms, and some file systems keep them
+/// in steps of up to two seconds.
+inline bool IsRacy(std::int64_t changed, std::int64_t now) noexcept {
+    return changed >= now - (changed % 1'000'000'000 == 0 ? coarsestFileTime : 20'000'000);
 }
 
 } // namespace corvane

@@ -39,7 +39,7 @@ ulong ReadSnapshot(const char* path, struct stat status, FileSnapshot& snapshot)
     for (int i = 0; i < tries; ++i) {
         const std::int64_t now = CoarseNow();
         snapshot.stamp = FileStamp(status);
-        snapshot.racy = !HasSettled(Nanoseconds(snapshot.stamp.changed), now);
+        snapshot.racy = IsRacy(Nanoseconds(snapshot.stamp.changed), now);
         // A change from here on shows in the stamp unless that is racy. So a lock is needed only then, or to
         // wait for a change that has begun.
         if (snapshot.racy || ContentLock::MayBeExclusive(file.Get())) {

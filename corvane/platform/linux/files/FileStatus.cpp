@@ -63,8 +63,12 @@ FileState platform::ExamineFile(const wchar* path) noexcept {
     state.size = static_cast<std::uint64_t>(status.st_size);
     state.modified = os::Nanoseconds(status.st_mtim);
     state.changed = os::Nanoseconds(status.st_ctim);
-    state.settled = HasSettled(state.changed, now);
+    state.racy = IsRacy(state.changed, now);
     return state;
+}
+
+bool platform::HasRemoteClock(const wchar* path) noexcept {
+    return WithPath(path, os::HasRemoteClock) != 0;
 }
 
 } // namespace corvane

@@ -16,4 +16,8 @@ inline std::int64_t CoarseNow() noexcept {
     return Nanoseconds(now);
 }
 
+/// Whether the times of the file at `path` (UTF-8) may come from another machine's clock. True also when
+/// it cannot be known.
+bool HasRemoteClock(const char* path) noexcept;
+
 } // namespace corvane::os

@@ -1,4 +1,5 @@
 #include <corvane/platform/linux/Errors.h>
+#include <corvane/platform/linux/files/FileTime.h>
 #include <corvane/platform/linux/profile/ProfileCache.h>
 
 #include <algorithm>
@@ -34,7 +35,7 @@ ulong ProfileCache::Load(const char* path, std::shared_ptr<const ProfileIndex>& 
     }
     if (!kept || kept->Content() != snapshot.content.View())
         kept = std::make_shared<const ProfileIndex>(std::move(snapshot.content));
-    Keep({path, snapshot.stamp, snapshot.racy, kept});
+    Keep({path, snapshot.stamp, snapshot.racy || HasRemoteClock(path), kept});
     profile = std::move(kept);
     return ERROR_SUCCESS;
 }

@@ -1,0 +1,188 @@
+// Reads among system calls: what they wait for, what they keep, and how many calls they take.
+#include "SystemCalls.h"
+
+#include <corvane/comfort/FileWatch.h>
+#include <corvane/platform/linux/LinuxPlatform.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <linux/TestFolder.h>
+#include <linux/magic.h>
+
+namespace corvane::test {
+namespace {
+
+using faults::Kind;
+
+int Lock(int descriptor, short type) {
+    struct flock whole {};
+    whole.l_type = type;
+    return ::fcntl(descriptor, F_OFD_SETLK, &whole);
+}
+
+class Reads : public TestFolder {
+protected:
+    static constexpr const char* content = "[s]\na=old\n";
+
+    static std::string Read(const std::string& file) {
+        char text[64];
+        return {text, platform::GetPrivateProfileStringA("s", "a", nullptr, text, 64, file.c_str())};
+    }
+
+    static long CallsToRead(const std::string& file, const faults::Plan& plan = {}) {
+        faults::Begin(plan);
+        EXPECT_EQ(Read(file), "old");
+        return faults::End().calls;
+    }
+
+    /// Files whose timestamps are no longer racy.
+    std::vector<std::string> MakeOld(int count, std::size_t size = 0) const {
+        std::vector<std::string> files;
+        for (int i = 0; i < count; ++i) {
+            files.push_back(Make("f" + std::to_string(i), content));
+            if (size > 0)
+                fs::resize_file(files.back(), size);
+        }
+        ::usleep(50'000);
+        return files;
+    }
+
+    const std::string m_file = Make("f", content);
+    const std::function<bool()> m_read = [this] { return !Read(m_file).empty(); };
+    const std::function<bool()> m_copy = [this] {
+        return platform::CopyFileW(ToWide(m_file).c_str(), ToWide(Path("copy")).c_str(), 0) != 0;
+    };
+};
+
+// Whoever writes in place keeps readers away meanwhile, signals or not.
+TEST_F(Reads, LeaveALockedContentAlone) {
+    fs::create_hard_link(m_file, Path("hard"));
+    ::usleep(50'000); // a fresh file is locked in any case
+    const int holder = ::open(m_file.c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_EQ(Lock(holder, F_WRLCK), 0);
+    const auto write = [this] {
+        return platform::WritePrivateProfileStringA("s", "a", "1", m_file.c_str()) != 0;
+    };
+    for (const std::function<bool()>& operation : {m_read, m_copy, {write}}) {
+        faults::Outcome outcome;
+        for (faults::Plan plan{Kind::Fail, EINTR, {}, 1}; plan.n <= 30; ++plan.n) { // then it waits already
+            faults::Begin(plan);
+            EXPECT_FALSE(operation());
+            outcome = faults::End();
+            EXPECT_TRUE(outcome.struck);
+        }
+        EXPECT_NEAR(outcome.secondsWaited, 1, 0.1);
+        EXPECT_EQ(platform::GetLastError(), 32U);
+    }
+    ::close(holder);
+}
+
+TEST_F(Reads, LockTheContentOfAFreshFile) {
+    const int writer = ::open(m_file.c_str(), O_RDWR | O_CLOEXEC);
+    for (const auto& operation : {m_read, m_copy}) {
+        bool isLocked = false;
+        for (int i = 0; i < 20 && !isLocked; ++i) { // a round may be held up until the file is not fresh
+            faults::Plan plan{Kind::Meddle, 0, [&] {
+                                  isLocked = Lock(writer, F_WRLCK) != 0;
+                                  Lock(writer, F_UNLCK);
+                              }};
+            for (faults::Outcome outcome; outcome.name != "pread"; outcome = faults::End()) {
+                ++plan.n;
+                Make("f", content);
+                faults::Begin(plan);
+                EXPECT_TRUE(operation());
+            }
+        }
+        EXPECT_TRUE(isLocked);
+    }
+    ::close(writer);
+}
+
+TEST_F(Reads, TakeAFileOfOneGibibyte) { // and none above: WriteProfile.SaysWhyItIsRefusedAsAReadDoes
+    faults::Plan plan;
+    plan.size = 1 << 30;
+    faults::Begin(plan);
+    EXPECT_EQ(Read(m_file), "old");
+    faults::End();
+}
+
+TEST_F(Reads, ThatFailAreNotKept) {
+    faults::Plan plan{Kind::Fail, EIO};
+    for (const std::string& file : MakeOld(5)) {
+        ++plan.n;
+        faults::Begin(plan);
+        Read(file);
+        EXPECT_TRUE(faults::End().struck);
+        EXPECT_EQ(Read(file), "old") << "call " << plan.n;
+    }
+}
+
+// A file that is kept in memory is read again with fewer calls.
+TEST_F(Reads, AreKeptWithinABound) {
+    for (const auto& [count, size] : {std::pair(100, 0U), std::pair(2, 70U << 20)}) {
+        const std::vector<std::string> files = MakeOld(count, size);
+        long first = 0;
+        for (const std::string& file : files)
+            first = CallsToRead(file);
+        int kept = 0;
+        while (kept < count && CallsToRead(files.rbegin()[kept]) < first)
+            ++kept;
+        EXPECT_TRUE(kept > 0 && kept < count) << kept;
+    }
+}
+
+TEST_F(Reads, DoNotTrustTheTimesOfARemoteClock) {
+    const std::string file = MakeOld(1).front();
+    for (const bool isRemote : {false, true}) {
+        faults::Plan plan;
+        plan.fileSystem = isRemote ? NFS_SUPER_MAGIC : EXT4_SUPER_MAGIC;
+        fs::last_write_time(file, fs::file_time_type::clock::now()); // so that it is not known
+        ::usleep(50'000);
+        const long first = CallsToRead(file, plan);
+        EXPECT_EQ(CallsToRead(file, plan) == first, isRemote);
+
+        ConfigManager manager;
+        ASSERT_EQ(manager.Update(ToWide(file).c_str(), 0), 0);
+        FileWatch watch(manager);
+        faults::Begin(plan);
+        EXPECT_EQ(watch.Differs(), isRemote);
+        platform::Sleep(3000);
+        EXPECT_EQ(watch.Differs(), isRemote) << "a change may have followed the last look at once";
+        EXPECT_FALSE(watch.Differs());
+        faults::End();
+    }
+}
+
+TEST_F(Reads, AreNotTornByAWriterWithoutALock) {
+    const auto text = [](int version) { // which each line tells
+        std::string lines = "[s]\n";
+        for (int line = 0; line < 4 << 2 * version; ++line)
+            lines += std::to_string(line) + "=" + std::to_string(version) + "\n";
+        return lines;
+    };
+    int version = 0;
+    faults::Plan plan{Kind::Meddle, 0, [&] { WriteFile(m_file, text(++version)); }};
+    do {
+        WriteFile(m_file, text(version = 0));
+        ++plan.n;
+        faults::Begin(plan);
+        std::string lines(4096, '#');
+        lines.resize(platform::GetPrivateProfileSectionA("s", lines.data(), 4096, m_file.c_str()));
+        const auto read = lines.empty() ? 0 : lines.end()[-2] - '0';
+        std::replace(lines.begin(), lines.end(), '\0', '\n');
+        EXPECT_EQ("[s]\n" + lines, text(read)) << "call " << plan.n;
+    } while (faults::End().struck);
+}
+
+TEST_F(Reads, OfALoadTakeFewCalls) {
+    const wstring file = ToWide(MakeOld(1).front()); // a file that has just changed is locked
+    ConfigManager manager;
+    faults::Begin({});
+    EXPECT_EQ(manager.Update(file.c_str(), -1), 0);
+    const long calls = 6; // access, stat, open, lock query, read and stat; a close is not counted
+    EXPECT_EQ(faults::End().calls, calls);
+}
+
+} // namespace
+} // namespace corvane::test
