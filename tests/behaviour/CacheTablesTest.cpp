@@ -73,38 +73,30 @@ private:
     std::mt19937 m_random; // the same numbers each time
 };
 
-TEST_F(CacheTables, HoldTagsAsAMapDoes) {
-    corvane::Arena arena;
-    TagMap tags;
-    Model model;
-    for (int step = 0; step < 20'000 && !HasFailure(); ++step) {
-        Change(tags, model);
-        if (Below(4) == 0)
-            ExpectSame(tags, model);
-        if (Below(500) == 0)
-            tags = TagMap(tags, Below(4) ? &arena : nullptr);
-    }
-}
-
-TEST_F(CacheTables, KeepTheTagsOfEachSection) {
+TEST_F(CacheTables, HoldTagsAndSectionsAsMapsDo) {
     SectionMap sections;
     std::map<wstring, Model, CaseInsensitiveLess> models;
-    for (int step = 0; step < 20'000 && !HasFailure(); ++step) {
+    for (int step = 0; step < 10'000 && !HasFailure(); ++step) {
         const wstring name = RandomName();
         auto* const section = sections.Find(name);
         ASSERT_EQ(section != nullptr, models.count(name) == 1);
         if (!section) {
             TagMap tags;
             Change(tags, models[name]);
-            Below(2) ? sections.Insert(name, TagMap(tags)) : sections.InsertCopy(name, tags);
-        } else if (Below(4) == 0) {
+            sections.Insert(name, TagMap(tags));
+        } else if (Below(100) == 0) {
+            const auto kept = *section;
             sections.Erase(*section);
-            models.erase(name);
+            switch (Below(3)) {
+            case 0: sections.Insert(kept.first, TagMap(kept.second)); break;
+            case 1: sections.InsertCopy(kept.first, kept.second); break;
+            default: models.erase(kept.first);
+            }
         } else {
             Change(section->second, models[name]);
             ExpectSame(section->second, models[name]);
         }
-        if (Below(50) == 0)
+        if (Below(200) == 0)
             ExpectSameOrder(SectionMap(sections), models);
     }
     ExpectSameOrder(sections, models);

@@ -2,9 +2,7 @@
 #include "support/Differences.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cctype>
-#include <thread>
 
 namespace {
 
@@ -110,31 +108,6 @@ TEST_F(Loading, ReadsADoubledSectionOnce) { // each double anew would take until
         content += "[A]\n";
     Start(content + "[b]\nc=2\n");
     EXPECT_EQ(List() + Get("A:t4999") + Get("b:c"), "a,b12");
-}
-
-TEST_F(Loading, ShowsAConsistentViewOfAFileThatIsReplacedMeanwhile) {
-    if (differences::loadsMixAFileThatIsReplaced)
-        GTEST_SKIP() << "the operations read each value by itself";
-    const auto text = [](int version) {
-        std::string content = "[no:key]\n[no text: \xE4]\n\xE4=1\n[\xE4]\n\xE4=1\n";
-        for (int tag = 0; tag < 2000; ++tag)
-            content += "[s" + std::to_string(tag / 100) + "]\nt=" + std::to_string(version) + "\n";
-        return content;
-    };
-    Start(text(0));
-    std::atomic<bool> done{false};
-    std::thread writer([&] {
-        for (int version = 1; !done; ++version) {
-            WriteFile(folder.Path() / "next", text(version));
-            fs::rename(folder.Path() / "next", file);
-        }
-    });
-    for (int loads = 0; loads < 40; ++loads) {
-        EXPECT_EQ(Load(-1), 0);
-        EXPECT_EQ(Get("s0:t"), Get("s19:t"));
-    }
-    done = true;
-    writer.join();
 }
 
 TEST_F(Loading, GoesOnWhenALogSinkLoads) {

@@ -40,31 +40,25 @@ TEST_F(Writing, IsRefusedBeforeAnythingChanges) {
     EXPECT_EQ(log.Take(), Lines{Refusal("Mail:Port")});
 
     Start(commented);
-    const std::string thrown = "Error 32768 \"WritePrivateProfileStringA exception caught\" at func: "
-                               "ConfigFile::WriteValue";
-    const struct {
-        std::string key, value;
-        bool cacheOnly, bySource; // the file could not give it back
-    } rows[] = {{"", "x", false, false},
-                {"nocolon", "x", true, false},
-                {":Port", "x", false, false},
-                {"Mail:", "x", false, false},
-                {"Other:", "x", true, false},
-                {":", "x", false, false},
-                {"Mail:New", "x", true, false},
-                {"mail:Port", "x", true, false},
-                {"Mail:Port", "a\nb", false, true},
-                {"Mail:Port", "a\rb", false, true},
-                {"Mail:a=b", "x", false, true},
-                {"Mail:;a", "x", false, true},
-                {"Mail:[a", "x", false, true},
-                {"Ma\nil:a", "x", false, true},
-                {"Mail:a\n[Evil]\nb", "x", false, true}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.key + "=" + row.value);
-        EXPECT_EQ(Set(row.key, row.value, row.cacheOnly), FAILURE_GENERAL);
-        EXPECT_EQ(log.Take(), row.bySource ? (Lines{thrown, Refusal(row.key)}) : Lines{Refusal(row.key)});
-    }
+    const auto refuses = [this](const std::string& key, const std::string& value, bool cacheOnly,
+                                const Lines& before = {}) {
+        SCOPED_TRACE(key + "=" + value);
+        EXPECT_EQ(Set(key, value, cacheOnly), FAILURE_GENERAL);
+        Lines lines = before;
+        lines.push_back(Refusal(key));
+        EXPECT_EQ(log.Take(), lines);
+    };
+    for (const char* key : {"", ":Port", "Mail:", ":"})
+        refuses(key, "x", false);
+    for (const char* key : {"nocolon", "Other:", "Mail:New", "mail:Port"})
+        refuses(key, "x", true);
+    // What the file could not give back.
+    const Lines thrown{"Error 32768 \"WritePrivateProfileStringA exception caught\" at func: "
+                       "ConfigFile::WriteValue"};
+    for (const char* key : {"Mail:a=b", "Mail:;a", "Mail:[a", "Ma\nil:a", "Mail:a\n[Evil]\nb"})
+        refuses(key, "x", false, thrown);
+    for (const char* value : {"a\nb", "a\rb"})
+        refuses("Mail:Port", value, false, thrown);
     const corvane::wstring half(1, 0xD83D);
     for (const auto& [key, value] : {std::pair(Wide("Mail:Port"), half), {Wide("Mail:") + half, Wide("x")}}) {
         EXPECT_EQ(manager.SetValue(key, value), FAILURE_GENERAL) << "UTF-8 has no form for it";
@@ -78,32 +72,24 @@ TEST_F(Writing, DeletesFromFileAndCache) {
     const std::string text = "[Mail]\nPort=1\nPORT=2\n[Net]\nMTU=1\n[Bare]\n";
     const std::string afterFirst = "[Mail]\nPORT=2\n[Net]\nMTU=1\n[Bare]\n";
     const std::string afterAll = "[Mail]\n[Net]\nMTU=1\n[Bare]\n";
-    const struct {
-        std::string key;
-        int result;
-        std::string sections, file;
-    } rows[] = {
-        {"MAIL:port", 0, "Bare,Net", differences::deletionsTakeTheFirstDouble ? afterFirst : afterAll},
-        {"mail:", 0, "Bare,Net", "[Net]\nMTU=1\n[Bare]\n"},
-        {"Mail:Nope", FAILURE_GENERAL, "Bare,Mail,Net", text},
-        {"Bare:Nope", FAILURE_GENERAL, "Mail,Net", text},
-        {"Nope:Port", FAILURE_GENERAL, "Bare,Mail,Net", text},
-        {"Mail: Port", FAILURE_GENERAL, "Bare,Mail,Net", text}, // names are removed as they are given
-        {"Mail :", FAILURE_GENERAL, "Bare,Mail,Net", text},
-        {"nocolon", 0, "Bare,Mail,Net", text},
-        {":Port", 0, "Bare,Mail,Net", text},
-        {"_$CACHE$_:Port", 0, "Bare,Mail,Net", text},
-        {"_$cache$_:Port", FAILURE_GENERAL, "Bare,Mail,Net", text}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.key);
+    const auto deletes = [&](const std::string& key, int result, const std::string& sections,
+                             const std::string& after) {
+        SCOPED_TRACE(key);
         Start(text);
-        EXPECT_EQ(Delete(row.key), row.result);
-        EXPECT_EQ(log.Take(),
-                  row.result ? Lines{"Error 32768 at func: ConfigManager::DeleteValue"} : Lines{});
-        EXPECT_EQ(List(), row.sections);
-        EXPECT_EQ(differences::InLf(Bytes(file)), row.file);
+        EXPECT_EQ(Delete(key), result);
+        EXPECT_EQ(log.Take(), result ? Lines{"Error 32768 at func: ConfigManager::DeleteValue"} : Lines{});
+        EXPECT_EQ(List(), sections);
+        EXPECT_EQ(differences::InLf(Bytes(file)), after);
         EXPECT_FALSE(manager.SourceWasModified());
-    }
+    };
+    deletes("MAIL:port", 0, "Bare,Net", differences::deletionsTakeTheFirstDouble ? afterFirst : afterAll);
+    deletes("mail:", 0, "Bare,Net", "[Net]\nMTU=1\n[Bare]\n");
+    deletes("Bare:Nope", FAILURE_GENERAL, "Mail,Net", text);
+    for (const char* key : {"nocolon", ":Port", "_$CACHE$_:Port"})
+        deletes(key, 0, "Bare,Mail,Net", text);
+    // Names are removed as they are given, with the blanks around them.
+    for (const char* key : {"Mail:Nope", "Nope:Port", "Mail: Port", "Mail :", "_$cache$_:Port"})
+        deletes(key, FAILURE_GENERAL, "Bare,Mail,Net", text);
     Start(text);
     EXPECT_EQ(Set(" Mail:Token", "x", true) + Delete(" Mail:Token") + Set("Net :Token", "x", true), 0);
     EXPECT_EQ(Delete("Net :"), 0);

@@ -99,12 +99,15 @@ TEST_F(Reads, LockTheContentOfAFreshFile) {
     ::close(writer);
 }
 
-TEST_F(Reads, TakeAFileOfOneGibibyte) { // and none above: WriteProfile.SaysWhyItIsRefusedAsAReadDoes
+TEST_F(Reads, OfSizeAreRefusedAboveALimit) {
     faults::Plan plan;
-    plan.size = 1 << 30;
-    faults::Begin(plan);
-    EXPECT_EQ(Read(m_file), "old");
-    faults::End();
+    for (const auto& [beyond, error] : {std::pair(1, 223U), std::pair(0, 0U)}) {
+        plan.size = (1 << 30) + beyond;
+        faults::Begin(plan);
+        EXPECT_EQ(m_read(), error == 0);
+        EXPECT_EQ(platform::GetLastError(), error);
+        faults::End();
+    }
 }
 
 TEST_F(Reads, ThatFailAreNotKept) {

@@ -4,9 +4,7 @@
 #include <corvane/platform/linux/LinuxPlatform.h>
 
 #include <fcntl.h>
-#include <grp.h>
 #include <linux/TestFolder.h>
-#include <sys/xattr.h>
 
 namespace {
 
@@ -67,39 +65,6 @@ TEST_F(Snapshot, KeepsTheTimeAndOpensNoPrivateFile) {
         for (const char* name : {"f", "g", "l", "h"})
             fs::remove(Path(name));
         EXPECT_EQ(EntryCount(), 0U) << "a temporary file was left";
-    }
-}
-
-TEST_F(Snapshot, LeavesTheRightsOfTheFile) {
-    if (::geteuid() != 0)
-        GTEST_SKIP() << "only root can give files to others";
-    constexpr unsigned nobody = 65534;
-    ASSERT_EQ(::chmod(Path(".").c_str(), 0777), 0);
-    // The file's group is none of its owner's.
-    for (const auto& row : {std::pair(0640U, 0600U), {0664U, 0644U}, {0604U, 0600U}, {0666U, 0666U}}) {
-        const std::string file = Make("f", "[s]\na=1\n", row.first);
-        ASSERT_EQ(::chown(file.c_str(), nobody, 4321), 0);
-        const bool attributes = ::setxattr(file.c_str(), "user.note", "kept", 4, 0) == 0;
-        const pid_t owner = Fork([&] {
-            EXPECT_EQ(::setgroups(0, nullptr) + ::setgid(nobody) + ::setuid(nobody), 0);
-            ConfigManager manager;
-            wstring snapshot;
-            EXPECT_EQ(manager.Update(ToWide(file).c_str(), 0), 0);
-            EXPECT_EQ(manager.CreateSnapshot(snapshot), 0);
-            EXPECT_EQ(ModeOf(Path("f.0")), row.second);
-            EXPECT_EQ(manager.SetValue(u"s:a", u"2"), 0);
-            EXPECT_EQ(::chmod(Path("f.0").c_str(), 0444), 0);
-            EXPECT_EQ(manager.RestoreSnapshot(snapshot), 0);
-            return HasFailure() ? 1 : 0;
-        });
-        EXPECT_EQ(Wait(owner), 0);
-        const struct stat after = StatusOf(file);
-        EXPECT_EQ(ModeOf(file), row.first);
-        EXPECT_EQ(after.st_uid + after.st_gid, nobody + 4321);
-        EXPECT_TRUE(!attributes || ::getxattr(file.c_str(), "user.note", nullptr, 0) == 4);
-        EXPECT_EQ(Bytes(file), "[s]\na=1\n");
-        fs::remove(file);
-        fs::remove(file + ".0");
     }
 }
 

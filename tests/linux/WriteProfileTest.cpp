@@ -2,10 +2,7 @@
 #include <corvane/platform/linux/LinuxPlatform.h>
 #include <corvane/platform/linux/files/FileUpdate.h>
 
-#include <fcntl.h>
-#include <grp.h>
 #include <linux/TestFolder.h>
-#include <sys/file.h>
 #include <sys/xattr.h>
 
 namespace corvane {
@@ -55,16 +52,6 @@ TEST_F(WriteProfile, MakesNoFileThatIsTooLargeToRead) {
     text.emplace_back("x");
     EXPECT_EQ(update.Commit(text), ERROR_FILE_TOO_LARGE);
     EXPECT_EQ(fs::file_size(file), 4U);
-}
-
-TEST_F(WriteProfile, IsRefusedWhileAnotherHoldsTheFile) {
-    const std::string file = Make("f", "[s]\n");
-    const int holder = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
-    ASSERT_EQ(::flock(holder, LOCK_EX), 0);
-    EXPECT_EQ(Write("a", "1", file), ERROR_SHARING_VIOLATION);
-    EXPECT_EQ(Bytes(file), "[s]\n");
-    ::close(holder);
-    EXPECT_EQ(Write("a", "1", file), ERROR_SUCCESS);
 }
 
 TEST_F(WriteProfile, KeepsModeOwnerAndAttributes) {
@@ -118,33 +105,6 @@ TEST_F(WriteProfile, KeepsSymbolicLinks) {
     EXPECT_EQ(Write("a", "1", Path("l")) + Write("a", "1", Path("dangling")), 0U);
     EXPECT_EQ(Bytes(Path("d/f")) + Bytes(Path("d/new")), "[s]\na=1\n[s]\na=1\n");
     EXPECT_TRUE(fs::is_symlink(Path("l")) && fs::is_symlink(Path("d/middle")));
-}
-
-TEST_F(WriteProfile, GoesByTheRightsOfTheFile) {
-    if (::geteuid() != 0)
-        GTEST_SKIP() << "only root can become another user";
-    constexpr unsigned nobody = 65534;
-    const auto write = [](const std::string& file) {
-        return Wait(Fork([&] {
-            EXPECT_EQ(::setgroups(0, nullptr) + ::setgid(nobody) + ::setuid(nobody), 0);
-            return HasFailure() ? 255 : static_cast<int>(Write("a", "1", file));
-        }));
-    };
-    // Files that everyone may write, in folders that only some may: written in place, owner kept.
-    ASSERT_EQ(::chmod(Path(".").c_str(), 0755), 0);
-    ASSERT_EQ(::mkdir(Path("sticky").c_str(), 0), 0);
-    ASSERT_EQ(::chmod(Path("sticky").c_str(), 01777), 0);
-    // A file of the caller's own that is read-only is not written through the folder behind its back.
-    const std::string readOnly = Make("sticky/own", "[s]\n", 0444);
-    ASSERT_EQ(::chown(readOnly.c_str(), nobody, nobody), 0);
-    for (const auto& [file, error] :
-         {std::pair(Make("open", "[s]\n", 0666), 0), std::pair(Make("sticky/f", "[s]\n", 0666), 0),
-          std::pair(Make("closed", "[s]\n", 0644), 5), std::pair(readOnly, 5)}) {
-        EXPECT_EQ(write(file), error) << file;
-        EXPECT_EQ(Bytes(file), error ? "[s]\n" : "[s]\na=1\n") << file;
-    }
-    EXPECT_EQ(write(Path("new")), 5);
-    EXPECT_EQ(StatusOf(Path("sticky/f")).st_uid, 0U);
 }
 
 } // namespace

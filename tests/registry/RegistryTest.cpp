@@ -47,25 +47,20 @@ TEST_F(Registry, FindsAKeyByEveryFormOfItsPath) {
     ASSERT_EQ(WriteText("\\Software\\App", "Name", "user"), 0);
     ASSERT_EQ(WriteText("HKEY_USERS", "Name", "users"), 0);
     ASSERT_EQ(WriteText("HKEY_CLASSES_ROOT\\.txt", "", "text"), 0);
-    static const struct {
-        const char *path, *name, *expected;
-    } rows[] = {{"HKEY_LOCAL_MACHINE\\Software\\App", "Name", "machine"},
-                {"hkey_local_machine\\SOFTWARE\\aPP", "nAME", "machine"},
-                {"HKEY_L\\Software\\\\App\\", "Name", "machine"},
-                {"HKEY_CURRENT\\Software\\App", "Name", "user"},
-                {"H\\Software\\App", "Name", "user"},
-                {"\\Software\\App", "Name", "user"},
-                {"HKEY_USERS\\", "Name", "users"},
-                {"HKEY_L\\software\\CLASSES\\.txt", "", "text"},
-                {"HKEY_LOCAL_MACHINES\\Software\\App", "Name", "-"},
-                {"Software\\App", "Name", "-"},
-                {"HKEY_LOCAL_MACHINE\\\\Software\\App", "Name", "-"},
-                {"HKEY_LOCAL_MACHINE\\Software", "Name", "-"},
-                {"", "Name", "-"},
-                {nullptr, "Name", "-"},
-                {"HKEY_LOCAL_MACHINE\\Software\\App", nullptr, "-"}};
-    for (const auto& row : rows)
-        EXPECT_EQ(ReadText(row.path, row.name), row.expected) << (row.path ? row.path : "null");
+    const std::pair<const char*, std::vector<const char*>> rows[] = {
+        {"machine",
+         {"HKEY_LOCAL_MACHINE\\Software\\App", "hkey_local_machine\\SOFTWARE\\aPP",
+          "HKEY_L\\Software\\\\App\\"}},
+        {"user", {"HKEY_CURRENT\\Software\\App", "H\\Software\\App", "\\Software\\App"}},
+        {"users", {"HKEY_USERS\\"}},
+        {"-",
+         {"HKEY_LOCAL_MACHINES\\Software\\App", "HKEY_LOCAL_MACHINE\\\\Software\\App",
+          "HKEY_LOCAL_MACHINE\\Software", "Software\\App", "", nullptr}}};
+    for (const auto& [expected, paths] : rows)
+        for (const char* path : paths)
+            EXPECT_EQ(ReadText(path, "nAME"), expected) << (path ? path : "null");
+    EXPECT_EQ(ReadText("HKEY_L\\software\\CLASSES\\.txt", ""), "text");
+    EXPECT_EQ(ReadText("HKEY_LOCAL_MACHINE\\Software\\App", nullptr), "-");
 }
 
 TEST_F(Registry, CutsATextThatDoesNotFit) {

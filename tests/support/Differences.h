@@ -16,7 +16,6 @@ inline constexpr bool onWindows = false;
 
 inline constexpr bool changesLayTheFileOutAnew = onWindows;    // with CRLF, under wine
 inline constexpr bool deletionsTakeTheFirstDouble = onWindows; // and the next comes to light
-inline constexpr bool loadsMixAFileThatIsReplaced = onWindows; // each value is read by itself
 inline constexpr bool filesInUtf16AreRead = onWindows;
 inline constexpr bool longTextsAreRefused = onWindows;   // over 32,766 bytes
 inline constexpr bool anEmptySubkeyIsTheKey = onWindows; // which the call then tries to delete

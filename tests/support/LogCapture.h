@@ -3,7 +3,6 @@
 
 #include <corvane/foundations/NativeLogging.h>
 
-#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,7 +14,6 @@ public:
         using namespace Quillon::NativeLogging;
         LoggerRegistry::setThreshold(threshold);
         LoggerRegistry::setSink([this](const LogLine& line) {
-            const std::lock_guard lock(m_mutex);
             const std::string text = corvane::ToUtf8(line.text);
             m_lines.push_back(text.substr(0, text.find(" line: ")));
         });
@@ -25,13 +23,9 @@ public:
     ~LogCapture() { Quillon::NativeLogging::LoggerRegistry::setSink({}); }
 
     /// The lines since the last call, reports without the number of their source line.
-    std::vector<std::string> Take() {
-        const std::lock_guard lock(m_mutex);
-        return std::exchange(m_lines, {});
-    }
+    std::vector<std::string> Take() { return std::exchange(m_lines, {}); }
 
 private:
-    std::mutex m_mutex;
     std::vector<std::string> m_lines;
 };
 

@@ -108,13 +108,12 @@ TEST_F(RegistryStore, KeepsAnyValue) {
 TEST_F(RegistryStore, RefusesADamagedFileAndLeavesItAlone) {
     HKEY key = Create(u"App");
     const std::string first = "\"n\"=dword:00000001\n";
+    using namespace std::string_literals;
     for (const std::string& line :
-         {std::string("word"), std::string("; \0", 3), std::string("[App]"), std::string("\"x\""),
-          std::string("x=dword:1"), std::string("\"x=dword:1"), std::string("\"x\"=\"1"),
-          std::string("\"x\"=\"1\"2"), std::string("\"x\"=dword:"), std::string("\"x\"=dword:123456789"),
-          std::string("\"x\"=hex:0g"), std::string("\"x\"=hex(2:00"), std::string("\"x\"=hex:00,\\"),
-          std::string("\"\\u0000\"=\"1\""), std::string("\"x\"=\"\\u12\""), std::string("\"x\"=\"\\x\""),
-          std::string("\"x\"=\"\xFF\""), std::string("\"\xED\xA0\x80\"=\"1\"")}) {
+         {"word"s, "; \0"s, "[App]"s, "\"x\""s, "x=dword:1"s, "\"x=dword:1"s, "\"x\"=\"1"s, "\"x\"=\"1\"2"s,
+          "\"x\"=dword:"s, "\"x\"=dword:123456789"s, "\"x\"=hex:0g"s, "\"x\"=hex(2:00"s, "\"x\"=hex:00,\\"s,
+          "\"\\u0000\"=\"1\""s, "\"x\"=\"\\u12\""s, "\"x\"=\"\\x\""s, "\"x\"=\"\xFF\""s,
+          "\"\xED\xA0\x80\"=\"1\""s}) {
         WriteFile(valuesFile, first + line);
         ulong count = 0;
         EXPECT_EQ(RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &count, nullptr,
@@ -131,24 +130,20 @@ TEST_F(RegistryStore, TellsWhatDoesNotFit) {
     HKEY key = Create(u"App");
     Create(u"App\\Sub");
     ASSERT_EQ(Set(key, u"name", REG_BINARY, "12345"), 0);
-    static const struct {
-        ulong room, dataRoom;
-        LSTATUS status;
-    } rows[] = {{5, 5, 0}, {9, 9, 0}, {5, 4, 234}, {4, 5, 234}, {1, 0, 234}};
-    for (const auto& row : rows) {
+    for (const auto& [room, dataRoom] : {std::pair(5U, 5U), {9U, 9U}, {5U, 4U}, {4U, 5U}, {1U, 0U}}) {
         wstring name(10, '#');
         std::string data(10, '#');
-        ulong length = row.room;
-        ulong size = row.dataRoom;
+        ulong length = room;
+        ulong size = dataRoom;
         EXPECT_EQ(RegEnumValueW(key, 0, name.data(), &length, nullptr, nullptr,
                                 reinterpret_cast<unsigned char*>(data.data()), &size),
-                  row.status);
+                  room < 5 || dataRoom < 5 ? 234 : 0);
         EXPECT_EQ(size, 5U);
-        EXPECT_EQ(data, row.dataRoom < 5 ? std::string(10, '#') : "12345#####");
-        EXPECT_EQ(name, row.room < 5 ? wstring(10, '#') : wstring(u"name\0#####", 10));
-        length = row.room - 1;
+        EXPECT_EQ(data, dataRoom < 5 ? std::string(10, '#') : "12345#####");
+        EXPECT_EQ(name, room < 5 ? wstring(10, '#') : wstring(u"name\0#####", 10));
+        length = room - 1;
         EXPECT_EQ(RegEnumKeyExW(key, 0, name.data(), &length, nullptr, nullptr, nullptr, nullptr),
-                  row.room - 1 < 4 ? 234 : 0);
+                  room < 5 ? 234 : 0);
         EXPECT_EQ(RegEnumValueW(key, 1, name.data(), &length, nullptr, nullptr, nullptr, nullptr), 259);
     }
 }
