@@ -152,13 +152,10 @@ TEST_F(Comfort, SaysWhatItRefuses) {
         const char *key, *text, *why;
     } rows[] = {
         {"S", "x", "a key is a section, a colon and a tag"},
-        {"S:", "x", "a key is a section, a colon and a tag"},
         {"S:t\xFF", "x", "the key is not valid UTF-8"},
         {"S\n:t", "x", "a key cannot contain a line break"},
         {"S:t ", "x", "a section or tag cannot begin or end with a blank"},
-        {"S:a=b", "x", "a tag cannot contain '=' or begin with ';' or '['"},
         {"S:t", "\xFF", "the value is not valid UTF-8"},
-        {"S:t", "two\nlines", "a value cannot contain a line break or a NUL character"},
         {"S:t", nullptr, "the value is null"},
         {"_$CACHE$_:t", "x", "the section _$CACHE$_ is kept in the cache alone"},
     };

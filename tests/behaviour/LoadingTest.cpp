@@ -41,6 +41,20 @@ TEST_F(Loading, IsSkippedOnlyWhenNothingCanHaveChanged) {
 }
 
 TEST_F(Loading, FailsWithoutATraceInTheManager) {
+    Start("[Mail]\nPort=25\n");
+    ASSERT_EQ(Set("_$CACHE$_:Token", "kept", true), 0);
+    const auto fails = [this](const corvane::wchar* name, Lines lines) {
+        EXPECT_EQ(manager.Update(name, 0), FAILURE_GENERAL);
+        lines.push_back("Error 32768 \"failed to initialize config manager from '" +
+                        (name ? corvane::ToUtf8(name) : "(null)") + "'\" at func: ConfigManager::Update");
+        EXPECT_EQ(log.Take(), lines);
+        EXPECT_EQ(Get("Mail:Port") + Get("_$CACHE$_:Token"), "25kept");
+        EXPECT_EQ(corvane::ToUtf8(manager.GetConfigName()), file.u8string());
+        log.Take();
+    };
+    const std::string byInitialize = " at func: ConfigManager::Initialize";
+    for (const corvane::wchar* name : {static_cast<const corvane::wchar*>(nullptr), CORVANE_TEXT("")})
+        fails(name, {"Error 32768 \"empty or invalid config name\"" + byInitialize});
     const std::string noSections = "failed to get sections from new config source";
     const std::pair<std::string, std::string> rows[] = {
         // the content, or none, and the problem
@@ -49,8 +63,6 @@ TEST_F(Loading, FailsWithoutATraceInTheManager) {
         {std::string("\xFF\xFE[\0a\0]\0", 8), noSections},
         {std::string("\0\x01\x02\xFF\xFE\x80\n\0", 8), noSections},
         {"[Mail]\nPort=1\n[_$CACHE$_]\na=b\n", "cache node specified in config file (illegal)"}};
-    Start("[Mail]\nPort=25\n");
-    ASSERT_EQ(Set("_$CACHE$_:Token", "kept", true), 0);
     for (const auto& [content, problem] : rows) {
         SCOPED_TRACE(content);
         if (differences::filesInUtf16AreRead && content[0] == '\xFF')
@@ -58,25 +70,8 @@ TEST_F(Loading, FailsWithoutATraceInTheManager) {
         const std::string other = (folder.Path() / "other.cfg").u8string();
         if (content != "-")
             WriteFile(other, content);
-        EXPECT_EQ(manager.Update(Wide(other).c_str(), 0), FAILURE_GENERAL);
-        EXPECT_EQ(log.Take(), (Lines{"loading config from '" + other + "'", problem,
-                                     "Error 32768 at func: ConfigManager::Initialize",
-                                     "Error 32768 \"failed to initialize config manager from '" + other +
-                                         "'\" at func: ConfigManager::Update"}));
-        EXPECT_EQ(Get("Mail:Port") + Get("_$CACHE$_:Token"), "25kept");
-        EXPECT_EQ(corvane::ToUtf8(manager.GetConfigName()), file.u8string());
-        log.Take();
-    }
-}
-
-TEST_F(Loading, RefusesAnEmptyName) {
-    for (const corvane::wchar* name : {static_cast<const corvane::wchar*>(nullptr), CORVANE_TEXT("")}) {
-        EXPECT_EQ(manager.Update(name, -1), FAILURE_GENERAL);
-        const std::string shown = name ? "" : "(null)";
-        EXPECT_EQ(log.Take(),
-                  (Lines{"Error 32768 \"empty or invalid config name\" at func: ConfigManager::Initialize",
-                         "Error 32768 \"failed to initialize config manager from '" + shown +
-                             "'\" at func: ConfigManager::Update"}));
+        fails(Wide(other).c_str(),
+              {"loading config from '" + other + "'", problem, "Error 32768" + byInitialize});
     }
 }
 

@@ -53,6 +53,9 @@ protected:
     const std::function<bool()> m_copy = [this] {
         return platform::CopyFileW(ToWide(m_file).c_str(), ToWide(Path("copy")).c_str(), 0) != 0;
     };
+    const std::function<bool()> m_write = [this] {
+        return platform::WritePrivateProfileStringA("s", "a", "1", m_file.c_str()) != 0;
+    };
 };
 
 // Whoever writes in place keeps readers away meanwhile, signals or not.
@@ -61,10 +64,7 @@ TEST_F(Reads, LeaveALockedContentAlone) {
     ::usleep(50'000); // a fresh file is locked in any case
     const int holder = ::open(m_file.c_str(), O_RDWR | O_CLOEXEC);
     ASSERT_EQ(Lock(holder, F_WRLCK), 0);
-    const auto write = [this] {
-        return platform::WritePrivateProfileStringA("s", "a", "1", m_file.c_str()) != 0;
-    };
-    for (const std::function<bool()>& operation : {m_read, m_copy, {write}}) {
+    for (const auto& operation : {m_read, m_copy, m_write}) {
         faults::Outcome outcome;
         for (faults::Plan plan{Kind::Fail, EINTR, {}, 1}; plan.n <= 30; ++plan.n) { // then it waits already
             faults::Begin(plan);
@@ -78,25 +78,28 @@ TEST_F(Reads, LeaveALockedContentAlone) {
     ::close(holder);
 }
 
-TEST_F(Reads, LockTheContentOfAFreshFile) {
-    const int writer = ::open(m_file.c_str(), O_RDWR | O_CLOEXEC);
-    for (const auto& operation : {m_read, m_copy}) {
+TEST_F(Reads, LockTheContentOfAFreshFile) { // as do writes in place
+    fs::create_hard_link(m_file, Path("hard"));
+    const int other = ::open(m_file.c_str(), O_RDWR | O_CLOEXEC);
+    for (const auto& [operation, call] :
+         {std::pair(m_read, "pread"), {m_copy, "pread"}, {m_write, "pwritev"}}) {
         bool isLocked = false;
         for (int i = 0; i < 20 && !isLocked; ++i) { // a round may be held up until the file is not fresh
             faults::Plan plan{Kind::Meddle, 0, [&] {
-                                  isLocked = Lock(writer, F_WRLCK) != 0;
-                                  Lock(writer, F_UNLCK);
+                                  isLocked = Lock(other, F_WRLCK) != 0;
+                                  Lock(other, F_UNLCK);
                               }};
-            for (faults::Outcome outcome; outcome.name != "pread"; outcome = faults::End()) {
+            for (faults::Outcome outcome; plan.n < 99 && outcome.name != call; outcome = faults::End()) {
                 ++plan.n;
+                isLocked = false;
                 Make("f", content);
                 faults::Begin(plan);
                 EXPECT_TRUE(operation());
             }
         }
-        EXPECT_TRUE(isLocked);
+        EXPECT_TRUE(isLocked) << call;
     }
-    ::close(writer);
+    ::close(other);
 }
 
 TEST_F(Reads, OfSizeAreRefusedAboveALimit) {

@@ -1,3 +1,5 @@
+#include "TestFolder.h"
+
 #include <corvane/detail/CaseFolding.h>
 #include <corvane/platform/linux/profile/EditProfile.h>
 #include <corvane/platform/linux/profile/ProfileLine.h>
@@ -5,7 +7,6 @@
 #include <algorithm>
 #include <cctype>
 #include <clocale>
-#include <gtest/gtest.h>
 
 namespace corvane::os {
 namespace {
@@ -64,11 +65,9 @@ TEST(EditProfile, ChangesTheLinesConcerned) {
 
 // Each step would compare each of so many names with all others, had they one hash.
 TEST(EditProfile, TakesTimeInProportionForAnyNames) {
-    constexpr unsigned bits = 15;
-    std::vector<std::string> names(1U << bits, std::string(bits, '@'));
+    std::vector<std::string> names(1U << 15);
     for (std::size_t i = 0; i < names.size(); ++i)
-        for (unsigned bit = 0; bit < bits; ++bit)
-            names[i][bit] = (i >> bit & 1) != 0 ? '@' : '`';
+        names[i] = test::CollidingName(i);
     std::vector<ProfileEdit> edits;
     for (const std::string& name : names)
         edits.insert(edits.end(), {{"s", name, "1"}, {name, "x", "1"}});

@@ -93,15 +93,9 @@ TEST_F(ReadProfile, TruncatesAtTheExactLimit) {
     }
 }
 
-// The quick hashes take all these names for one.
 TEST_F(ReadProfile, IsNotHeldUpByNamesThatWereMadeForIt) {
     constexpr unsigned count = 20'000;
-    const auto name = [](unsigned number, char last) {
-        std::string text;
-        for (int bit = 0; bit < 16; ++bit)
-            text += (number >> bit & 1) != 0 ? '@' : '`';
-        return text + last;
-    };
+    const auto name = [](unsigned number, char last) { return CollidingName(number) + last; };
     std::string tags = "[s]\n";
     std::string sections;
     for (unsigned i = 0; i < count; ++i) {

@@ -41,6 +41,14 @@ inline mode_t ModeOf(const std::string& path) {
     return StatusOf(path).st_mode & 07777;
 }
 
+/// One of 65,536 names that a quick hash takes for one.
+inline std::string CollidingName(std::size_t number) {
+    std::string name;
+    for (int bit = 0; bit < 16; ++bit)
+        name += (number >> bit & 1) != 0 ? '@' : '`';
+    return name;
+}
+
 /// Runs `work` in a process of its own, whose exit status is its result.
 inline pid_t Fork(const std::function<int()>& work) {
     std::fflush(nullptr); // or the child would print it once more
