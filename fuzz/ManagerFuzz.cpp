@@ -184,7 +184,10 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
             if (wanted)
                 snapshots.emplace_back(name, model.files[model.loaded]);
         } else if (kind == 8) {
-            manager = ConfigManager(manager); // a copy is all that the original was
+            ConfigManager copy; // is all that the original was
+            copy = manager;
+            manager.Clear();
+            manager = copy;
         } else if (!snapshots.empty() && model.loaded >= 0) {
             const auto& [name, content] = snapshots[file % snapshots.size()];
             model.files[model.loaded] = content;

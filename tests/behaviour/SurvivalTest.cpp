@@ -33,17 +33,6 @@ TEST_F(Survival, OfTheFileInASnapshot) {
     EXPECT_EQ(Bytes(file), "; kept\n[Mail]\nPort=25\n");
 }
 
-TEST_F(Survival, OfCacheOnlySectionsInACopy) {
-    Start("[Mail]\nPort=25\n");
-    ASSERT_EQ(Set("New:a", "1", true), 0);
-    ConfigManager assigned;
-    assigned = manager;
-    ConfigManager copied(manager);
-    for (ConfigManager* copy : {&assigned, &copied})
-        EXPECT_EQ(copy->SetValue(CORVANE_TEXT("New:b"), CORVANE_TEXT("2")), 0);
-    EXPECT_EQ(Bytes(file), "[Mail]\nPort=25\n");
-}
-
 TEST_F(Survival, OfAFailedRestore) {
     const std::string byManager = " at func: ConfigManager::RestoreSnapshot";
     const std::string bySource = " at func: ConfigFile::RestoreSnapshot";
