@@ -11,35 +11,30 @@ using namespace fuzz;
 namespace {
 
 struct Value {
-    std::string text;
+    wstring text;
     bool cacheOnly = false;
 };
-struct IgnoringCase {
-    bool operator()(const std::string& a, const std::string& b) const {
-        return corvane::CompareIgnoringCase(corvane::ToWide(a), corvane::ToWide(b)) < 0;
-    }
-};
-using Tags = std::map<std::string, Value, IgnoringCase>;
-using Sections = std::map<std::string, Tags, IgnoringCase>;
+using Tags = std::map<wstring, Value, corvane::CaseInsensitiveLess>;
+using Sections = std::map<wstring, Tags, corvane::CaseInsensitiveLess>;
 
-const std::string reserved = "_$CACHE$_";
-const char* const sectionNames[] = {"Mail", "MAIL", "Extra", "Gone", "_$CACHE$_", "_$Cache$_", ""};
-const char* const tagNames[] = {"Port", "PORT", "Host", "x", ""};
-const char* const values[] = {"1", "two words", " blank ", "\"quoted\"", "", "' q'"};
+const wstring reserved = u"_$CACHE$_";
+const wstring sectionNames[] = {u"Mail", u"MAIL", u"Extra", u"Gone", u"_$CACHE$_", u"_$Cache$_", u""};
+const wstring tagNames[] = {u"Port", u"PORT", u"Host", u"x", u""};
+const wstring values[] = {u"1", u"two words", u" blank ", u"\"quoted\"", u"", u"' q'"};
 
 /// What the manager and its files have to be, by the rules.
 class Model {
 public:
     Sections cache;
-    std::set<std::string> cacheOnly{reserved};
+    std::set<wstring> cacheOnly{reserved};
     Sections files[2];
     int loaded = -1;
     bool modified = false; ///< by another program, since the load
 
-    bool Set(const std::string& section, const std::string& tag, const std::string& value, bool onlyCache) {
+    bool Set(const wstring& section, const wstring& tag, const wstring& value, bool onlyCache) {
         if (loaded < 0 || (onlyCache && cache.count(section)) || section.empty() || tag.empty())
             return false;
-        const std::string name = Stored(cache, section);
+        const wstring name = Stored(cache, section);
         const bool through = !onlyCache && !cacheOnly.count(name);
         if (through) {
             files[loaded][name][Stored(cache[name], tag)].text = value;
@@ -51,10 +46,10 @@ public:
         return true;
     }
 
-    bool Delete(const std::string& section, const std::string& tag) {
+    bool Delete(const wstring& section, const wstring& tag) {
         if (loaded < 0)
             return false;
-        const std::string name = Stored(cache, section);
+        const wstring name = Stored(cache, section);
         if (name.empty() || name == reserved)
             return true;
         if (!cache.count(name))
@@ -76,14 +71,14 @@ public:
         if (file == loaded && !force && !modified)
             return true;
         if (files[file].empty() ||
-            Stored(files[file], reserved) == (files[file].count(reserved) ? reserved : ""))
+            Stored(files[file], reserved) == (files[file].count(reserved) ? reserved : wstring()))
             return false;
         Sections fresh;
         for (const auto& [section, tags] : files[file]) {
             fresh[section];
             for (const auto& [tag, value] : tags)
-                if (!AsRead(value.text).empty())
-                    fresh[section][tag].text = AsRead(value.text);
+                if (const wstring text = corvane::ToWide(AsRead(corvane::ToUtf8(value.text))); !text.empty())
+                    fresh[section][tag].text = text;
         }
         const auto alone = file == loaded ? cache.end() : cache.find(reserved);
         for (const auto& [section, tags] : cache) {
@@ -105,30 +100,29 @@ public:
     std::vector<Entry> State() const {
         std::vector<Entry> state;
         for (const auto& [section, tags] : cache) {
-            state.emplace_back(corvane::ToWide(section), wstring(), wstring());
+            state.emplace_back(section, wstring(), wstring());
             for (const auto& [tag, value] : tags)
-                state.emplace_back(corvane::ToWide(section), corvane::ToWide(tag),
-                                   corvane::ToWide(value.text));
+                state.emplace_back(section, tag, value.text);
         }
         return state;
     }
 
 private:
     template <class Map>
-    static std::string Stored(const Map& names, const std::string& name) {
+    static wstring Stored(const Map& names, const wstring& name) {
         const auto found = names.find(name);
         return found == names.end() ? name : found->first;
     }
 };
 
 std::string TextOf(const Sections& file) {
-    std::string text;
+    wstring text;
     for (const auto& [section, tags] : file) {
-        text += "[" + section + "]\n";
+        text += u"[" + section + u"]\n";
         for (const auto& [tag, value] : tags)
-            text.append(tag).append("=").append(value.text).append("\n");
+            text += tag + u"=" + value.text + u"\n";
     }
-    return text;
+    return corvane::ToUtf8(text);
 }
 
 } // namespace
@@ -147,24 +141,24 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
                                          std::filesystem::file_time_type::clock::now() + (future *= 2));
         model.modified = model.modified || static_cast<int>(file) == model.loaded;
     };
-    putFile(0, {{"Mail", {{"Port", {"25"}}}}});
-    putFile(1, {{"Other", {}}, {"Extra", {{"x", {"y"}}}}});
+    putFile(0, {{u"Mail", {{u"Port", {u"25"}}}}});
+    putFile(1, {{u"Other", {}}, {u"Extra", {{u"x", {u"y"}}}}});
 
     for (int steps = 0; steps < 20 && !input.Empty(); ++steps) {
         const std::size_t kind = input.Below(10);
-        const std::string section = sectionNames[input.Below(std::size(sectionNames))];
-        const std::string tag = tagNames[input.Below(std::size(tagNames))];
-        const wstring key = corvane::ToWide(section) + u':' + corvane::ToWide(tag);
+        const wstring section = sectionNames[input.Below(std::size(sectionNames))];
+        const wstring tag = tagNames[input.Below(std::size(tagNames))];
+        const wstring key = manager.BuildKey(section, tag);
         const std::size_t file = input.Below(2);
         bool wanted = true;
         int result = 0;
         if (kind < 3) {
-            const std::string value = values[input.Below(std::size(values))];
+            const wstring value = values[input.Below(std::size(values))];
             wanted = model.Set(section, tag, value, kind == 2);
-            result = manager.SetValue(key, corvane::ToWide(value), kind == 2);
+            result = manager.SetValue(key, value, kind == 2);
         } else if (kind < 5) {
-            wanted = model.Delete(section, kind == 3 ? tag : "");
-            result = manager.DeleteValue(kind == 3 ? key : corvane::ToWide(section + ":"));
+            wanted = model.Delete(section, kind == 3 ? tag : wstring());
+            result = manager.DeleteValue(kind == 3 ? key : section + u":");
         } else if (kind < 7) {
             wanted = model.Load(static_cast<int>(file), kind == 5);
             result = manager.Update(corvane::ToWide(paths[file]).c_str(), kind == 5 ? -1 : 0);
@@ -175,7 +169,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
             else if (tag.empty())
                 content.erase(section);
             else
-                content[section][tag].text = "outside";
+                content[section][tag].text = u"outside";
             putFile(file, content);
         } else if (kind == 8 && !section.empty() && snapshots.size() < 4) {
             wstring name;

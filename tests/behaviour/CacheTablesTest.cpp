@@ -18,6 +18,7 @@ using corvane::wchar;
 using corvane::wstring;
 
 using Model = std::map<wstring, std::pair<wstring, bool>, CaseInsensitiveLess>;
+using Models = std::map<wstring, Model, CaseInsensitiveLess>;
 
 class CacheTables : public testing::Test {
 protected:
@@ -48,8 +49,7 @@ protected:
         EXPECT_EQ(tags.HasCacheOnly(), hasCacheOnly);
     }
 
-    static void ExpectSameOrder(const SectionMap& sections,
-                                const std::map<wstring, Model, CaseInsensitiveLess>& models) {
+    static void ExpectSameOrder(const SectionMap& sections, const Models& models) {
         ASSERT_EQ(sections.Ordered().size(), models.size());
         auto expected = models.begin();
         for (const auto* const section : sections.Ordered()) {
@@ -75,7 +75,7 @@ private:
 
 TEST_F(CacheTables, HoldTagsAndSectionsAsMapsDo) {
     SectionMap sections;
-    std::map<wstring, Model, CaseInsensitiveLess> models;
+    Models models;
     for (int step = 0; step < 10'000 && !HasFailure(); ++step) {
         const wstring name = RandomName();
         auto* const section = sections.Find(name);

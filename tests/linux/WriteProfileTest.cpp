@@ -79,21 +79,19 @@ TEST_F(WriteProfile, KeepsModeOwnerAndAttributes) {
     EXPECT_EQ(EntryCount(), 1U) << "a temporary file was left";
 }
 
-TEST_F(WriteProfile, DeletesNothingForANameThatHasNoUtf8) {
+TEST_F(WriteProfile, LeavesWhatHasNoUtf8Alone) {
     const std::string text = "[\uFFFD]\na=1\n[s]\n\uFFFD=2\n";
     const std::string file = Make("f", text);
     const char16_t half[] = {0xD83D, 0};
     EXPECT_TRUE(WritePrivateProfileStringW(half, nullptr, nullptr, ToWide(file).c_str()));
     EXPECT_TRUE(WritePrivateProfileStringW(u"s", half, nullptr, ToWide(file).c_str()));
     EXPECT_EQ(Bytes(file), text);
-}
 
-TEST_F(WriteProfile, LeavesAFileInUtf16Alone) {
-    const std::string text = "\xFF\xFE\n[s]\na=1\n";
-    const std::string file = Make("f", text);
+    const std::string inUtf16 = "\xFF\xFE\n[s]\na=1\n";
+    Make("f", inUtf16);
     EXPECT_THROW(Write("a", "2", file), std::invalid_argument);
     EXPECT_EQ(Write("a", nullptr, file), ERROR_SUCCESS);
-    EXPECT_EQ(Bytes(file), text);
+    EXPECT_EQ(Bytes(file), inUtf16);
 }
 
 TEST_F(WriteProfile, KeepsSymbolicLinks) {
