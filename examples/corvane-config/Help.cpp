@@ -23,8 +23,10 @@ std::string CommandRows(Target target) {
 
 std::string OptionRow(const Option& option) {
     const std::vector<std::string_view> values = Words(option.values);
-    const char* const separator = values.size() == 1 ? "=" : " ";
-    return Row(option.name + (values.empty() ? "" : separator + std::string(option.values)), option.help);
+    std::string left(option.name);
+    if (!values.empty())
+        left.append(values.size() == 1 ? "=" : " ").append(option.values);
+    return Row(left, option.help);
 }
 
 } // namespace
