@@ -11,7 +11,7 @@ set(CMAKE_C_COMPILER_TARGET ${triple})
 set(CMAKE_CXX_COMPILER_TARGET ${triple})
 include(${CMAKE_CURRENT_LIST_DIR}/toolchain-debian.cmake)
 
-# The package's libraries do not lie where the system looks for 32-bit ones.
-set(runtime "-Wl,--dynamic-linker=/usr/${triple}/lib/ld-linux.so.2 -Wl,-rpath,/usr/${triple}/lib")
+# The package's libraries do not lie where the system looks for 32-bit ones, nor for those that they need in turn.
+set(runtime "-Wl,--dynamic-linker=/usr/${triple}/lib/ld-linux.so.2 -Wl,--disable-new-dtags,-rpath,/usr/${triple}/lib")
 set(CMAKE_EXE_LINKER_FLAGS_INIT ${runtime})
 set(CMAKE_SHARED_LINKER_FLAGS_INIT ${runtime})
