@@ -33,6 +33,28 @@ std::string CopyOf(const std::string& path) {
     return path + ".corvane-batch";
 }
 
+std::string BackupOf(const std::string& path) {
+    return path + ".corvane-before";
+}
+
+bool Exists(const std::string& path) noexcept {
+    return ::GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+// While a file is replaced it is missing for a moment: it has the backup's name, and keeps it if the process
+// is killed then. Waits for a living process; false with ERROR_SHARING_VIOLATION if that takes long.
+bool PutBack(const std::string& path) {
+    const std::string backup = BackupOf(path);
+    for (int attempt = 0; attempt < 100 && !Exists(path); ++attempt) {
+        if (const FileHandle held = Open(backup, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_DELETE))
+            return ::MoveFileExA(backup.c_str(), path.c_str(), MOVEFILE_WRITE_THROUGH);
+        if (::GetLastError() != ERROR_SHARING_VIOLATION)
+            return true; // there is no backup
+        ::Sleep(1);
+    }
+    return Exists(path) || Refuse(ERROR_SHARING_VIOLATION);
+}
+
 // The full path of an open file, or `given` if the code page cannot represent it.
 std::string PathOf(const FileHandle& file, const std::string& given) {
     char text[1024];
@@ -92,6 +114,8 @@ HeldProfile::~HeldProfile() {
 
 bool HeldProfile::Acquire(const char* file, bool create) {
     const std::string given = Located(file);
+    if (!PutBack(given))
+        return false;
     bool isNew = false;
     // Without write permission on the file itself, it must not be replaced either.
     if (const FileHandle probe =
@@ -150,20 +174,30 @@ bool HeldProfile::Commit() {
     } else {
         return false;
     }
-    bool isDone = ::ReplaceFileA(m_path.c_str(), m_copy.c_str(), nullptr, 0, nullptr, nullptr) != 0;
-    const DWORD error = ::GetLastError();
-    // A replacement that fails half-way has removed the old file; then the copy can take its name.
-    isDone = isDone || ::MoveFileExA(m_copy.c_str(), m_path.c_str(), MOVEFILE_WRITE_THROUGH);
-    m_hasCopy = !isDone;
-    m_isNew = m_isNew && !isDone;
-    return isDone || Refuse(error);
+    const std::string backup = BackupOf(m_path);
+    ::DeleteFileA(backup.c_str());
+    // Without a backup, a replacement that stops half-way would have removed the file.
+    if (!::ReplaceFileA(m_path.c_str(), m_copy.c_str(), backup.c_str(), 0, nullptr, nullptr)) {
+        const DWORD error = ::GetLastError();
+        ::MoveFileExA(backup.c_str(), m_path.c_str(), MOVEFILE_WRITE_THROUGH);
+        return Refuse(error);
+    }
+    ::DeleteFileA(backup.c_str());
+    m_hasCopy = false;
+    m_isNew = false;
+    return true;
 }
 
-void RemoveLeftCopy(const char* file) {
-    const std::string copy = CopyOf(Located(file));
-    HeldProfile held;
-    if (::GetFileAttributesA(copy.c_str()) != INVALID_FILE_ATTRIBUTES && held.Acquire(file, false))
-        ::DeleteFileA(copy.c_str());
+bool CleanUp(const char* file) {
+    const std::string path = Located(file);
+    if (!PutBack(path))
+        return false;
+    for (const std::string& left : {CopyOf(path), BackupOf(path)}) {
+        HeldProfile held;
+        if (Exists(left) && held.Acquire(file, false))
+            ::DeleteFileA(left.c_str());
+    }
+    return true;
 }
 
 } // namespace corvane::windows

@@ -48,7 +48,8 @@ public:
     /// The copy's path, for the operations that change it.
     const std::string& Copy() const noexcept { return m_copy; }
 
-    /// Flushes the copy to disk and replaces the file with it in one step; does nothing if they are equal.
+    /// Flushes the copy to disk and replaces the file with it; does nothing if they are equal. If the process
+    /// is killed while it does, the next one to open or write the file finds it as it was.
     bool Commit();
 
 private:
@@ -62,7 +63,8 @@ private:
     bool m_hasCopy = false;
 };
 
-/// Removes a copy that a killed process left beside the file.
-void RemoveLeftCopy(const char* file);
+/// Undoes a replacement in which a process was killed, and removes what it left beside the file. False, with
+/// ERROR_SHARING_VIOLATION, while another process replaces the file.
+bool CleanUp(const char* file);
 
 } // namespace corvane::windows

@@ -27,7 +27,6 @@ using ::GetLastError;
 using ::SetLastError;
 using ::Sleep;
 
-using ::_waccess;
 using ::_wcsicmp;
 using ::_wcsnicmp;
 using ::_wstat64;
@@ -38,7 +37,6 @@ using ::CopyFileW;
 using ::GetPrivateProfileSectionA;
 using ::GetPrivateProfileStringA;
 using ::MultiByteToWideChar;
-using ::WritePrivateProfileStringW; // only used for deletions, which need no checks
 
 using ::FARPROC;
 using ::GetModuleHandleW;
@@ -76,6 +74,9 @@ wchar LowerInvariant(wchar unit) noexcept;
 /// The library's own formatter: log lines read the same on every platform.
 int _vsnwprintf(wchar* buffer, std::size_t count, const wchar* format, std::va_list arguments) noexcept;
 
+/// The real operation; a file that a killed process left under another name is put back first.
+int _waccess(const wchar* path, int mode);
+
 /// The state of the file at `path`; `error` is of the platform's numbers.
 FileState ExamineFile(const wchar* path) noexcept;
 
@@ -91,6 +92,9 @@ inline constexpr std::size_t longestProfileText = 32'766;
 /// The real operation after a check: throws std::invalid_argument, with nothing written, for what could not
 /// be read back, also for its length.
 int WritePrivateProfileStringA(const char* section, const char* tag, const char* value, const char* file);
+
+/// The real operation, once nobody is replacing the file. Only used for deletions, which need no checks.
+int WritePrivateProfileStringW(const wchar* section, const wchar* tag, const wchar* value, const wchar* file);
 
 /// Makes all changes in order, or none: readers, even after a crash, find the file before or after all of
 /// them. The real operation makes them in a copy, which then replaces the file. Throws like the write of one

@@ -1,14 +1,28 @@
+#include <corvane/foundations/Utf.h>
 #include <corvane/platform/windows/HeldProfile.h>
 
 #include <algorithm>
+#include <cerrno>
 
 namespace corvane {
 
 int platform::WritePrivateProfileStringA(const char* section, const char* tag, const char* value,
                                          const char* file) {
     CheckProfileChange({section, tag, value});
-    windows::RemoveLeftCopy(file);
-    return ::WritePrivateProfileStringA(section, tag, value, file);
+    return windows::CleanUp(file) && ::WritePrivateProfileStringA(section, tag, value, file);
+}
+
+int platform::WritePrivateProfileStringW(const wchar* section, const wchar* tag, const wchar* value,
+                                         const wchar* file) {
+    return windows::CleanUp(ToUtf8(file).c_str()) && ::WritePrivateProfileStringW(section, tag, value, file);
+}
+
+int platform::_waccess(const wchar* path, int mode) {
+    const int result = ::_waccess(path, mode);
+    if (result == 0 || errno != ENOENT)
+        return result;
+    windows::CleanUp(ToUtf8(path).c_str());
+    return ::_waccess(path, mode);
 }
 
 int platform::WritePrivateProfileChanges(const std::vector<ProfileChange>& changes, const char* file) {
