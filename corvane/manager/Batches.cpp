@@ -63,7 +63,7 @@ private:
         const wstring& name = section ? section->first : m_parts.section;
         if (!change.value && corvane::IsReserved(name))
             return false;
-        const bool cacheOnly = m_cacheOnlySections.count(name.c_str()) != 0;
+        const bool cacheOnly = m_cacheOnlySections.count(wstring(corvane::UpToNul(name))) != 0;
         if (!cacheOnly)
             m_forSource.push_back({name + CORVANE_TEXT(':') + StoredTag(section), sourceText});
         if (section)
