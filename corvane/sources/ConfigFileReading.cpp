@@ -3,7 +3,6 @@
 #include <corvane/foundations/FindUnit.h>
 #include <corvane/platform/Platform.h>
 #include <corvane/sources/ConfigFile.h>
-#include <corvane/sources/KeyParts.h>
 #include <corvane/sources/NarrowString.h>
 
 #include <cstring>
@@ -58,17 +57,17 @@ std::int32_t Fail(const char* function, std::int32_t line, const wchar* message 
 
 std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
     static constexpr const char* function = "ConfigFile::ReadValue";
-    corvane::KeyParts parts;
-    if (!IsReady() || !parts.Parse(*this, key))
+    const std::size_t colon = corvane::FindUnit(key, ':');
+    if (!IsReady() || colon == key.size())
         return Fail(function, __LINE__);
-    const wstring_view section = corvane::UpToNul(parts.section);
-    const wstring_view tag = corvane::UpToNul(parts.tag);
 
     ReadBuffer buffer;
+    NarrowName section;
+    NarrowName tag;
+    const wstring_view names = key;
+    const bool converted = section.Convert(names.substr(0, colon)) && tag.Convert(names.substr(colon + 1));
     value.clear();
-    NarrowName narrowSection;
-    NarrowName narrowTag;
-    if (!narrowSection.Convert(section) || !narrowTag.Convert(tag) || !HasNarrowFileName())
+    if (!converted || !HasNarrowFileName())
         return Fail(function, __LINE__);
 
     for (;;) {
@@ -76,8 +75,8 @@ std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
         buffer.Clear();
         try {
             count = static_cast<std::int32_t>(platform::GetPrivateProfileStringA(
-                narrowSection.Get(), narrowTag.Get(), nullptr, buffer.Data(),
-                static_cast<corvane::ulong>(buffer.Size()), m_narrowFileName.Get()));
+                section.Get(), tag.Get(), nullptr, buffer.Data(), static_cast<corvane::ulong>(buffer.Size()),
+                m_narrowFileName.Get()));
         } catch (...) {
             return Fail(function, __LINE__);
         }
@@ -87,7 +86,7 @@ std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
             buffer.Double();
             continue;
         }
-        if (section.empty() || tag.empty())
+        if (!section.Get() || !tag.Get())
             ++count; // the final NUL of a name list belongs to it
         Utf8ToWide(buffer.Data(), count, value);
         return count;

@@ -33,8 +33,8 @@ public:
     }
 };
 
-/// The UTF-8 form of a name during one read, or null for an empty name. Names of ordinary length need no
-/// allocation.
+/// The UTF-8 form of a name, up to its first NUL, during one read; null for an empty name. Names of ordinary
+/// length need no allocation.
 class NarrowName {
 public:
     // cppcheck-suppress uninitMemberVar ; the text is there before anything points to it
@@ -45,7 +45,7 @@ public:
 
     /// Converts `name`. On failure returns false and stays null.
     bool Convert(corvane::wstring_view name) {
-        if (name.empty())
+        if (name.empty() || name.front() == 0)
             return true;
         if (name.size() > inlineUnits) {
             const bool converted = m_long.Convert(corvane::wstring(name).c_str());
@@ -53,7 +53,7 @@ public:
             return converted;
         }
         const std::size_t size = corvane::utf::ToUtf8(name, m_inline);
-        if (size != name.size() && corvane::utf::HasLoneSurrogate(name))
+        if (size != name.size() && corvane::utf::HasLoneSurrogate(corvane::UpToNul(name)))
             return false;
         m_inline[size] = '\0';
         m_text = m_inline;
