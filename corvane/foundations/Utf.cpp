@@ -138,8 +138,11 @@ bool CopyEnds(const From* at, std::size_t length, To* out) noexcept {
     return CopyBlock<count>(at, out) && CopyBlock<count>(at + length - count, out + length - count);
 }
 
+// Copies from 4 to 16 units if they are ASCII: most names, which are faster outside a loop.
 template <typename From, typename To>
 bool CopyShortAscii(const From* at, std::size_t length, To* out) noexcept {
+    if (length > 16)
+        return false;
     if (length >= 8)
         return CopyEnds<8>(at, length, out);
     if (length >= 4)
@@ -190,6 +193,8 @@ char32_t utf::ConsumeCharacter(std::string_view& utf8) noexcept {
 
 std::size_t utf::ToWide(std::string_view utf8, wchar* out) noexcept {
     const auto* at = reinterpret_cast<const unsigned char*>(utf8.data());
+    if (CopyShortAscii(at, utf8.size(), out))
+        return utf8.size();
     const unsigned char* const end = at + utf8.size();
     wchar* const begin = out;
     while (at != end) {
@@ -222,6 +227,8 @@ std::size_t utf::WideLength(std::string_view utf8) noexcept {
 
 std::size_t utf::ToUtf8(wstring_view wide, char* out) noexcept {
     const wchar* at = wide.data();
+    if (CopyShortAscii(at, wide.size(), out))
+        return wide.size();
     const wchar* const end = at + wide.size();
     char* const begin = out;
     while (at != end) {
