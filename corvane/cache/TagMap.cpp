@@ -20,14 +20,16 @@ std::optional<TagMap::Tag> TagMap::Find(wstring_view name) const noexcept {
 }
 
 void TagMap::Reserve(std::size_t tags) {
+    constexpr std::size_t unitsOfFew = 500;
+    ReserveText(unitsOfFew);
     if (tags * 2 > m_slots.size())
         Rehash(tags * 2);
 }
 
 bool TagMap::Insert(wstring_view name, const ConfigValue& value) {
-    constexpr std::size_t minTags = 4;
+    constexpr std::size_t minSlots = 8;
     if ((m_size + std::size_t{1}) * 2 > m_slots.size())
-        Reserve(std::max(m_size * std::size_t{2}, minTags));
+        Rehash(std::max(m_size * std::size_t{4}, minSlots));
     const std::uint32_t hash = HashIgnoringCase(name);
     Slot& slot = m_slots[FindSlot(name, hash)];
     if (slot.offset != none)

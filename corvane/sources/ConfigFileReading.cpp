@@ -138,6 +138,9 @@ void ConfigFile::Utf8ToWide(const char* text, std::int32_t length, wstring& resu
 bool ConfigFile::SplitNameList(const wstring& list, std::vector<wstring>& names) {
     if (list.empty())
         return false;
+    constexpr std::size_t unitsOfName = 8; // or more, with the NUL, in most lists
+    if (names.empty())
+        names.reserve(list.size() / unitsOfName);
     for (wstring_view rest = list;;) {
         const std::size_t length = corvane::FindUnit(rest, wchar());
         if (length == rest.size())
@@ -158,7 +161,9 @@ bool ConfigFile::EnumerateSections(std::vector<wstring>& sections) {
 }
 
 bool ConfigFile::EnumerateTags(const wstring& section, std::vector<wstring>& tags) {
-    wstring key(corvane::UpToNul(section));
+    wstring key;
+    key.reserve(section.size() + 1);
+    key += corvane::UpToNul(section);
     if (key.empty())
         return false;
     // A key made from such a name would be split inside it and read something else, maybe the list of all

@@ -26,6 +26,7 @@ void ProfileIndex::Parse() {
     constexpr std::size_t bytesOfLine =
         24; // or more, in most files; what is reserved but unused is never touched
     m_lines.reserve(m_content.Size() / bytesOfLine);
+    m_sections.reserve(8); // all of a small file
     ProfileLines lines(Content());
     for (ProfileLine line; lines.Next(line);) {
         if (line.kind == ProfileLine::Kind::Header) {
