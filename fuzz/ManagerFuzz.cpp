@@ -67,6 +67,50 @@ public:
         return removed;
     }
 
+    /// All or nothing. A section that is left without tags stays until the end: whether it is cache-only
+    /// counts until then, and it is not written if it was not in the file.
+    bool Apply(const std::vector<corvane::ConfigChange>& changes) {
+        Model after = *this;
+        Sections before = loaded < 0 ? Sections() : files[loaded];
+        std::set<wstring> reduced;
+        const auto eraseIfEmpty = [](Sections& sections, const wstring& name) {
+            const auto found = sections.find(name);
+            return found != sections.end() && found->second.empty() && sections.erase(name) > 0;
+        };
+        for (const auto& [key, value] : changes) {
+            const wstring section = key.substr(0, key.find(u':'));
+            const wstring tag = key.substr(section.size() + 1);
+            const wstring name = Stored(after.cache, section);
+            if (value ? !after.Set(section, tag, *value, false)
+                      : loaded < 0 || section.empty() || name == reserved)
+                return false;
+            if (value)
+                continue;
+            reduced.insert(name);
+            const auto erase = [&tag = tag](Sections& sections, const wstring& from) {
+                if (const auto found = sections.find(from); found != sections.end())
+                    tag.empty() ? found->second.clear() : void(found->second.erase(tag));
+            };
+            erase(after.cache, name);
+            if (after.cacheOnly.count(name))
+                continue;
+            after.modified = false;
+            erase(after.files[loaded], name);
+            if (tag.empty()) {
+                after.files[loaded].erase(name);
+                before.erase(name);
+            }
+        }
+        for (const wstring& name : reduced) {
+            if (eraseIfEmpty(after.cache, name))
+                after.cacheOnly.erase(name);
+            if (!before.count(name))
+                eraseIfEmpty(after.files[loaded], name);
+        }
+        *this = after;
+        return true;
+    }
+
     bool Load(int file, bool force) {
         if (file == loaded && !force && !modified)
             return true;
@@ -88,7 +132,7 @@ public:
                 continue;
             for (const auto& [tag, value] : tags) {
                 if (section == reserved || value.cacheOnly || alone != cache.end())
-                    fresh[section].emplace(tag, value);
+                    fresh[section].emplace(tag, Value{value.text, true});
             }
         }
         cache = std::move(fresh);
@@ -145,14 +189,26 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     putFile(1, {{u"Other", {}}, {u"Extra", {{u"x", {u"y"}}}}});
 
     for (int steps = 0; steps < 20 && !input.Empty(); ++steps) {
-        const std::size_t kind = input.Below(10);
+        const std::size_t choice = input.Below(256);
+        const std::size_t kind = choice % 10;
         const wstring section = sectionNames[input.Below(std::size(sectionNames))];
         const wstring tag = tagNames[input.Below(std::size(tagNames))];
         const wstring key = manager.BuildKey(section, tag);
         const std::size_t file = input.Below(2);
         bool wanted = true;
         int result = 0;
-        if (kind < 3) {
+        if (choice >= 200 && kind < 5) {
+            std::vector<corvane::ConfigChange> changes{{key, {}}};
+            for (std::size_t more = kind; more > 0; --more) {
+                const wstring other = manager.BuildKey(sectionNames[input.Below(std::size(sectionNames))],
+                                                       tagNames[input.Below(std::size(tagNames))]);
+                const std::size_t value = input.Below(std::size(values) + 1);
+                changes.push_back({other, value < std::size(values) ? std::optional<wstring>(values[value])
+                                                                    : std::nullopt});
+            }
+            wanted = model.Apply(changes);
+            result = manager.ApplyChanges(changes);
+        } else if (kind < 3) {
             const wstring value = values[input.Below(std::size(values))];
             wanted = model.Set(section, tag, value, kind == 2);
             result = manager.SetValue(key, value, kind == 2);

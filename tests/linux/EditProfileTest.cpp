@@ -47,7 +47,7 @@ TEST(EditProfile, ChangesTheLinesConcerned) {
          "[s]\na=2\nb=3\n[t]\nc=4\nd=5\n"},
         {"[s]\na=1\nb=2\n",
          {{"s", "a", "8"}, {"s", "a", none}, {"s", "b", none}, {"s", "B", "9"}},
-         "[s]\nb=9\n"},
+         "[s]\nB=9\n"},
         {"[s]\na=1", {{"s", "a", none}, {"s", "b", "2"}}, "[s]\nb=2\n"},
         {"[s]\na=1\n[S]\na=2\nb=3", {{"s", "a", none}, {"s", "b", "4"}}, "[s]\nb=4\n[S]\nb=3"},
         {"[s]\r\na=1\r\n", {{"s", "b", "2"}, {"s", none, none}, {"s", "c", "3"}}, "[s]\r\nc=3\r\n"},
@@ -56,6 +56,7 @@ TEST(EditProfile, ChangesTheLinesConcerned) {
          {{"t", "b", none}, {"s", none, none}, {"u", "c", "3"}},
          ";t\n[t]\n[u]\nc=3\n"},
         {"[s]\na=1", {{"t", "b", "2"}, {"t", none, none}, {"s", "c", none}}, "[s]\na=1"},
+        {"", {{"S", "B", none}, {"s", "b", "1"}}, "[s]\nb=1\n"}, // named as it is written
     };
     for (const Row& row : rows) {
         EXPECT_EQ(After(row.before, row.edits), row.after) << row.before;

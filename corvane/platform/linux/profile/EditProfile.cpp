@@ -14,13 +14,15 @@ using Kind = ProfileLine::Kind;
 // The net effect of a series of edits on one tag, and on one section.
 struct TagEdit {
     std::string_view name;
-    std::optional<std::string_view> value; // none: the tag is removed
-    bool isDone = false;                   // the new text has the value
+    std::optional<std::string_view> value;
+    bool isRemoved = false; // remove all lines of this name, before the value is added
+    bool isDone = false;    // the new text has the value
 };
 
 struct SectionEdit {
     std::string_view name;
-    bool isRemoved = false; // remove all sections of this name from the text
+    bool isRemoved = false; // remove all sections of this name from the text, before the tags are added
+    bool isNamed = false;   // by a value
     bool isWritten = false; // in the new text
     NamedList<TagEdit> tags;
 };
@@ -72,21 +74,30 @@ public:
     }
 
 private:
+    // What is new in the text has the name under which it was first written.
     void Plan(const ProfileEdit& edit) {
         SectionEdit& section = m_sections.FindOrAdd(edit.section);
-        if (edit.tag) {
-            section.tags.FindOrAdd(*edit.tag).value = edit.value;
-        } else {
-            section.isRemoved = true;
-            section.tags = {};
+        if (!edit.tag) {
+            section = {edit.section, true, false, false, {}};
+            return;
         }
+        TagEdit& tag = section.tags.FindOrAdd(*edit.tag);
+        if (!edit.value) {
+            tag = {tag.name, std::nullopt, true, false};
+            return;
+        }
+        if (!std::exchange(section.isNamed, true))
+            section.name = edit.section;
+        if (!tag.value)
+            tag.name = *edit.tag;
+        tag.value = edit.value;
     }
 
     void CountTasks(const SectionEdit& section) {
         m_removes = m_removes || section.isRemoved;
         for (const TagEdit& tag : section.tags) {
             m_values += tag.value ? 1U : 0U;
-            m_removes = m_removes || !tag.value;
+            m_removes = m_removes || tag.isRemoved;
         }
     }
 
@@ -109,7 +120,7 @@ private:
             return;
         TagEdit* const edit = m_section->tags.Find(line.name);
         m_last = line;
-        m_lastIsRemoved = edit && !edit->value;
+        m_lastIsRemoved = edit && edit->isRemoved;
         if (m_lastIsRemoved) {
             Replace(line.whole.data(), EndOf(line.whole));
         } else if (edit && m_isFirst && !edit->isDone) {
