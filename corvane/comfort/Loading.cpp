@@ -43,7 +43,7 @@ std::string WhyNoSections(const wstring& path) {
         return WhyNotRead(platform::GetLastError());
     if (std::find(sections.begin(), sections.end(), reservedSection) != sections.end())
         return "it has a section [_$CACHE$_], a name that no file may use";
-    return "it was not to be had at that time; try again";
+    return "another program was changing it; try again";
 }
 
 // Why the file at `path` cannot be loaded, as the second half of a sentence. Examines the file anew; it may
@@ -61,7 +61,7 @@ std::string CauseOfFailure(const wstring& path) {
     if (denies(reading))
         return "it may not be read: " + SystemMessage(errno);
     if (denies(writing))
-        return "it may not be written, which a load needs as well: " + SystemMessage(errno);
+        return "it can be read but not written, and loading needs both: " + SystemMessage(errno);
     return WhyNoSections(path);
 }
 
