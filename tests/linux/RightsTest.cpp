@@ -34,7 +34,8 @@ TEST_F(Rights, ThatAreMissingAreNamedByALoad) {
     ASSERT_EQ(::mkdir(Path("closed").c_str(), 0700), 0);
     const std::pair<std::string, const char*> rows[] = {
         {Make("a", "[s]\n", 0222), "it may not be read: Permission denied"},
-        {Make("b", "[s]\n", 0444), "it can be read but not written, and loading needs both: Permission denied"},
+        {Make("b", "[s]\n", 0444),
+         "it can be read but not written, and loading needs both: Permission denied"},
         {Make("closed/c", "[s]\n", 0666), "it cannot be reached: Permission denied"},
         {"/dev/null", "it is no regular file"}};
     AsNobody([&rows] {
