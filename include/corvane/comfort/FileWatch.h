@@ -8,26 +8,25 @@
 
 namespace corvane {
 
-/// Watches the file that a manager has loaded, by its identity, size and times in nanoseconds: a change in
-/// the very moment of the load is seen, and so is one that puts an older file in its place, takes it away or
-/// brings it back. Make the watch after a load, and from then on Reload whenever Differs; if that fails, try
-/// it again without asking once more.
+/// Watches the file that a manager has loaded by its identity, size and nanosecond times, so that it also
+/// notices changes during the load and files that are replaced by older ones, deleted or created again. Make
+/// the watch after a load, then call Reload whenever Differs returns true. If that fails, try again without
+/// asking Differs first:
 ///
 ///     if (watch.Differs() || stale)
 ///         stale = !corvane::Reload(config);
 ///
-/// The watch keeps no reference to the manager, and stays with its file if the manager loads another one.
-/// Each thread needs a watch of its own.
+/// The watch does not refer to the manager, and keeps watching the same file if the manager loads another.
+/// Not for use by several threads at once.
 class FileWatch {
 public:
-    /// Begins with the file as it was when `config` loaded it. Without a file there is nothing to watch.
+    /// Starts from the file as `config` loaded it. Without a loaded file, Differs always returns false.
     CORVANE_API explicit FileWatch(const ConfigManager& config);
 
-    /// Whether the file is another than when this last gave true, or than at the load. True also after the
-    /// program's own writes, and too often while a timestamp is racy, since one more change could have got
-    /// the same: for some milliseconds after a change; for two seconds where times are in seconds; and on
-    /// network file systems, whose clock is another, until the first look two seconds after the watch was
-    /// made or saw a change. Never too rarely.
+    /// Whether the file has changed since this last returned true, or since the load; the program's own
+    /// writes count. No change is missed. While a further change could leave the same timestamp, it returns
+    /// true without one: for some milliseconds after a change, for two seconds where times are in whole
+    /// seconds, and on network file systems until two seconds after the watch was made or found a change.
     [[nodiscard]] CORVANE_API bool Differs() noexcept;
 
 private:
