@@ -116,13 +116,18 @@ bool HeldProfile::Acquire(const char* file, bool create) {
     const std::string given = Located(file);
     if (!PutBack(given))
         return false;
-    bool isNew = false;
     // Without write permission on the file itself, it must not be replaced either.
-    if (const FileHandle probe =
-            Open(given, GENERIC_READ | GENERIC_WRITE, shareAll, create ? OPEN_ALWAYS : OPEN_EXISTING))
-        isNew = create && ::GetLastError() != ERROR_ALREADY_EXISTS;
-    else
+    FileHandle probe = Open(given, GENERIC_READ | GENERIC_WRITE, shareAll);
+    bool isNew = false;
+    if (!probe && create && ::GetLastError() == ERROR_FILE_NOT_FOUND) {
+        if (Exists(BackupOf(given))) // missing only while another process replaces it
+            return Refuse(ERROR_SHARING_VIOLATION);
+        probe = Open(given, GENERIC_READ | GENERIC_WRITE, shareAll, CREATE_NEW);
+        isNew = static_cast<bool>(probe);
+    }
+    if (!probe)
         return false;
+    probe = FileHandle();
     m_file = Open(given, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE);
     if (!m_file || !LockBeyondEnd(m_file))
         return false;
@@ -186,6 +191,15 @@ bool HeldProfile::Commit() {
     m_hasCopy = false;
     m_isNew = false;
     return true;
+}
+
+bool KeepInPlace(const char* file, FileHandle& kept) {
+    if (!CleanUp(file))
+        return false;
+    const std::string path = Located(file);
+    kept = Open(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    return kept || (::GetLastError() != ERROR_SHARING_VIOLATION && !Exists(BackupOf(path))) ||
+           Refuse(ERROR_SHARING_VIOLATION);
 }
 
 bool CleanUp(const char* file) {

@@ -67,4 +67,7 @@ private:
 /// ERROR_SHARING_VIOLATION, while another process replaces the file.
 bool CleanUp(const char* file);
 
+/// The same before a write in place; until `kept` is closed, no process replaces the file.
+bool KeepInPlace(const char* file, FileHandle& kept);
+
 } // namespace corvane::windows

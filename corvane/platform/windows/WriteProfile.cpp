@@ -9,12 +9,15 @@ namespace corvane {
 int platform::WritePrivateProfileStringA(const char* section, const char* tag, const char* value,
                                          const char* file) {
     CheckProfileChange({section, tag, value});
-    return windows::CleanUp(file) && ::WritePrivateProfileStringA(section, tag, value, file);
+    windows::FileHandle kept;
+    return windows::KeepInPlace(file, kept) && ::WritePrivateProfileStringA(section, tag, value, file);
 }
 
 int platform::WritePrivateProfileStringW(const wchar* section, const wchar* tag, const wchar* value,
                                          const wchar* file) {
-    return windows::CleanUp(ToUtf8(file).c_str()) && ::WritePrivateProfileStringW(section, tag, value, file);
+    windows::FileHandle kept;
+    return windows::KeepInPlace(ToUtf8(file).c_str(), kept) &&
+           ::WritePrivateProfileStringW(section, tag, value, file);
 }
 
 int platform::_waccess(const wchar* path, int mode) {
