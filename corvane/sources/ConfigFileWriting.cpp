@@ -14,8 +14,8 @@ namespace {
 
 template <class Write>
 std::int32_t Attempt(bool isFirst, Write write) {
-    const platform::BriefWaits scope(
-        !isFirst); // waiting a second and sleeping a second each time would take a minute
+    // Waiting a second and sleeping a second each time would take a minute.
+    const platform::BriefWaits scope(!isFirst);
     return write();
 }
 

@@ -61,14 +61,15 @@ FileState platform::ExamineFile(const wchar* path) noexcept {
     return state;
 }
 
-// The question is refused for a file that no other machine serves.
+// For a file that no other machine serves, the query is an invalid parameter.
 bool platform::HasRemoteClock(const wchar* path) noexcept {
     const HANDLE opened = OpenForAttributes(path);
     if (opened == INVALID_HANDLE_VALUE)
         return true;
     const File file(opened);
     FILE_REMOTE_PROTOCOL_INFO info{};
-    return ::GetFileInformationByHandleEx(opened, FileRemoteProtocolInfo, &info, sizeof info) != 0;
+    return ::GetFileInformationByHandleEx(opened, FileRemoteProtocolInfo, &info, sizeof info) != 0 ||
+           ::GetLastError() != ERROR_INVALID_PARAMETER;
 }
 
 } // namespace corvane

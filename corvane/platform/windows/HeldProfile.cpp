@@ -48,8 +48,9 @@ bool PutBack(const std::string& path) {
     for (int attempt = 0; attempt < 100 && !Exists(path); ++attempt) {
         if (const FileHandle held = Open(backup, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_DELETE))
             return ::MoveFileExA(backup.c_str(), path.c_str(), MOVEFILE_WRITE_THROUGH);
-        if (::GetLastError() != ERROR_SHARING_VIOLATION)
-            return true; // there is no backup
+        const DWORD error = ::GetLastError();
+        if (error != ERROR_SHARING_VIOLATION)
+            return !Exists(backup) || Refuse(error);
         ::Sleep(1);
     }
     return Exists(path) || Refuse(ERROR_SHARING_VIOLATION);
@@ -131,27 +132,34 @@ bool HeldProfile::Acquire(const char* file, bool create) {
     m_file = Open(given, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE);
     if (!m_file || !LockBeyondEnd(m_file))
         return false;
+    if (!IsStill(given))
+        return false;
     m_path = PathOf(m_file, given);
     m_copy = CopyOf(m_path);
-    if (!IsStillTheFile() || !ReadAll(m_file, m_content))
+    if (isNew && Exists(BackupOf(m_path))) { // it is the target of a link, and was missing for a moment
+        m_file = FileHandle();
+        ::DeleteFileA(m_path.c_str());
+        PutBack(m_path);
+        return Refuse(ERROR_SHARING_VIOLATION);
+    }
+    if (!ReadAll(m_file, m_content))
         return false;
     m_isNew = isNew && m_content.empty();
     return true;
 }
 
 // Another process may have replaced the file before the lock was acquired.
-bool HeldProfile::IsStillTheFile() const noexcept {
+bool HeldProfile::IsStill(const std::string& path) const noexcept {
     BY_HANDLE_FILE_INFORMATION held{};
     BY_HANDLE_FILE_INFORMATION named{};
-    const FileHandle other = Open(m_path, 0, shareAll);
-    if (!other || !::GetFileInformationByHandle(m_file.Get(), &held) ||
-        !::GetFileInformationByHandle(other.Get(), &named))
+    const FileHandle other = Open(path, 0, shareAll);
+    if (!::GetFileInformationByHandle(m_file.Get(), &held))
         return false;
-    if (held.nNumberOfLinks > 1)
-        return Refuse(ERROR_NOT_SUPPORTED);
-    return (held.dwVolumeSerialNumber == named.dwVolumeSerialNumber &&
-            held.nFileIndexHigh == named.nFileIndexHigh && held.nFileIndexLow == named.nFileIndexLow) ||
-           Refuse(ERROR_SHARING_VIOLATION);
+    if (!other || !::GetFileInformationByHandle(other.Get(), &named) ||
+        held.dwVolumeSerialNumber != named.dwVolumeSerialNumber ||
+        held.nFileIndexHigh != named.nFileIndexHigh || held.nFileIndexLow != named.nFileIndexLow)
+        return Refuse(ERROR_SHARING_VIOLATION);
+    return held.nNumberOfLinks <= 1 || Refuse(ERROR_NOT_SUPPORTED);
 }
 
 bool HeldProfile::MakeCopy() {

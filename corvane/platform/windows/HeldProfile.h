@@ -53,7 +53,7 @@ public:
     bool Commit();
 
 private:
-    bool IsStillTheFile() const noexcept;
+    bool IsStill(const std::string& path) const noexcept;
 
     std::string m_path; // with links resolved
     std::string m_copy;

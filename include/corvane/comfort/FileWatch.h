@@ -26,7 +26,8 @@ public:
     /// Whether the file has changed since this last returned true, or since the load; the program's own
     /// writes count. No change is missed. While a further change could leave the same timestamp, it returns
     /// true without one: for some milliseconds after a change, for two seconds where times are in whole
-    /// seconds, and on network file systems until two seconds after the watch was made or found a change.
+    /// seconds, and on network file systems until two seconds after the watch was made or found a
+    /// change, or longer if the server's clock is ahead.
     [[nodiscard]] CORVANE_API bool Differs() noexcept;
 
 private:
