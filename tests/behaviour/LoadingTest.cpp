@@ -113,16 +113,12 @@ TEST_F(Loading, GoesOnWhenALogSinkLoads) {
         corvane::wstring snapshot;
         ASSERT_EQ(manager.CreateSnapshot(snapshot), 0);
         Put("[Mail]\nPort=26\n");
-        Lines lines;
-        Quillon::NativeLogging::LoggerRegistry::setSink([&](const auto& line) {
-            lines.push_back(corvane::ToUtf8(line.text.substr(0, line.text.find(' '))));
-            EXPECT_EQ(manager.Update(WidePath(other).c_str(), -1), 0);
-        });
+        log.OnLine([&] { EXPECT_EQ(manager.Update(WidePath(other).c_str(), -1), 0); });
         // The name ends with the source, which the sink replaces.
         EXPECT_EQ(restore ? manager.RestoreSnapshot(snapshot) : manager.Update(manager.GetConfigName(), 0),
                   0);
-        Quillon::NativeLogging::LoggerRegistry::setSink({});
-        EXPECT_EQ(lines, restore ? (Lines{"Restoring", "Snapshot"}) : Lines{"loading"});
+        log.OnLine({});
+        EXPECT_EQ(log.Take().size(), restore ? 2U : 1U);
         EXPECT_EQ(Bytes(file), restore ? "[Mail]\nPort=25\n" : "[Mail]\nPort=26\n");
         EXPECT_EQ(Get("Mail:Port"), restore ? "5" : "26") << "the last load stands";
     }

@@ -55,13 +55,14 @@ TEST_F(Reading, FallsBackToTheDefault) {
 
 TEST_F(Reading, IsTraced) {
     Start("[Mail]\nPort=25\n");
-    LogCapture traced(Quillon::NativeLogging::Severity::trace);
+    using namespace Quillon::NativeLogging;
+    LoggerRegistry::setThreshold(Severity::trace);
     Get("mail:port");
     Set("mail:port", "26");
     Delete("mail:port");
-    EXPECT_EQ(traced.Take(), (Lines{"GetValue: key: 'mail:port'", "GetValue: key: 'mail:port', value: '25'",
-                                    "SetValue: key: 'mail:port', value:'26', cacheOnly = false",
-                                    "DeleteValue: key: 'mail:port'"}));
+    EXPECT_EQ(log.Take(), (Lines{"GetValue: key: 'mail:port'", "GetValue: key: 'mail:port', value: '25'",
+                                 "SetValue: key: 'mail:port', value:'26', cacheOnly = false",
+                                 "DeleteValue: key: 'mail:port'"}));
 }
 
 TEST_F(Reading, ListsInTheOrderOfTheCache) {

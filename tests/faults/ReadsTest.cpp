@@ -31,9 +31,7 @@ protected:
     }
 
     static long CallsToRead(const std::string& file, const faults::Plan& plan = {}) {
-        faults::Begin(plan);
-        EXPECT_EQ(Read(file), "old");
-        return faults::End().calls;
+        return faults::During(plan, [&] { EXPECT_EQ(Read(file), "old"); }).calls;
     }
 
     /// Files whose timestamps are no longer racy.
@@ -67,9 +65,7 @@ TEST_F(Reads, LeaveALockedContentAlone) {
     for (const auto& operation : {m_read, m_copy, m_write}) {
         faults::Outcome outcome;
         for (faults::Plan plan{Kind::Fail, EINTR, {}, 1}; plan.n <= 30; ++plan.n) { // then it waits already
-            faults::Begin(plan);
-            EXPECT_FALSE(operation());
-            outcome = faults::End();
+            outcome = faults::During(plan, [&] { EXPECT_FALSE(operation()); });
             EXPECT_TRUE(outcome.struck);
         }
         EXPECT_NEAR(outcome.secondsWaited, 1, 0.1);
@@ -89,13 +85,12 @@ TEST_F(Reads, LockTheContentOfAFreshFile) { // as do writes in place
                                   isLocked = Lock(other, F_WRLCK) != 0;
                                   Lock(other, F_UNLCK);
                               }};
-            for (faults::Outcome outcome; plan.n < 99 && outcome.name != call; outcome = faults::End()) {
+            do {
                 ++plan.n;
                 isLocked = false;
                 Make("f", content);
-                faults::Begin(plan);
-                EXPECT_TRUE(operation());
-            }
+            } while (plan.n < 99 &&
+                     faults::During(plan, [&run = operation] { EXPECT_TRUE(run()); }).name != call);
         }
         EXPECT_TRUE(isLocked) << call;
     }
@@ -106,10 +101,8 @@ TEST_F(Reads, OfSizeAreRefusedAboveALimit) {
     faults::Plan plan;
     for (const auto& [beyond, error] : {std::pair(1, 223U), std::pair(0, 0U)}) {
         plan.size = (1 << 30) + beyond;
-        faults::Begin(plan);
-        EXPECT_EQ(m_read(), error == 0);
+        faults::During(plan, [&, error = error] { EXPECT_EQ(m_read(), error == 0); });
         EXPECT_EQ(platform::GetLastError(), error);
-        faults::End();
     }
 }
 
@@ -117,9 +110,7 @@ TEST_F(Reads, ThatFailAreNotKept) {
     faults::Plan plan{Kind::Fail, EIO};
     for (const std::string& file : MakeOld(5)) {
         ++plan.n;
-        faults::Begin(plan);
-        Read(file);
-        EXPECT_TRUE(faults::End().struck);
+        EXPECT_TRUE(faults::During(plan, [&] { Read(file); }).struck);
         EXPECT_EQ(Read(file), "old") << "call " << plan.n;
     }
 }
@@ -151,12 +142,12 @@ TEST_F(Reads, DoNotTrustTheTimesOfARemoteClock) {
         ConfigManager manager;
         ASSERT_EQ(manager.Update(ToWide(file).c_str(), 0), 0);
         FileWatch watch(manager);
-        faults::Begin(plan);
-        EXPECT_EQ(watch.Differs(), isRemote);
-        platform::Sleep(3000);
-        EXPECT_EQ(watch.Differs(), isRemote) << "a change may have followed the last look at once";
-        EXPECT_FALSE(watch.Differs());
-        faults::End();
+        faults::During(plan, [&] {
+            EXPECT_EQ(watch.Differs(), isRemote);
+            platform::Sleep(3000);
+            EXPECT_EQ(watch.Differs(), isRemote) << "a change may have followed the last look at once";
+            EXPECT_FALSE(watch.Differs());
+        });
     }
 }
 
@@ -169,25 +160,25 @@ TEST_F(Reads, AreNotTornByAWriterWithoutALock) {
     };
     int version = 0;
     faults::Plan plan{Kind::Meddle, 0, [&] { WriteFile(m_file, text(++version)); }};
-    do {
+    for (bool struck = true; struck;) {
         WriteFile(m_file, text(version = 0));
         ++plan.n;
-        faults::Begin(plan);
         std::string lines(4096, '#');
-        lines.resize(platform::GetPrivateProfileSectionA("s", lines.data(), 4096, m_file.c_str()));
-        const auto read = lines.empty() ? 0 : lines.end()[-2] - '0';
+        const auto read = [&] {
+            lines.resize(platform::GetPrivateProfileSectionA("s", lines.data(), 4096, m_file.c_str()));
+        };
+        struck = faults::During(plan, read).struck;
+        const auto seen = lines.empty() ? 0 : lines.end()[-2] - '0';
         std::replace(lines.begin(), lines.end(), '\0', '\n');
-        EXPECT_EQ("[s]\n" + lines, text(read)) << "call " << plan.n;
-    } while (faults::End().struck);
+        EXPECT_EQ("[s]\n" + lines, text(seen)) << "call " << plan.n;
+    }
 }
 
 TEST_F(Reads, OfALoadTakeFewCalls) {
     const wstring file = ToWide(MakeOld(1).front()); // a file that has just changed is locked
     ConfigManager manager;
-    faults::Begin({});
-    EXPECT_EQ(manager.Update(file.c_str(), -1), 0);
-    const long calls = 6; // access, stat, open, lock query, read and stat; a close is not counted
-    EXPECT_EQ(faults::End().calls, calls);
+    // access, stat, open, lock query, read and stat; a close is not counted
+    EXPECT_EQ(faults::During({}, [&] { EXPECT_EQ(manager.Update(file.c_str(), -1), 0); }).calls, 6);
 }
 
 } // namespace

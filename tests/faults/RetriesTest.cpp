@@ -10,8 +10,6 @@
 
 namespace {
 
-using namespace Quillon::NativeLogging;
-
 enum Operation { write, deletion, batch };
 constexpr Operation operations[] = {write, deletion, batch};
 
@@ -22,63 +20,60 @@ protected:
             return manager.ApplyChanges({{u"mail:port", u" 26"}, {u"mail:none", {}}});
         return operation == deletion ? Delete("mail:port") : Set("mail:port", " 26");
     }
+
+    /// Runs `change` on a file that is locked until the given number of lines has been logged; with each of
+    /// them comes `onLine`.
+    faults::Outcome RunLocked(
+        const std::function<void()>& change, std::size_t lines, const std::function<void()>& onLine = [] {}) {
+        const int holder = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
+        EXPECT_EQ(::flock(holder, lines > 0 ? LOCK_EX : LOCK_UN), 0);
+        log.OnLine([&] {
+            onLine();
+            if (--lines == 0)
+                ::flock(holder, LOCK_UN);
+        });
+        const faults::Outcome outcome = faults::During({}, change);
+        log.OnLine({});
+        ::close(holder);
+        return outcome;
+    }
 };
 
-std::string Attempt(std::size_t number) {
-    return "Error 32 \"attempt #" + std::to_string(number) +
-           " to write to config file fails, will retry in 1 seconds\" at func: "
-           "ConfigFile::WritePrivateProfileStringWithRetry";
-}
-
 TEST_F(Retries, AreCountedAndLogged) {
-    struct Row {
-        std::uint32_t retries;
-        std::size_t refusals;
-        bool done;
-    };
-    for (const Row& row : {Row{30, 0, true}, Row{30, 2, true}, Row{3, 3, false}, Row{0, 1, false},
-                           Row{1, 1, false}, Row{30, 30, false}}) {
+    using Row = std::tuple<std::uint32_t, std::size_t, bool>;
+    for (const auto& [retries, refusals, done] : {Row(30, 0, true), Row(30, 2, true), Row(3, 3, false),
+                                                  Row(0, 1, false), Row(1, 1, false), Row(30, 30, false)}) {
         for (const Operation operation : operations) {
-            SCOPED_TRACE(std::to_string(row.retries) + " " + std::to_string(operation));
+            SCOPED_TRACE(std::to_string(retries) + " " + std::to_string(operation));
             Start("[Mail]\nPort=25\n");
-            manager.GetConfigSource()->SetWriteRetries(row.retries);
-            EXPECT_EQ(manager.GetConfigSource()->GetWriteRetries(), row.retries);
-            const int holder = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
-            ASSERT_EQ(::flock(holder, row.refusals > 0 ? LOCK_EX : LOCK_UN), 0);
+            manager.GetConfigSource()->SetWriteRetries(retries);
+            EXPECT_EQ(manager.GetConfigSource()->GetWriteRetries(), retries);
             MoveTime(file, 5);
-            Lines lines;
-            LoggerRegistry::setSink([&](const LogLine& line) {
-                const std::string text = corvane::ToUtf8(line.text);
-                lines.push_back(text.substr(0, text.find(" line: ")));
-                if (row.done && lines.size() == row.refusals)
-                    ::flock(holder, LOCK_UN);
-            });
-            faults::Begin({});
-            const int result = Run(operation);
-            const faults::Outcome outcome = faults::End();
-            EXPECT_EQ(outcome.secondsSlept, static_cast<long>(row.refusals));
-            EXPECT_GE(outcome.secondsWaited, row.refusals > 0 ? 1 : 0) << "the first attempt is patient";
+            int result = 0;
+            const faults::Outcome outcome = RunLocked([&] { result = Run(operation); }, done ? refusals : 99);
+            EXPECT_EQ(outcome.secondsSlept, static_cast<long>(refusals));
+            EXPECT_GE(outcome.secondsWaited, refusals > 0 ? 1 : 0) << "the first attempt is patient";
             EXPECT_LE(outcome.secondsWaited, 4) << "and the others are not";
-            LoggerRegistry::setSink([](const auto&) {});
-            ::close(holder);
 
             Lines expected;
-            while (expected.size() < row.refusals)
-                expected.push_back(Attempt(expected.size() + 1));
-            const Lines refusals[] = {
+            while (expected.size() < refusals)
+                expected.push_back("Error 32 \"attempt #" + std::to_string(expected.size() + 1) +
+                                   " to write to config file fails, will retry in 1 seconds\" at func: "
+                                   "ConfigFile::WritePrivateProfileStringWithRetry");
+            const Lines ends[] = {
                 {"Error 32 \"WritePrivateProfileStringA\" at func: ConfigFile::WriteValue",
                  "Error 32768 \"mail:port\" at func: ConfigManager::_SetValue"},
                 {"Error 32 \"WritePrivateProfileString\" at func: ConfigFile::DeleteValue"},
                 {"Error 32 \"WritePrivateProfileChanges\" at func: ConfigFile::WriteChanges",
                  "Error 32768 at func: ConfigManager::ApplyChanges"}};
-            if (!row.done)
-                expected.insert(expected.end(), refusals[operation].begin(), refusals[operation].end());
-            EXPECT_EQ(lines, expected);
-            EXPECT_EQ(result, operation == deletion || row.done ? 0 : FAILURE_GENERAL);
-            EXPECT_EQ(manager.SourceWasModified(), operation != write && !row.done); // that hides the change
-            EXPECT_EQ(Exists("mail:port"), operation != deletion || !row.done);
-            const char* const done = operation == deletion ? "[Mail]\n" : "[Mail]\nPort=26\n";
-            EXPECT_EQ(Bytes(file), row.done ? done : "[Mail]\nPort=25\n");
+            if (!done)
+                expected.insert(expected.end(), ends[operation].begin(), ends[operation].end());
+            EXPECT_EQ(log.Take(), expected);
+            EXPECT_EQ(result, operation == deletion || done ? 0 : FAILURE_GENERAL);
+            EXPECT_EQ(manager.SourceWasModified(), operation != write && !done); // that hides the change
+            EXPECT_EQ(Exists("mail:port"), operation != deletion || !done);
+            const char* const after = operation == deletion ? "[Mail]\n" : "[Mail]\nPort=26\n";
+            EXPECT_EQ(Bytes(file), done ? after : "[Mail]\nPort=25\n");
         }
     }
 }
@@ -100,17 +95,8 @@ TEST_F(Retries, ChangeTheCacheOfTheirOwnFileAlone) {
             const bool isDeletion = operation == deletion;
             WriteFile(other, "[Mail]\nPort=5\n");
             Start(isDeletion ? "[Mail]\nPort=25\n[Net]\na=1\n" : "[Mail]\nPort=25\n");
-            const int holder = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
-            ASSERT_EQ(::flock(holder, LOCK_EX), 0);
-            LoggerRegistry::setSink([&](const LogLine&) {
-                row.sink();
-                ::flock(holder, LOCK_UN);
-            });
-            faults::Begin({});
-            EXPECT_EQ(Run(operation), 0);
-            EXPECT_EQ(faults::End().secondsSlept, 1);
-            LoggerRegistry::setSink([](const auto&) {});
-            ::close(holder);
+            const auto change = [&] { EXPECT_EQ(Run(operation), 0); };
+            EXPECT_EQ(RunLocked(change, 1, row.sink).secondsSlept, 1);
             EXPECT_EQ(List() + "," + Get("Mail:Port"), isDeletion ? row.deleted : row.written);
             EXPECT_EQ(Bytes(file), isDeletion ? "[Mail]\n[Net]\na=1\n" : "[Mail]\nPort=26\n");
             EXPECT_EQ(Bytes(other), "[Mail]\nPort=5\n");
@@ -121,16 +107,10 @@ TEST_F(Retries, ChangeTheCacheOfTheirOwnFileAlone) {
 TEST_F(Retries, OfABatchKeepWhatIsCachedMeanwhile) {
     Start("[Mail]\nPort=25\n");
     ASSERT_EQ(Set("Own:a", "1", true), 0);
-    const int holder = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
-    ASSERT_EQ(::flock(holder, LOCK_EX), 0);
-    LoggerRegistry::setSink([&](const LogLine&) {
-        ::flock(holder, LOCK_UN);
-        Set("Own:b", "2");
-    });
-    faults::Begin({});
-    EXPECT_EQ(manager.ApplyChanges({{u"Mail:Port", u"26"}, {u"Own:c", u"3"}}), 0);
-    EXPECT_EQ(faults::End().secondsSlept, 1);
-    ::close(holder);
+    const auto change = [this] {
+        EXPECT_EQ(manager.ApplyChanges({{u"Mail:Port", u"26"}, {u"Own:c", u"3"}}), 0);
+    };
+    EXPECT_EQ(RunLocked(change, 1, [this] { Set("Own:b", "2"); }).secondsSlept, 1);
     EXPECT_EQ(List("Own:"), "a,b,c");
 }
 

@@ -6,7 +6,6 @@
 #include <atomic>
 #include <cerrno>
 #include <chrono>
-#include <cmath>
 #include <csignal>
 #include <cstdarg>
 #include <cstdint>
@@ -56,7 +55,8 @@ bool Strikes(std::string_view name) noexcept {
     }
     const bool goesOn = outcome.struck &&
                         (plan.kind == Kind::FailOn || (plan.kind == Kind::FailAlike && name == outcome.name));
-    const bool fails = goesOn || (now && plan.kind == Kind::Fail);
+    const bool isForAName = plan.needsNames && name == "access"; // asked before a file is made without one
+    const bool fails = goesOn || isForAName || (now && plan.kind == Kind::Fail);
     outcome.cleanUpFailed = outcome.cleanUpFailed || (fails && name == "unlinkat");
     if (fails)
         errno = plan.error;
@@ -78,16 +78,15 @@ void* Original(const char* name) noexcept {
 
 } // namespace
 
-void Begin(const Plan& next) noexcept {
+Outcome During(const Plan& next, const std::function<void()>& work) {
     plan = next;
     outcome = Outcome();
     reserved = 0;
     unflushed.clear();
     active = true;
-}
-
-Outcome End() noexcept {
+    work();
     active = false;
+    plan = Plan();
     // A folder whose flush was made to fail is not reported.
     for (const auto& [inode, isInPlace] : unflushed)
         outcome.isUnflushed = outcome.isUnflushed || isInPlace || !outcome.struck;
@@ -107,16 +106,6 @@ struct stat StatusOf(int at, std::string_view path) {
     struct stat status {};
     original(at, std::string(path).c_str(), &status, AT_EMPTY_PATH);
     return status;
-}
-
-void Claim(struct stat& status) {
-    if (active && plan.size != 0)
-        status.st_size = plan.size;
-}
-
-void Claim(struct statfs& system) {
-    if (active && plan.fileSystem != 0)
-        system.f_type = static_cast<decltype(system.f_type)>(plan.fileSystem);
 }
 
 /// What takes the place of its old content, as the hard link shows, may not meet a full disk.
@@ -144,14 +133,16 @@ void Enter(int at, std::string_view path) {
 } // namespace
 } // namespace faults
 
-#define COUNTED_THEN(Result, name, parameters, arguments, then)                                              \
+#define COUNTED_OR(Result, failure, name, parameters, arguments, then)                                       \
     extern "C" Result name parameters noexcept(noexcept(::name arguments)) {                                 \
         static const auto original = ORIGINAL(name);                                                         \
-        const Result result = faults::Strikes(#name) ? -1 : original arguments;                              \
-        if (result == 0)                                                                                     \
+        const auto result = faults::Strikes(#name) ? failure : original arguments;                           \
+        if (!result)                                                                                         \
             then;                                                                                            \
         return result;                                                                                       \
     }
+#define COUNTED_THEN(Result, name, parameters, arguments, then)                                              \
+    COUNTED_OR(Result, -1, name, parameters, arguments, then)
 #define COUNTED(Result, name, parameters, arguments)                                                         \
     COUNTED_THEN(Result, name, parameters, arguments, static_cast<void>(0))
 
@@ -169,6 +160,7 @@ void Enter(int at, std::string_view path) {
 COUNTED_WITH_REST(open, (const char* path, int flags, ...), flags, mode_t, path, flags)
 COUNTED_WITH_REST(openat, (int folder, const char* path, int flags, ...), flags, mode_t, folder, path, flags)
 COUNTED_WITH_REST(fcntl, (int file, int command, ...), command, void*, file, command)
+COUNTED(int, access, (const char* path, int mode), (path, mode))
 COUNTED(int, chmod, (const char* path, mode_t mode), (path, mode))
 COUNTED(int, faccessat, (int at, const char* path, int mode, int flags), (at, path, mode, flags))
 COUNTED_THEN(int, fallocate, (int file, int mode, off_t at, off_t size), (file, mode, at, size),
@@ -176,7 +168,8 @@ COUNTED_THEN(int, fallocate, (int file, int mode, off_t at, off_t size), (file, 
 COUNTED(int, fchmod, (int file, mode_t mode), (file, mode))
 COUNTED(int, fchown, (int file, uid_t user, gid_t group), (file, user, group))
 COUNTED(int, flock, (int file, int operation), (file, operation))
-COUNTED_THEN(int, fstat, (int file, struct stat* status), (file, status), faults::Claim(*status))
+COUNTED_THEN(int, fstat, (int file, struct stat* status), (file, status),
+             if (faults::plan.size != 0) status->st_size = faults::plan.size)
 COUNTED(int, fstatat, (int at, const char* path, struct stat* status, int flags), (at, path, status, flags))
 COUNTED(int, ftruncate, (int file, off_t size), (file, size))
 COUNTED(int, futimens, (int file, const timespec* times), (file, times))
@@ -189,7 +182,9 @@ COUNTED_THEN(int, renameat, (int from, const char* a, int to, const char* b), (f
 COUNTED_THEN(int, renameat2, (int from, const char* a, int to, const char* b, unsigned how),
              (from, a, to, b, how), faults::Enter(to, b))
 COUNTED(int, stat, (const char* path, struct stat* status), (path, status))
-COUNTED_THEN(int, statfs, (const char* path, struct statfs* system), (path, system), faults::Claim(*system))
+COUNTED_THEN(int, statfs, (const char* path, struct statfs* system), (path, system),
+             if (faults::plan.fileSystem != 0)
+                 system->f_type = static_cast<decltype(system->f_type)>(faults::plan.fileSystem))
 COUNTED(int, unlinkat, (int at, const char* path, int flags), (at, path, flags))
 COUNTED(int, utimensat, (int at, const char* path, const timespec* times, int how), (at, path, times, how))
 COUNTED(int, fremovexattr, (int file, const char* name), (file, name))
@@ -199,23 +194,8 @@ COUNTED(ssize_t, fgetxattr, (int file, const char* name, void* to, std::size_t s
 COUNTED(ssize_t, flistxattr, (int file, char* list, std::size_t size), (file, list, size))
 COUNTED(ssize_t, pread, (int file, void* bytes, std::size_t size, off_t at), (file, bytes, size, at))
 COUNTED(ssize_t, readlinkat, (int at, const char* path, char* to, std::size_t size), (at, path, to, size))
-
-// Asked before a file is made without a name.
-extern "C" int access(const char* path, int mode) noexcept {
-    static const auto original = ORIGINAL(access);
-    return faults::Strikes("access") || (faults::active && faults::plan.needsNames) ? -1
-                                                                                    : original(path, mode);
-}
-
-extern "C" DIR* fdopendir(int folder) {
-    static const auto original = ORIGINAL(fdopendir);
-    return faults::Strikes("fdopendir") ? nullptr : original(folder);
-}
-
-extern "C" dirent* readdir(DIR* folder) {
-    static const auto original = ORIGINAL(readdir);
-    return faults::Strikes("readdir") ? nullptr : original(folder);
-}
+COUNTED_OR(DIR*, nullptr, fdopendir, (int folder), (folder), static_cast<void>(0))
+COUNTED_OR(dirent*, nullptr, readdir, (DIR * folder), (folder), static_cast<void>(0))
 
 extern "C" ssize_t pwritev(int file, const iovec* parts, int count, off_t at) {
     static const auto original = ORIGINAL(pwritev);
@@ -285,6 +265,6 @@ extern "C" int clock_nanosleep(clockid_t clock, int, const timespec* until, time
     const std::int64_t nanoseconds =
         (until->tv_sec - now.tv_sec) * faults::second + until->tv_nsec - now.tv_nsec;
     faults::slept += nanoseconds;
-    faults::outcome.secondsSlept += std::lround(static_cast<double>(nanoseconds) / faults::second);
+    faults::outcome.secondsSlept += static_cast<long>((nanoseconds + faults::second / 2) / faults::second);
     return 0;
 }

@@ -40,9 +40,7 @@ struct Outcome {
     double secondsWaited = 0;   ///< for locks
 };
 
-void Begin(const Plan& plan) noexcept;
-
-/// From here on all calls go through again.
-Outcome End() noexcept;
+/// What became of the calls that `work` makes.
+Outcome During(const Plan& plan, const std::function<void()>& work);
 
 } // namespace faults
