@@ -4,7 +4,6 @@
 #include <corvane/comfort.h>
 #include <corvane/platform/linux/LinuxPlatform.h>
 
-#include <grp.h>
 #include <sys/xattr.h>
 
 namespace corvane::test {
@@ -12,21 +11,10 @@ namespace {
 
 class Rights : public TestFolder {
 protected:
-    static constexpr unsigned nobody = 65534;
-
     void SetUp() override {
         if (::geteuid() != 0)
             GTEST_SKIP() << "only root can become another user";
         ASSERT_EQ(::chmod(Path(".").c_str(), 0755), 0);
-    }
-
-    static void AsNobody(const std::function<void()>& work) {
-        const pid_t child = Fork([&] {
-            EXPECT_EQ(::setgroups(0, nullptr) + ::setgid(nobody) + ::setuid(nobody), 0);
-            work();
-            return HasFailure() ? 1 : 0;
-        });
-        EXPECT_EQ(Wait(child), 0);
     }
 };
 

@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <functional>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -63,6 +64,18 @@ inline int Wait(pid_t child) {
     int status = 0;
     ::waitpid(child, &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+inline constexpr unsigned nobody = 65534;
+
+/// Runs `work`, which checks by itself, in a process of a user without privileges. Root alone may.
+inline void AsNobody(const std::function<void()>& work) {
+    const pid_t child = Fork([&work] {
+        EXPECT_EQ(::setgroups(0, nullptr) + ::setgid(nobody) + ::setuid(nobody), 0);
+        work();
+        return testing::Test::HasFailure() ? 1 : 0;
+    });
+    EXPECT_EQ(Wait(child), 0);
 }
 
 } // namespace corvane::test

@@ -5,40 +5,31 @@
 #include <corvane/platform/Platform.h>
 #include <corvane/registry/registry.h>
 
+#include <set>
+
 namespace corvane {
 namespace {
 
 using namespace platform;
 
-/// A wide text of a call, or null.
-class Wide {
-public:
-    Wide(const char* text) : m_isNull(!text), m_text(ToWide(text ? text : "")) {}
-    operator const wchar*() const { return m_isNull ? nullptr : m_text.c_str(); }
-
-private:
-    bool m_isNull;
-    wstring m_text;
-};
+/// A wide text, which stays, or null.
+const wchar* Wide(const char* text) {
+    static std::set<wstring> texts;
+    return text ? texts.insert(ToWide(text)).first->c_str() : nullptr;
+}
 
 class Registry : public TemporaryRegistry {
 protected:
-    static std::string ReadText(const Wide& path, const Wide& name, const Wide& fallback = "-") {
+    static std::string ReadText(const char* path, const char* name, const char* fallback = "-") {
         wchar buffer[64] = CORVANE_TEXT("before");
-        registry_readString(nullptr, path, name, fallback, buffer, 64);
+        registry_readString(nullptr, Wide(path), Wide(name), Wide(fallback), buffer, 64);
         return ToUtf8(buffer);
     }
-    static int WriteText(const Wide& path, const Wide& name, const Wide& text) {
-        return registry_writeString(nullptr, path, name, text);
+    static int WriteText(const char* path, const char* name, const char* text) {
+        return registry_writeString(nullptr, Wide(path), Wide(name), Wide(text));
     }
-    static int WriteNumber(const Wide& path, ulong number, HKEY key = nullptr) {
-        return registry_writeNumber(key, path, Wide("n"), number);
-    }
-    static HKEY CreateApp() {
-        HKEY key = nullptr;
-        RegCreateKeyExW(HKEY_CURRENT_USER, Wide("App"), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key,
-                        nullptr);
-        return key;
+    static int WriteNumber(const char* path, ulong number, HKEY key = nullptr) {
+        return registry_writeNumber(key, Wide(path), Wide("n"), number);
     }
 };
 
@@ -64,9 +55,9 @@ TEST_F(Registry, FindsAKeyByEveryFormOfItsPath) {
 }
 
 TEST_F(Registry, CutsATextThatDoesNotFit) {
-    const Wide text = "twelve chars";
+    const wchar* const text = Wide("twelve chars");
     ASSERT_EQ(WriteText("\\App", "Name", "twelve chars"), 0);
-    for (const Wide name : {"Name", "Missing"}) {
+    for (const wchar* const name : {Wide("Name"), Wide("Missing")}) {
         wchar untouched = '#';
         const auto read = [&](wchar* buffer, ulong size) {
             return registry_readString(nullptr, Wide("\\App"), name, text, buffer, size);
@@ -88,7 +79,7 @@ TEST_F(Registry, CutsATextThatDoesNotFit) {
 
 TEST_F(Registry, PassesOverOtherTypes) {
     using namespace std::string_literals;
-    HKEY app = CreateApp();
+    HKEY app = CreateKey(Wide("App"));
     static const struct {
         const char* name;
         ulong type;
@@ -103,9 +94,7 @@ TEST_F(Registry, PassesOverOtherTypes) {
                 {"Path", REG_EXPAND_SZ, TextData(CORVANE_TEXT("%A%")), 7, "%A%"},
                 {"Odd", REG_SZ, TextData(CORVANE_TEXT("A")) + "B", 7, "A"}};
     for (const auto& row : rows) {
-        RegSetValueExW(app, Wide(row.name), 0, row.type,
-                       reinterpret_cast<const unsigned char*>(row.data.data()),
-                       static_cast<ulong>(row.data.size()));
+        SetData(app, Wide(row.name), row.type, row.data);
         int found = -1;
         EXPECT_EQ(registry_readNumber(nullptr, Wide("\\App"), Wide(row.name), 7, &found), row.number);
         EXPECT_EQ(found, row.number != 7) << row.name;
@@ -135,7 +124,7 @@ TEST_F(Registry, WritesAtARootAndThroughAHandle) {
     EXPECT_EQ(WriteText("Nowhere\\App", "a", "1"), -1);
     EXPECT_EQ(WriteNumber(nullptr, 1), -1);
 
-    HKEY key = CreateApp();
+    HKEY key = CreateKey(Wide("App"));
     EXPECT_EQ(WriteNumber("Deep\\Deeper", 3, key) + WriteNumber("", 4, key), 0);
     EXPECT_EQ(registry_readNumber(key, Wide("deep\\deeper"), Wide("N"), 0, nullptr), 3U);
     EXPECT_EQ(registry_readNumber(key, nullptr, Wide("N"), 0, nullptr), 4U);
@@ -154,12 +143,12 @@ TEST_F(Registry, DeletesOneKeyAndClosesTheHandleThatItDeletesUnder) {
         EXPECT_EQ(registry_deleteKey(nullptr, Wide(path)), status) << (path ? path : "null");
     EXPECT_EQ(registry_loadSubSectionNames(HKEY_CURRENT_USER, nullptr, ';'), nullptr);
 
-    HKEY key = CreateApp();
+    HKEY key = CreateKey(Wide("App"));
     EXPECT_EQ(registry_deleteKey(key, nullptr), 32768);
     EXPECT_EQ(WriteNumber("Inner", 1, key), 0);
     EXPECT_EQ(registry_deleteKey(key, Wide("None")), 2);
     EXPECT_EQ(RegCloseKey(key), 6);
-    HKEY same = CreateApp();
+    HKEY same = CreateKey(Wide("App"));
     for (const auto& [subKey, status] : {std::pair("", 5), {"Inner", 0}, {"", 0}}) { // "": the key itself
         EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, Wide("App"), 0, KEY_READ, &key), 0);
         EXPECT_EQ(registry_deleteKey(key, Wide(subKey)), status) << subKey;

@@ -16,14 +16,13 @@ using namespace test;
 
 class RegistryStore : public TemporaryRegistry {
 protected:
-    static HKEY Create(const wchar* path) {
-        HKEY key = nullptr;
-        RegCreateKeyExW(HKEY_CURRENT_USER, path, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr);
-        return key;
-    }
-    static LSTATUS Set(HKEY key, const wchar* name, ulong type, const std::string& data) {
-        return RegSetValueExW(key, name, 0, type, reinterpret_cast<const unsigned char*>(data.data()),
-                              static_cast<ulong>(data.size()));
+    /// The status, and the numbers of subkeys and values.
+    static std::tuple<LSTATUS, ulong, ulong> Query(HKEY key) {
+        ulong subkeys = 0;
+        ulong values = 0;
+        const LSTATUS status = RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr,
+                                                &values, nullptr, nullptr, nullptr, nullptr);
+        return {status, subkeys, values};
     }
     static ulong ReadNumber(const wchar* path, const wchar* name = u"n") {
         return registry_readNumber(nullptr, path, name, 7, nullptr);
@@ -44,7 +43,7 @@ TEST_F(RegistryStore, KeepsAnyKeyName) {
         names.insert(wstring(255, last));
     names.insert(wstring(79, 'm') + u"\U0001F511" + u"m");
     names.insert({0xD800});
-    HKEY parent = Create(u"Names");
+    HKEY parent = CreateKey(u"Names");
     for (const wstring& name : names)
         ASSERT_EQ(registry_writeNumber(parent, name.c_str(), u"n", name.back()), 0) << ToUtf8(name);
     for (const wstring& name : names)
@@ -83,20 +82,20 @@ TEST_F(RegistryStore, KeepsAnyValue) {
         {u"binary", REG_BINARY, "\0\xff"s, R"("binary"=hex:00,ff)"},
         {u"eleven", 11, "12345678", R"("eleven"=hex(b):31,32,33,34,35,36,37,38)"},
     };
-    HKEY key = Create(u"App");
+    HKEY key = CreateKey(u"App");
     std::string file;
     for (const auto& row : rows) {
-        ASSERT_EQ(Set(key, row.name, row.type, row.data), 0);
+        ASSERT_EQ(SetData(key, row.name, row.type, row.data), 0);
         file += row.line + "\n";
     }
     EXPECT_EQ(Bytes(valuesFile), file);
-    EXPECT_EQ(Set(key, u"INNER", REG_SZ, TextData(u"x")), 0);
+    EXPECT_EQ(SetData(key, u"INNER", REG_SZ, TextData(u"x")), 0);
     wchar text[8];
     EXPECT_EQ(registry_readString(nullptr, u"\\App", u"crlf", nullptr, text, 8), 3U);
     EXPECT_EQ(text, wstring(u"A\r\n"));
     EXPECT_NE(Bytes(valuesFile).find("\"inner\"=\"x\"\n\"expand\""), std::string::npos)
         << "a text without a terminator gets one and stays in its place";
-    EXPECT_EQ(Set(key, wstring(16384, 'n').c_str(), REG_SZ, ""), 87);
+    EXPECT_EQ(SetData(key, wstring(16384, 'n').c_str(), REG_SZ, ""), 87);
 
     WriteFile(valuesFile,
               "\xEF\xBB\xBF; mine\r\n\r\n \"wrapped\" = hex:01,\\\r\n  02\r\n\"n\"=dword:A\r\n; end");
@@ -106,7 +105,7 @@ TEST_F(RegistryStore, KeepsAnyValue) {
 }
 
 TEST_F(RegistryStore, RefusesADamagedFileAndLeavesItAlone) {
-    HKEY key = Create(u"App");
+    HKEY key = CreateKey(u"App");
     const std::string first = "\"n\"=dword:00000001\n";
     using namespace std::string_literals;
     for (const std::string& line :
@@ -115,11 +114,7 @@ TEST_F(RegistryStore, RefusesADamagedFileAndLeavesItAlone) {
           "\"\\u0000\"=\"1\""s, "\"x\"=\"\\u12\""s, "\"x\"=\"\\x\""s, "\"x\"=\"\xFF\""s,
           "\"\xED\xA0\x80\"=\"1\""s}) {
         WriteFile(valuesFile, first + line);
-        ulong count = 0;
-        EXPECT_EQ(RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &count, nullptr,
-                                   nullptr, nullptr, nullptr),
-                  1009)
-            << line;
+        EXPECT_EQ(std::get<LSTATUS>(Query(key)), 1009) << line;
         EXPECT_EQ(ReadNumber(u"\\App"), 7U) << line;
         EXPECT_EQ(WriteNumber(u"\\App", 2), 1009) << line;
         EXPECT_EQ(Bytes(valuesFile), first + line);
@@ -127,9 +122,9 @@ TEST_F(RegistryStore, RefusesADamagedFileAndLeavesItAlone) {
 }
 
 TEST_F(RegistryStore, TellsWhatDoesNotFit) {
-    HKEY key = Create(u"App");
-    Create(u"App\\Sub");
-    ASSERT_EQ(Set(key, u"name", REG_BINARY, "12345"), 0);
+    HKEY key = CreateKey(u"App");
+    CreateKey(u"App\\Sub");
+    ASSERT_EQ(SetData(key, u"name", REG_BINARY, "12345"), 0);
     for (const auto& [room, dataRoom] : {std::pair(5U, 5U), {9U, 9U}, {5U, 4U}, {4U, 5U}, {1U, 0U}}) {
         wstring name(10, '#');
         std::string data(10, '#');
@@ -149,7 +144,7 @@ TEST_F(RegistryStore, TellsWhatDoesNotFit) {
 }
 
 TEST_F(RegistryStore, SeesChangesThroughAnOpenHandle) {
-    HKEY writer = Create(u"App");
+    HKEY writer = CreateKey(u"App");
     HKEY reader = nullptr;
     ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, u"app", 0, KEY_READ, &reader), 0);
     wchar name[8];
@@ -161,7 +156,7 @@ TEST_F(RegistryStore, SeesChangesThroughAnOpenHandle) {
     };
     for (unsigned char number = 1; number < 50; ++number) {
         const int before = data;
-        ASSERT_EQ(Set(writer, u"n", REG_BINARY, std::string(1, static_cast<char>(number))), 0);
+        ASSERT_EQ(SetData(writer, u"n", REG_BINARY, std::string(1, static_cast<char>(number))), 0);
         if (before) { // a walk holds the values of its key, and of no other
             const ValueWalk walk(reader);
             EXPECT_EQ(read(reader) || data != before, 0);
@@ -170,13 +165,13 @@ TEST_F(RegistryStore, SeesChangesThroughAnOpenHandle) {
         ASSERT_EQ(read(reader), 0);
         EXPECT_EQ(data, number);
     }
-    EXPECT_EQ(Set(reader, u"n", REG_SZ, ""), 5) << "opened for reading";
+    EXPECT_EQ(SetData(reader, u"n", REG_SZ, ""), 5) << "opened for reading";
     HKEY root = nullptr;
     ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, u"", 0, KEY_READ, &root), 0);
     EXPECT_EQ(registry_deleteKey(root, u"") + registry_deleteKey(HKEY_CURRENT_USER, u""), 87 + 87);
     ASSERT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, u"App"), 0);
     for (const LSTATUS status :
-         {read(reader), Set(writer, u"n", REG_SZ, ""), registry_writeNumber(writer, u"In", u"n", 1)})
+         {read(reader), SetData(writer, u"n", REG_SZ, ""), registry_writeNumber(writer, u"In", u"n", 1)})
         EXPECT_EQ(status, 1018);
     EXPECT_TRUE(fs::is_empty(user));
     EXPECT_EQ(RegCloseKey(reader), 0);
@@ -186,7 +181,7 @@ TEST_F(RegistryStore, SeesChangesThroughAnOpenHandle) {
 }
 
 TEST_F(RegistryStore, FollowsNoSymbolicLink) {
-    Create(u"App");
+    CreateKey(u"App");
     fs::create_directory(Path("outside"));
     Make("outside/.values", "\"n\"=dword:00000001\n");
     fs::create_directory_symlink(Path("outside"), user / "Link");
@@ -202,7 +197,7 @@ TEST_F(RegistryStore, FollowsNoSymbolicLink) {
 }
 
 TEST_F(RegistryStore, DeletesNothingThatSomebodyPutThere) {
-    Create(u"App");
+    CreateKey(u"App");
     fs::create_directory(user / ".deleted0");
     for (const char* folder : {"App", ".deleted0"})
         WriteFile(user / folder / "notes", "theirs");
@@ -227,16 +222,13 @@ TEST_F(RegistryStore, GoesByThePermissions) {
     EXPECT_EQ(ModeOf(valuesFile), 0640U);
     if (::geteuid() != 0)
         GTEST_SKIP() << "only the administrator can become somebody else";
-    const pid_t other = Fork([] {
+    AsNobody([] {
         const wchar* const app = u"HKEY_LOCAL_MACHINE\\App";
-        EXPECT_EQ(::setegid(65534) + ::seteuid(65534), 0);
         EXPECT_EQ(ReadNumber(app), 1U);
         EXPECT_EQ(WriteNumber(app, 2), 5);
         EXPECT_EQ(WriteNumber(u"HKEY_LOCAL_MACHINE\\App\\New", 1), 5);
         EXPECT_EQ(registry_deleteKey(nullptr, app), 5);
-        return static_cast<int>(HasFailure());
     });
-    EXPECT_EQ(Wait(other), 0);
 }
 
 TEST_F(RegistryStore, LosesNothingOfTwoProcessesAndTwoThreads) {
@@ -258,12 +250,7 @@ TEST_F(RegistryStore, LosesNothingOfTwoProcessesAndTwoThreads) {
     EXPECT_EQ(write(3), 0);
     third.join();
     EXPECT_EQ(Wait(first) + Wait(second), 0);
-    ulong subkeys = 0;
-    ulong values = 0;
-    RegQueryInfoKeyW(Create(u"App"), nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr, &values, nullptr,
-                     nullptr, nullptr, nullptr);
-    EXPECT_EQ(subkeys, count);
-    EXPECT_EQ(values, 4 * count);
+    EXPECT_EQ(Query(CreateKey(u"App")), std::tuple(0, count, 4 * count));
 }
 
 } // namespace
