@@ -1,22 +1,18 @@
 // Everything at once, in threads and in processes, on one file. Each value tells how it has to look.
 #include "linux/TestFolder.h"
 
+#include <corvane/comfort.h>
 #include <corvane/config.h>
 
 #include <random>
 #include <set>
 #include <thread>
 
+namespace corvane::test {
 namespace {
 
-using namespace corvane::test;
 using namespace Quillon::NativeLogging;
-using corvane::ToWide;
-using corvane::wstring;
-
-wstring Number(int number) {
-    return ToWide(std::to_string(number));
-}
+using std::to_string;
 
 class Races : public TestFolder {
 protected:
@@ -31,24 +27,19 @@ protected:
     static std::string Padding() {
         std::string text = "[s]\n[Padding]\n";
         for (int i = 0; i < paddings; ++i)
-            text += "line" + std::to_string(i) + "=" + Value(i) + "\n";
+            text += "line" + to_string(i) + "=" + Value(i) + "\n";
         return text;
     }
     /// The number in front tells what follows.
     static std::string Value(int number) {
         const auto length = static_cast<unsigned>(number * 37 % 900);
-        return std::to_string(number) + ':' + std::string(length, static_cast<char>('a' + number % 26));
+        return to_string(number) + ':' + std::string(length, static_cast<char>('a' + number % 26));
     }
-    static bool IsWhole(const wstring& wide) {
-        const std::string value = corvane::ToUtf8(wide);
-        return value == Value(std::atoi(value.c_str()));
-    }
-    static bool IsWhole(ConfigManager& manager) {
+    static bool IsWhole(const std::string& value) { return value == Value(std::atoi(value.c_str())); }
+    static bool IsWhole(const ConfigManager& manager) {
         bool isWhole = true;
-        for (int i = 0; i < paddings; ++i) {
-            wstring value;
-            isWhole = isWhole && manager.GetValue(u"Padding:line" + Number(i), value) == 0 && IsWhole(value);
-        }
+        for (int i = 0; i < paddings; ++i)
+            isWhole = isWhole && IsWhole(Get(manager, "Padding:line" + to_string(i), "none"));
         return isWhole;
     }
 
@@ -56,21 +47,20 @@ protected:
     /// something was wrong.
     int Work(ConfigManager& manager, unsigned seed, int rounds) {
         std::minstd_rand random(seed);
-        int wrong = manager.Update(m_file.c_str(), 0) == 0 ? 0 : 1;
+        int wrong = Load(manager, m_file) ? 0 : 1;
         wstring snapshot;
         for (int round = 0; round < rounds; ++round) {
             const auto number = static_cast<int>(random() % 5000);
-            const wstring key = u"s:t" + Number(number % 8);
-            wstring value;
+            const std::string key = "s:t" + to_string(number % 8);
             bool right = true;
             switch (random() % 8) {
             case 0:
-            case 1: right = manager.SetValue(key, ToWide(Value(number))) == 0; break;
-            case 2: right = manager.GetValue(key, value) != 0 || IsWhole(value); break;
-            case 3: manager.DeleteValue(key); break;
+            case 1: right = Set(manager, key, Value(number)); break;
+            case 2: right = IsWhole(Get(manager, key, Value(number))); break;
+            case 3: static_cast<void>(Delete(manager, key)); break;
             case 4: manager.CreateSnapshot(snapshot); break;
             case 5: right = snapshot.empty() || manager.RestoreSnapshot(snapshot) == 0; break;
-            case 6: right = manager.Update(m_file.c_str(), -1) == 0 && IsWhole(manager); break;
+            case 6: right = Reload(manager) && IsWhole(manager); break;
             default: LoggerRegistry::setSink([](const LogLine& line) { EXPECT_FALSE(line.text.empty()); });
             }
             wrong += right ? 0 : 1;
@@ -91,12 +81,11 @@ protected:
     void CheckEnd() {
         for (const auto& entry : fs::directory_iterator(Path("."))) {
             ConfigManager each;
-            EXPECT_EQ(each.Update(ToWide(entry.path().string()).c_str(), 0), 0) << entry.path();
-            EXPECT_TRUE(IsWhole(each)) << entry.path();
+            EXPECT_TRUE(Load(each, entry.path().string()) && IsWhole(each)) << entry.path();
         }
     }
 
-    const wstring m_file = ToWide(Make("f", Padding()));
+    const std::string m_file = Make("f", Padding());
 };
 
 TEST_F(Races, OfThreadsEndWell) {
@@ -128,14 +117,11 @@ TEST_F(Races, OfBatchesShowNoHalfOfOne) {
     constexpr int groups = 2; // each for two of the workers
     constexpr int tags = 10;
     constexpr int rounds = 40;
-    const auto name = [](int group, int tag) { return u"s:" + Number(group) + u"." + Number(tag); };
-    const auto isWhole = [&](ConfigManager& manager, int group) {
-        std::set<wstring> values;
-        for (int tag = 0; tag < tags; ++tag) {
-            wstring value;
-            manager.GetValue(name(group, tag), value); // none before the first batch
-            values.insert(value);
-        }
+    const auto name = [](int group, int tag) { return "s:" + to_string(group) + "." + to_string(tag); };
+    const auto isWhole = [&](const ConfigManager& manager, int group) {
+        std::set<std::string> values;
+        for (int tag = 0; tag < tags; ++tag)
+            values.insert(Get(manager, name(group, tag), "")); // none before the first batch
         return values.size() == 1;
     };
     for (const bool inPlace : {false, true}) {
@@ -144,26 +130,27 @@ TEST_F(Races, OfBatchesShowNoHalfOfOne) {
             fs::create_hard_link(Path("f"), Path("hard"));
         InProcesses([&](int worker) {
             ConfigManager manager;
-            int wrong = manager.Update(m_file.c_str(), 0);
+            int wrong = Load(manager, m_file) ? 0 : 1;
             for (int round = 1; round <= rounds; ++round) {
-                const wstring own = Number(worker) + u"." + Number(round);
-                std::vector<corvane::ConfigChange> changes{{u"s:batch" + own, u"1"}};
+                const std::string own = to_string(worker) + "." + to_string(round);
+                WriteBatch batch;
+                batch.Set("s:batch" + own, 1);
                 for (int tag = 0; tag < tags; ++tag)
-                    changes.push_back({name(worker % groups, tag), own});
-                wrong += manager.ApplyChanges(changes) + manager.SetValue(u"s:single" + own, u"1");
-                wrong += manager.Update(m_file.c_str(), -1);
+                    batch.Set(name(worker % groups, tag), own);
+                const bool done = Write(manager, batch) && Set(manager, "s:single" + own, 1);
+                wrong += done && Reload(manager) ? 0 : 1;
                 for (int group = 0; group < groups; ++group)
                     wrong += isWhole(manager, group) ? 0 : 1;
             }
             return wrong;
         });
         ConfigManager manager;
-        std::vector<wstring> names;
-        ASSERT_EQ(manager.Update(m_file.c_str(), 0), 0);
-        EXPECT_EQ(manager.EnumerateTags(u"s:", names), std::size_t{groups * tags + workers * rounds * 2})
+        ASSERT_TRUE(Load(manager, m_file));
+        EXPECT_EQ(Tags(manager, "s").size(), std::size_t{groups * tags + workers * rounds * 2})
             << "something was lost";
         CheckEnd();
     }
 }
 
 } // namespace
+} // namespace corvane::test
