@@ -22,13 +22,12 @@ std::string After(std::string_view text, const std::vector<ProfileEdit>& edits) 
 // What the fuzz target `profile` cannot know: the place of what comes, what goes with a section, and what
 // many changes at once make of each other.
 TEST(EditProfile, ChangesTheLinesConcerned) {
-    struct Row {
+    const auto none = std::nullopt;
+    const struct {
         std::string_view before;
         std::vector<ProfileEdit> edits;
         std::string_view after;
-    };
-    const auto none = std::nullopt;
-    const Row rows[] = {
+    } rows[] = {
         {"\xEF\xBB\xBF", {{"s", "a", "1"}}, "\xEF\xBB\xBF[s]\na=1\n"},
         {"x\r\n  ", {{"s", "a", "1"}}, "x\r\n  \r\n[s]\r\na=1\r\n"},
         {"[s]\ra=1\r[t]\r", {{"s", "b", "2"}}, "[s]\ra=1\rb=2\r[t]\r"},
@@ -58,7 +57,7 @@ TEST(EditProfile, ChangesTheLinesConcerned) {
         {"[s]\na=1", {{"t", "b", "2"}, {"t", none, none}, {"s", "c", none}}, "[s]\na=1"},
         {"", {{"S", "B", none}, {"s", "b", "1"}}, "[s]\nb=1\n"}, // named as it is written
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         EXPECT_EQ(After(row.before, row.edits), row.after) << row.before;
         EXPECT_TRUE(row.edits.size() > 1 || !Edited(row.after, row.edits)) << "a second time: " << row.after;
     }

@@ -1,5 +1,4 @@
-#include <corvane/comfort/FileWatch.h>
-#include <corvane/manager/ConfigManager.h>
+#include <corvane/comfort.h>
 #include <corvane/platform/linux/Errors.h>
 #include <corvane/platform/linux/LinuxPlatform.h>
 
@@ -28,16 +27,15 @@ std::string Read(const char* section, const char* tag, const std::string& file, 
 
 TEST_F(ReadProfile, UnderstandsTheFormat) {
     using namespace std::string_literals;
-    struct Row {
-        std::string content;
-        const char *section, *tag;
-        std::string expected;
-    };
     const std::string net = "lost=1\n[Net]\r\n ; note\n Port = 25 \n\nhost='a b'\nport=26\nloose line\n=x\n"
                             "[]\nnameless=1\n[ Mail ]\n[net]\nlate=1\n[Mail]\nsecond=1";
     const std::string odd = "\xEF\xBB\xBF[a]b] ; text\rb=\"'c'\"\r# d='\r[e=1\r[f\r";
     const std::string many = "[a]\nt=1\n[b]\nt=2\nT=3\n[c]\nt=4\n";
-    const Row rows[] = {
+    const struct {
+        std::string content;
+        const char *section, *tag;
+        std::string expected;
+    } rows[] = {
         {net, nullptr, nullptr, "Net|Mail|net|Mail|"},
         {net, "NET", nullptr, "Port|host|port|"},
         {net, " net\t", " PORT ", "25"},
@@ -52,7 +50,7 @@ TEST_F(ReadProfile, UnderstandsTheFormat) {
         {"[a]\nb=c\nhal", "a", nullptr, "b|"},
         {"[a\0]\n\0\nb \0z = c \0d\n"s, "A", "B", "c"},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         EXPECT_EQ(Read(row.section, row.tag, Make("f", row.content)), row.expected)
             << testing::PrintToString(row.section) << testing::PrintToString(row.tag) << row.content;
     }
@@ -66,29 +64,28 @@ TEST_F(ReadProfile, UnderstandsTheFormat) {
 }
 
 TEST_F(ReadProfile, TruncatesAtTheExactLimit) {
-    struct Row {
-        std::size_t length;      // of the value, of the only name, of the only line
-        ulong size, value, list; // of the buffer; the results
-    };
+    // The length of the value, of the only name and of the only line; the buffer's size; the results, of the
+    // value and of the lists.
+    using Row = std::tuple<std::size_t, ulong, ulong, ulong>;
     constexpr ulong huge = 5'000'000;
-    for (const Row& row :
-         {Row{1020, 1024, 1020, 1021}, Row{1021, 1024, 1021, 1022}, Row{1022, 1024, 1022, 1022},
-          Row{1023, 1024, 1023, 1022}, Row{1024, 1024, 1023, 1022}, Row{5, 0, 0, 0}, Row{5, 1, 0, 0},
-          Row{5, 2, 1, 0}, Row{5, 3, 2, 1}, Row{huge, huge + 9, huge, huge + 1}}) {
-        const std::string text(row.length, 'x');
+    for (const auto& [length, size, value, list] :
+         {Row(1020, 1024, 1020, 1021), Row(1021, 1024, 1021, 1022), Row(1022, 1024, 1022, 1022),
+          Row(1023, 1024, 1023, 1022), Row(1024, 1024, 1023, 1022), Row(5, 0, 0, 0), Row(5, 1, 0, 0),
+          Row(5, 2, 1, 0), Row(5, 3, 2, 1), Row(huge, huge + 9, huge, huge + 1)}) {
+        const std::string text(length, 'x');
         const std::string file = Make("f", "[s]\n" + text + "=" + text + "\n[lines]\n" + text);
         const char* const tags[] = {text.c_str(), nullptr, "lines"};
         for (const char* const tag : tags) {
-            std::string buffer(row.size + 2, '#');
+            std::string buffer(size + 2, '#');
             const ulong count =
                 tag == tags[2]
-                    ? GetPrivateProfileSectionA(tag, buffer.data(), row.size, file.c_str())
-                    : GetPrivateProfileStringA("s", tag, nullptr, buffer.data(), row.size, file.c_str());
-            EXPECT_EQ(count, tag == tags[0] ? row.value : row.list) << row.length << " in " << row.size;
+                    ? GetPrivateProfileSectionA(tag, buffer.data(), size, file.c_str())
+                    : GetPrivateProfileStringA("s", tag, nullptr, buffer.data(), size, file.c_str());
+            EXPECT_EQ(count, tag == tags[0] ? value : list) << length << " in " << size;
             std::string content = text.substr(0, count) + std::string(tag == tags[0] ? 1 : 2, '\0');
-            content.resize(std::min<std::size_t>(content.size(), row.size));
-            EXPECT_TRUE(buffer.compare(0, content.size(), content) == 0) << row.length << " in " << row.size;
-            EXPECT_EQ(buffer.substr(row.size), "##");
+            content.resize(std::min<std::size_t>(content.size(), size));
+            EXPECT_TRUE(buffer.compare(0, content.size(), content) == 0) << length << " in " << size;
+            EXPECT_EQ(buffer.substr(size), "##");
         }
     }
 }
@@ -107,10 +104,7 @@ TEST_F(ReadProfile, IsNotHeldUpByNamesThatWereMadeForIt) {
     ASSERT_EQ(loaded.Update(ToWide(file).c_str(), 0), 0);
     ASSERT_EQ(loaded.SetValue(ToWide("s:" + name(count, 'X')), ToWide("20000")), 0);
     ConfigManager copy(loaded);
-    const auto inCache = [&copy](const std::string& key) {
-        wstring value;
-        return copy.Exists(ToWide(key)) && copy.GetValue(ToWide(key), value) == 0 ? ToUtf8(value) : "none";
-    };
+    const auto inCache = [&copy](const std::string& key) { return Get(copy, key, "none"); };
     for (const unsigned i : {0U, 7'000U, count - 1, count}) {
         const std::string made = name(i, 'x'), value = std::to_string(i);
         EXPECT_EQ(inCache("S:" + made), value);
