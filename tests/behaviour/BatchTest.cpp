@@ -1,7 +1,6 @@
 // Many changes at once: all of them or none.
 #include "support/ConfigFixture.h"
 #include "support/Differences.h"
-#include "support/StateOf.h"
 
 #include <corvane/comfort.h>
 #include <corvane/sources/IConfigSource.h>
@@ -33,15 +32,13 @@ protected:
         return interface == exact ? manager.ApplyChanges(changes) == 0 : corvane::Write(manager, batch);
     }
 
-    std::ptrdiff_t FilesInFolder() const {
-        return std::distance(fs::directory_iterator(folder.Path()), fs::directory_iterator());
-    }
-
     static std::string Shown(ConfigManager& config) {
         std::string text;
-        for (const auto& [section, tag, value] : StateOf(config))
-            text += tag.empty() ? '[' + corvane::ToUtf8(section) + ']'
-                                : corvane::ToUtf8(tag) + '=' + corvane::ToUtf8(value) + ' ';
+        for (const std::string& section : corvane::Sections(config)) {
+            text += '[' + section + ']';
+            for (const auto& [tag, value] : corvane::Tags(config, section))
+                text += tag + '=' + value + ' ';
+        }
         return text;
     }
 };

@@ -3,7 +3,6 @@
 
 #include <corvane/comfort.h>
 
-#include <algorithm>
 #include <functional>
 #include <limits>
 #include <random>
@@ -69,9 +68,6 @@ TEST_F(Comfort, ReadsTypedValues) {
     Reads<std::uint8_t>(255, "255");
     Reads<std::uint8_t>({}, "256|-1");
     Reads<std::uint64_t>(~std::uint64_t{}, "18446744073709551615");
-    Reads<double>(0.5, "0.5");
-    Reads<double>(-1000.0, "-1e3");
-    Reads<double>({}, "0,5|nan|inf|1e999");
     Reads<std::chrono::seconds>(120s, "120s|2min|120000ms");
     Reads<std::chrono::seconds>(-24h, "-1d");
     Reads<std::chrono::seconds>({}, "1500ms|90|s|1 s|9223372036854775807h");
@@ -151,20 +147,17 @@ TEST_F(Comfort, SaysWhatItRefuses) {
     const struct {
         const char *key, *text, *why;
     } rows[] = {
-        {"S", "x", "a key is a section, a colon and a tag"},
-        {"S:t\xFF", "x", "the key is not valid UTF-8"},
-        {"S\n:t", "x", "a key cannot contain a line break"},
-        {"S:t ", "x", "a section or tag cannot begin or end with a blank"},
-        {"S:t", "\xFF", "the value is not valid UTF-8"},
-        {"S:t", nullptr, "the value is null"},
-        {"_$CACHE$_:t", "x", "the section _$CACHE$_ is kept in the cache alone"},
+        {"S", "x", "a key is a section, a colon and a tag: 'S'"},
+        {"S:t\xFF", "x", "the key is not valid UTF-8: 'S:t\uFFFD'"},
+        {"S\n:t", "x", "a key cannot contain a line break: 'S :t'"},
+        {"S:t ", "x", "a section or tag cannot begin or end with a blank: 'S:t '"},
+        {"S:t", "\xFF", "the value is not valid UTF-8: 'S:t'"},
+        {"S:t", nullptr, "the value is null: 'S:t'"},
+        {"_$CACHE$_:t", "x", "the section _$CACHE$_ is kept in the cache alone: '_$CACHE$_:t'"},
     };
     for (const auto& [key, text, why] : rows) {
         EXPECT_FALSE(corvane::Set(manager, key, text));
-        std::string shown = corvane::ToUtf8(corvane::ToWide(key));
-        std::replace(shown.begin(), shown.end(), '\n', ' ');
-        EXPECT_EQ(log.Take(),
-                  Lines{"Error 32768 \"" + (why + (": '" + shown)) + "'\" at func: corvane::Set"});
+        EXPECT_EQ(log.Take(), Lines{std::string("Error 32768 \"") + why + "\" at func: corvane::Set"});
     }
     EXPECT_TRUE(corvane::Set(manager, "Token:b", " x ")); // in a section of the cache alone
     EXPECT_EQ(Bytes(file) + List("Token:") + Get("Token:b"), "[S]\nt=1\na,b x ");
@@ -302,7 +295,7 @@ TEST_F(Comfort, GoesBackUnlessToldOtherwise) {
         EXPECT_EQ(Get("S:t"), keep ? "2" : "1");
         EXPECT_NE(Bytes(file).find(keep ? "t=2" : "t=1"), std::string::npos);
     }
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), {}), 1); // no snapshot stays
+    EXPECT_EQ(FilesInFolder(), 1); // no snapshot stays
 
     ConfigManager empty;
     EXPECT_FALSE(corvane::SnapshotGuard(empty));

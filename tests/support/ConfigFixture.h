@@ -78,6 +78,8 @@ protected:
         return joined;
     }
 
+    auto FilesInFolder() const { return std::distance(fs::directory_iterator(folder.Path()), {}); }
+
     TemporaryFolder folder;
     fs::path file = folder.Path() / "settings.cfg";
     LogCapture log;
