@@ -35,7 +35,6 @@ TEST_F(Survival, OfTheFileInASnapshot) {
 
 TEST_F(Survival, OfAFailedRestore) {
     const std::string byManager = " at func: ConfigManager::RestoreSnapshot";
-    const std::string bySource = " at func: ConfigFile::RestoreSnapshot";
     corvane::wstring name = CORVANE_TEXT("before");
     EXPECT_EQ(manager.CreateSnapshot(name), FAILURE_GENERAL);
     EXPECT_EQ(manager.RestoreSnapshot(name), FAILURE_GENERAL);
@@ -44,21 +43,18 @@ TEST_F(Survival, OfAFailedRestore) {
 
     Start("[Mail]\nPort=25\n");
     const fs::path snapshot = folder.Path() / "snapshot";
-    EXPECT_EQ(manager.RestoreSnapshot(WidePath(snapshot)), ENOENT);
-    Lines lines = log.Take();
-    lines.erase(lines.begin());
-    EXPECT_EQ(lines, (Lines{"Error 2 \"cannot access the specified snapshot file\"" + bySource,
-                            "Error 2 \"failed to restore config snapshot\"" + byManager}));
-    fs::create_hard_link(file, folder.Path() / "hard");
-    for (const fs::path& itself : {file, folder.Path() / "." / "settings.cfg", folder.Path() / "hard"}) {
-        EXPECT_EQ(manager.RestoreSnapshot(WidePath(itself)), FAILURE_GENERAL) << itself;
-        lines = log.Take();
+    const auto refuses = [&](const fs::path& path, int code, const std::string& reason) {
+        EXPECT_EQ(manager.RestoreSnapshot(WidePath(path)), code) << path;
+        const std::string error = "Error " + std::to_string(code) + " \"";
+        Lines lines = log.Take();
         lines.erase(lines.begin());
-        EXPECT_EQ(
-            lines,
-            (Lines{"Error 32768 \"failed to copy snapshot configuration to active configuration\"" + bySource,
-                   "Error 32768 \"failed to restore config snapshot\"" + byManager}));
-    }
+        EXPECT_EQ(lines, (Lines{error + reason + "\" at func: ConfigFile::RestoreSnapshot",
+                                error + "failed to restore config snapshot\"" + byManager}));
+    };
+    refuses(snapshot, ENOENT, "cannot access the specified snapshot file");
+    fs::create_hard_link(file, folder.Path() / "hard");
+    for (const fs::path& itself : {file, folder.Path() / "." / "settings.cfg", folder.Path() / "hard"})
+        refuses(itself, FAILURE_GENERAL, "failed to copy snapshot configuration to active configuration");
     fs::remove(folder.Path() / "hard");
     WriteFile(snapshot, "no section\n");
     EXPECT_EQ(manager.RestoreSnapshot(WidePath(snapshot)), FAILURE_GENERAL);
