@@ -13,14 +13,10 @@ namespace {
 
 /// One piece of a line changes, or new ones come at the end of one.
 void CheckWritten(const std::string& before, const std::string& after) {
-    const std::size_t room = std::min(before.size(), after.size());
-    const auto head =
-        std::mismatch(before.begin(), before.begin() + std::ptrdiff_t(room), after.begin()).first;
-    const auto left = static_cast<std::size_t>(head - before.begin());
-    std::size_t tail = 0;
-    while (tail < room - left && before[before.size() - 1 - tail] == after[after.size() - 1 - tail])
-        ++tail;
-    const std::string gone = before.substr(left, before.size() - tail - left);
+    const auto [head, newHead] = std::mismatch(before.begin(), before.end(), after.begin(), after.end());
+    const auto tail = std::mismatch(before.rbegin(), std::make_reverse_iterator(head), after.rbegin(),
+                                    std::make_reverse_iterator(newHead));
+    const std::string gone(head, tail.first.base());
     Require(gone.find_first_of("\r\n") == std::string::npos, "a write takes nothing but the value");
 }
 
