@@ -9,13 +9,8 @@
 #include <set>
 #include <string>
 
+namespace corvane {
 namespace {
-
-using corvane::CaseInsensitiveLess;
-using corvane::SectionMap;
-using corvane::TagMap;
-using corvane::wchar;
-using corvane::wstring;
 
 using Model = std::map<wstring, std::pair<wstring, bool>, CaseInsensitiveLess>;
 using Models = std::map<wstring, Model, CaseInsensitiveLess>;
@@ -107,8 +102,9 @@ TEST(Hash, DiffersFromProcessToProcess) {
     std::set<int> hashes;
     const auto keep = [&hashes](int status) { return hashes.insert(status), true; };
     for (int process = 0; process < 3; ++process)
-        EXPECT_EXIT(std::_Exit(corvane::HashIgnoringCase(CORVANE_TEXT("name")) & 0x7F), keep, "");
+        EXPECT_EXIT(std::_Exit(HashIgnoringCase(CORVANE_TEXT("name")) & 0x7F), keep, "");
     EXPECT_GT(hashes.size(), 1U);
 }
 
 } // namespace
+} // namespace corvane
