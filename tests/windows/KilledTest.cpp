@@ -2,7 +2,6 @@
 #include "support/ConfigFixture.h"
 
 #include <corvane/comfort.h>
-#include <corvane/sources/IConfigSource.h>
 
 #include <cstdlib>
 #include <memory>
@@ -74,27 +73,6 @@ TEST_F(Killed, WritersLeaveAllOrNoneOfABatch) {
         EXPECT_EQ(FilesInFolder(), 1) << "nothing is left behind";
     }
     EXPECT_GT(inTheMiddle, 0);
-}
-
-// In the middle of a replacement the file has the backup's name, and the process that replaces it holds it.
-TEST_F(Killed, WritersAreWaitedForWhileTheyLive) {
-    Start("[S]\r\na=1\r\n");
-    manager.GetConfigSource()->SetWriteRetries(0);
-    const auto batch = corvane::WriteBatch().Set("S:b", "2");
-    {
-        const Process held(::CreateFileA(file.u8string().c_str(), GENERIC_READ,
-                                         FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING, 0,
-                                         nullptr),
-                           &::CloseHandle);
-        fs::rename(file, file.u8string() + ".corvane-before");
-        EXPECT_FALSE(corvane::Write(manager, batch));
-        EXPECT_EQ(Set("S:b", "2"), FAILURE_GENERAL);
-        EXPECT_EQ(Delete("S:a"), 0);
-        EXPECT_EQ(Load(-1), FAILURE_GENERAL);
-        EXPECT_FALSE(fs::exists(file)) << "an empty one would take its place";
-    }
-    EXPECT_TRUE(corvane::Write(manager, batch));
-    EXPECT_EQ(Bytes(file), "[S]\r\na=1\r\nb=2\r\n");
 }
 
 } // namespace
