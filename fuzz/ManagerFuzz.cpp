@@ -55,15 +55,12 @@ public:
         if (!cache.count(name))
             return false;
         modified = false;
+        EraseTags(files[loaded], name, tag);
+        const bool removed = EraseTags(cache, name, tag);
         if (tag.empty())
             files[loaded].erase(name);
-        else if (files[loaded].count(name))
-            files[loaded][name].erase(tag);
-        const bool removed = tag.empty() || cache[name].erase(tag) > 0;
-        if (tag.empty() || cache[name].empty()) {
-            cache.erase(name);
+        if (EraseIfEmpty(cache, name))
             cacheOnly.erase(name);
-        }
         return removed;
     }
 
@@ -73,10 +70,6 @@ public:
         Model after = *this;
         Sections before = loaded < 0 ? Sections() : files[loaded];
         std::set<wstring> reduced;
-        const auto eraseIfEmpty = [](Sections& sections, const wstring& name) {
-            const auto found = sections.find(name);
-            return found != sections.end() && found->second.empty() && sections.erase(name) > 0;
-        };
         for (const auto& [key, value] : changes) {
             const wstring section = key.substr(0, key.find(u':'));
             const wstring tag = key.substr(section.size() + 1);
@@ -87,25 +80,21 @@ public:
             if (value)
                 continue;
             reduced.insert(name);
-            const auto erase = [&tag = tag](Sections& sections, const wstring& from) {
-                if (const auto found = sections.find(from); found != sections.end())
-                    tag.empty() ? found->second.clear() : void(found->second.erase(tag));
-            };
-            erase(after.cache, name);
+            EraseTags(after.cache, name, tag);
             if (after.cacheOnly.count(name))
                 continue;
             after.modified = false;
-            erase(after.files[loaded], name);
+            EraseTags(after.files[loaded], name, tag);
             if (tag.empty()) {
                 after.files[loaded].erase(name);
                 before.erase(name);
             }
         }
         for (const wstring& name : reduced) {
-            if (eraseIfEmpty(after.cache, name))
+            if (EraseIfEmpty(after.cache, name))
                 after.cacheOnly.erase(name);
             if (!before.count(name))
-                eraseIfEmpty(after.files[loaded], name);
+                EraseIfEmpty(after.files[loaded], name);
         }
         *this = after;
         return true;
@@ -152,6 +141,17 @@ public:
     }
 
 private:
+    static bool EraseTags(Sections& sections, const wstring& name, const wstring& tag) {
+        const auto found = sections.find(name);
+        if (found == sections.end() || !tag.empty())
+            return found != sections.end() && found->second.erase(tag) > 0;
+        found->second.clear();
+        return true;
+    }
+    static bool EraseIfEmpty(Sections& sections, const wstring& name) {
+        const auto found = sections.find(name);
+        return found != sections.end() && found->second.empty() && sections.erase(name) > 0;
+    }
     template <class Map>
     static wstring Stored(const Map& names, const wstring& name) {
         const auto found = names.find(name);
