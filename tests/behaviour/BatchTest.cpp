@@ -1,9 +1,5 @@
 // Many changes at once: all of them or none.
 #include "support/ConfigFixture.h"
-#include "support/Differences.h"
-
-#include <corvane/comfort.h>
-#include <corvane/sources/IConfigSource.h>
 
 #include <limits>
 #include <sstream>

@@ -1,7 +1,4 @@
 #include "support/ConfigFixture.h"
-#include "support/Differences.h"
-
-#include <corvane/comfort.h>
 
 #include <functional>
 #include <limits>

@@ -1,5 +1,4 @@
 #include "support/ConfigFixture.h"
-#include "support/Differences.h"
 
 #include <algorithm>
 #include <cstring>

@@ -2,7 +2,6 @@
 #include "SystemCalls.h"
 
 #include <corvane/comfort/FileWatch.h>
-#include <corvane/platform/linux/LinuxPlatform.h>
 
 #include <algorithm>
 #include <cerrno>

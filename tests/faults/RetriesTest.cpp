@@ -2,8 +2,6 @@
 #include "SystemCalls.h"
 #include "support/ConfigFixture.h"
 
-#include <corvane/sources/IConfigSource.h>
-
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>

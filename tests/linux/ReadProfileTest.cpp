@@ -1,6 +1,4 @@
 #include <corvane/comfort.h>
-#include <corvane/platform/linux/Errors.h>
-#include <corvane/platform/linux/LinuxPlatform.h>
 
 #include <algorithm>
 #include <chrono>

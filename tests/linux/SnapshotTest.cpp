@@ -1,6 +1,5 @@
 // Copies of files that somebody else may not read, in places that somebody else may have prepared.
 #include <corvane/config.h>
-#include <corvane/platform/linux/LinuxPlatform.h>
 
 #include <fcntl.h>
 #include <linux/TestFolder.h>

@@ -3,6 +3,9 @@
 
 #include "support/TemporaryFolder.h"
 
+#include <corvane/platform/linux/Errors.h>
+#include <corvane/platform/linux/LinuxPlatform.h>
+
 #include <cstdio>
 #include <functional>
 #include <grp.h>

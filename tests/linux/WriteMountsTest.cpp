@@ -1,6 +1,4 @@
 // Full disks, read-only file systems and files that are mount points, in a mount namespace of the test's own.
-#include <corvane/platform/linux/Errors.h>
-#include <corvane/platform/linux/LinuxPlatform.h>
 
 #include <linux/TestFolder.h>
 #include <sched.h>

@@ -1,5 +1,3 @@
-#include <corvane/platform/linux/Errors.h>
-#include <corvane/platform/linux/LinuxPlatform.h>
 #include <corvane/platform/linux/files/FileUpdate.h>
 
 #include <linux/TestFolder.h>

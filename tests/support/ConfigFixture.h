@@ -1,10 +1,12 @@
 // A settings file in a folder of its own, a manager, and the log.
 #pragma once
 
+#include "Differences.h"
 #include "LogCapture.h"
 #include "TemporaryFolder.h"
 
-#include <corvane/config.h>
+#include <corvane/comfort.h>
+#include <corvane/sources/IConfigSource.h>
 
 #include <chrono>
 #include <gtest/gtest.h>
