@@ -25,7 +25,7 @@ corvane::WriteBatch Batch(int value) {
 [[noreturn]] void WriteUntilKilled(const char* path) {
     ConfigManager manager;
     bool isDone = static_cast<bool>(corvane::Load(manager, path));
-    for (int value = 1; isDone; ++value)
+    for (int value = 1; isDone && value < 10'000; ++value) // in case the test itself is killed
         isDone = corvane::Write(manager, Batch(value));
     std::_Exit(1);
 }
