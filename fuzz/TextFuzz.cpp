@@ -110,7 +110,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::vector<corvane::wchar> buffer(room + 1, 0xABCD);
     const int isCut = string_safeSprintfW(buffer.data(), room, (literal + u"%s|%S|%d|%lu").c_str(),
                                           wide.c_str(), narrow.c_str(), number, magnitude);
-    Require((isCut != 0) == (expected.size() >= room), "a cut is told");
+    Require((isCut != 0) == (expected.size() >= room), "a cut is reported");
     Require(forC(buffer.data()) == expected.substr(0, room - 1), "the text is formatted");
     Require(buffer[room] == 0xABCD, "nothing is written behind the buffer");
     return 0;

@@ -57,7 +57,7 @@ std::int32_t Fail(const char* function, std::int32_t line, const wchar* message 
 
 std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
     static constexpr const char* function = "ConfigFile::ReadValue";
-    const std::size_t colon = corvane::FindUnit(key, ':');
+    const std::size_t colon = corvane::FindUnit(key, ':'); // as in ParseKey, but without copies
     if (!IsReady() || colon == key.size())
         return Fail(function, __LINE__);
 

@@ -112,7 +112,7 @@ TEST_F(Writing, OfALongTextHoldsOrIsRefused) {
     }
 }
 
-// A name ends at a NUL for whoever compares it, and for the file.
+// A name ends at a NUL, in comparisons and in the file.
 TEST_F(Writing, JudgesANameUpToItsNul) {
     const auto withNul = [](std::string key) {
         std::replace(key.begin(), key.end(), '~', '\0');

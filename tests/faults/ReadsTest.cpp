@@ -55,7 +55,7 @@ protected:
     };
 };
 
-// Whoever writes in place keeps readers away meanwhile, signals or not.
+// A write in place keeps readers away until it is done, even if signals arrive.
 TEST_F(Reads, LeaveALockedContentAlone) {
     fs::create_hard_link(m_file, Path("hard"));
     ::usleep(50'000); // a fresh file is locked in any case

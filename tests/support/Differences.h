@@ -20,7 +20,7 @@ inline constexpr bool filesInUtf16AreRead = onWindows;
 inline constexpr bool longTextsAreRefused = onWindows;   // over 32,766 bytes
 inline constexpr bool anEmptySubkeyIsTheKey = onWindows; // which the call then tries to delete
 
-inline constexpr bool filesInUseAreRefused = onWindows; // by whoever has it open for writing
+inline constexpr bool filesInUseAreRefused = onWindows; // open for writing elsewhere
 inline constexpr bool batchesMakeACopy = onWindows;     // with a name of its own, beside the file
 
 /// A file's content in the line endings that the test wrote, LF.

@@ -192,7 +192,8 @@ bool HeldProfile::Commit() {
     // Without a backup, a replacement that stops half-way would have removed the file.
     if (!::ReplaceFileA(m_path.c_str(), m_copy.c_str(), backup.c_str(), 0, nullptr, nullptr)) {
         const DWORD error = ::GetLastError();
-        ::MoveFileExA(backup.c_str(), m_path.c_str(), MOVEFILE_WRITE_THROUGH);
+        // Also over a file that another program has created meanwhile: this one has all the settings.
+        ::MoveFileExA(backup.c_str(), m_path.c_str(), MOVEFILE_WRITE_THROUGH | MOVEFILE_REPLACE_EXISTING);
         return Refuse(error);
     }
     ::DeleteFileA(backup.c_str());
