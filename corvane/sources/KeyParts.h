@@ -4,13 +4,13 @@
 #include <corvane/foundations/FindUnit.h>
 #include <corvane/sources/IConfigSource.h>
 
-#include <atomic>
 #include <memory>
+#include <utility>
 
 namespace corvane {
 
 /// The section and tag of a key during one operation, in reused buffers: splitting allocates only for a key
-/// longer than those before, or while another operation has the spare buffers.
+/// longer than those before, or inside another operation. For the thread that holds the managers' lock.
 class KeyParts {
     struct Buffers {
         wstring section;
@@ -27,7 +27,7 @@ public:
     ~KeyParts() {
         constexpr std::size_t largestKept = 4096; // units
         if (section.capacity() + tag.capacity() <= largestKept)
-            m_buffers.reset(spare.exchange(m_buffers.release()));
+            m_buffers.reset(std::exchange(spare, m_buffers.release()));
     }
 
     /// Lets the source split `key`. False if it is not a key.
@@ -38,10 +38,10 @@ public:
 
 private:
     // Never deleted: managers may be used by the destructors of static objects.
-    static inline std::atomic<Buffers*> spare{nullptr};
+    static inline Buffers* spare = nullptr;
 
     static Buffers* TakeBuffers() {
-        Buffers* const buffers = spare.exchange(nullptr);
+        Buffers* const buffers = std::exchange(spare, nullptr);
         return buffers ? buffers : new Buffers;
     }
 
