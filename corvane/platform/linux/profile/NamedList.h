@@ -22,30 +22,18 @@ public:
 
     /// The item, valid until the next one is added, or null.
     Item* Find(std::string_view name) {
-        if (m_positions.empty()) {
-            for (Item& item : m_items)
-                if (SameName(item.name, name))
-                    return &item;
-            return nullptr;
-        }
         const auto position = m_positions.find(name);
         return position == m_positions.end() ? nullptr : &m_items[position->second];
     }
 
     Item& FindOrAdd(std::string_view name) {
-        if (Item* const item = Find(name))
-            return *item;
-        m_items.emplace_back().name = name;
-        if (m_items.size() > fewItems) {
-            for (std::size_t position = m_positions.size(); position < m_items.size(); ++position)
-                m_positions.emplace(m_items[position].name, position);
-        }
-        return m_items.back();
+        const auto [position, isNew] = m_positions.emplace(name, m_items.size());
+        if (isNew)
+            m_items.emplace_back().name = name;
+        return m_items[position->second];
     }
 
 private:
-    static constexpr std::size_t fewItems = 4; // compared as quickly as hashed
-
     struct Hash {
         std::size_t operator()(std::string_view name) const { return HashName(name); }
     };
@@ -54,8 +42,7 @@ private:
     };
 
     std::vector<Item> m_items;
-    std::unordered_map<std::string_view, std::size_t, Hash, Same>
-        m_positions; // empty while there are few items
+    std::unordered_map<std::string_view, std::size_t, Hash, Same> m_positions;
 };
 
 } // namespace corvane::os
