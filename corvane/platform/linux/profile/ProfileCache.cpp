@@ -17,11 +17,8 @@ ProfileCache& ProfileCache::Instance() {
 
 ulong ProfileCache::Load(const char* path, std::shared_ptr<const ProfileIndex>& profile) {
     struct stat status {};
-    if (::stat(path, &status) != 0) {
-        const int error = errno;
-        Forget(path);
-        return ErrorOfPath(path, error);
-    }
+    if (::stat(path, &status) != 0)
+        return ErrorOfPath(path, errno);
     auto [valid, kept] = Find(path, FileStamp(status));
     if (valid) {
         profile = std::move(kept);
@@ -29,10 +26,8 @@ ulong ProfileCache::Load(const char* path, std::shared_ptr<const ProfileIndex>& 
     }
 
     FileSnapshot snapshot;
-    if (const ulong error = ReadSnapshot(path, status, snapshot)) {
-        Forget(path);
+    if (const ulong error = ReadSnapshot(path, status, snapshot))
         return error;
-    }
     if (!kept || kept->Content() != snapshot.content.View())
         kept = std::make_shared<const ProfileIndex>(std::move(snapshot.content));
     Keep({path, snapshot.stamp, snapshot.racy || HasRemoteClock(path), kept});
@@ -66,13 +61,6 @@ void ProfileCache::Keep(Entry entry) {
         return ++count > 1 && (count > maximumCount || bytes > maximumBytes);
     });
     evicted.splice(evicted.begin(), m_entries, last, m_entries.end());
-}
-
-void ProfileCache::Forget(const char* path) {
-    std::list<Entry> evicted;
-    const MutexGuard guard(m_lock);
-    if (const auto old = Position(path); old != m_entries.end())
-        evicted.splice(evicted.begin(), m_entries, old);
 }
 
 std::list<ProfileCache::Entry>::iterator ProfileCache::Position(const char* path) {

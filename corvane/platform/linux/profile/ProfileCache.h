@@ -44,7 +44,6 @@ private:
 
     Found Find(const char* path, const FileStamp& stamp);
     void Keep(Entry entry);
-    void Forget(const char* path);
     std::list<Entry>::iterator Position(const char* path) CORVANE_REQUIRES(m_lock);
 
     platform::Mutex m_lock;
