@@ -5,10 +5,9 @@
 #include <corvane/sources/ConfigFile.h>
 #include <corvane/sources/NarrowString.h>
 
-#include <cstring>
 #include <limits>
-#include <memory>
 #include <new>
+#include <string>
 
 using corvane::wchar;
 using corvane::wstring;
@@ -16,37 +15,21 @@ using corvane::wstring_view;
 
 namespace {
 
-// The bytes filled by a read operation. The length of a text is only known once it fits, so the buffer is
-// enlarged until it does.
+// The length of a text is only known once it fits, so the buffer is doubled until it does.
 class ReadBuffer {
 public:
-    // cppcheck-suppress uninitMemberVar ; Clear fills what a read needs cleared
-    ReadBuffer() = default;
-    ReadBuffer(const ReadBuffer&) = delete;
-    ReadBuffer& operator=(const ReadBuffer&) = delete;
-    ~ReadBuffer() = default;
-
-    char* Data() noexcept { return m_data; }
-    std::int32_t Size() const noexcept { return m_size; }
-
-    void Clear() noexcept { std::memset(m_data, 0, static_cast<std::size_t>(m_size)); }
+    char* Data() noexcept { return m_larger.empty() ? m_first : m_larger.data(); }
+    std::size_t Size() const noexcept { return m_larger.empty() ? sizeof m_first : m_larger.size(); }
 
     void Double() {
-        if (m_size > std::numeric_limits<std::int32_t>::max() / 2)
+        if (Size() > std::numeric_limits<std::int32_t>::max() / 2)
             throw std::bad_alloc();
-        m_size *= 2;
-        m_larger.reset(); // before the next, which is larger than all so far together
-        m_larger.reset(new char[static_cast<std::size_t>(m_size)]);
-        m_data = m_larger.get();
+        m_larger.assign(2 * Size(), '\0');
     }
 
 private:
-    static constexpr std::int32_t initialSize = 1024;
-
-    std::int32_t m_size = initialSize;
-    char* m_data = m_first;
-    char m_first[initialSize];
-    std::unique_ptr<char[]> m_larger;
+    char m_first[1024] = {};
+    std::string m_larger;
 };
 
 std::int32_t Fail(const char* function, std::int32_t line, const wchar* message = nullptr) {
@@ -72,7 +55,6 @@ std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
 
     for (;;) {
         std::int32_t count = 0;
-        buffer.Clear();
         try {
             count = static_cast<std::int32_t>(platform::GetPrivateProfileStringA(
                 section.Get(), tag.Get(), nullptr, buffer.Data(), static_cast<corvane::ulong>(buffer.Size()),
@@ -82,7 +64,7 @@ std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
         }
         if (count < 1)
             return count;
-        if (count == buffer.Size() - 1 || count == buffer.Size() - 2) {
+        if (static_cast<std::size_t>(count) + 2 >= buffer.Size()) {
             buffer.Double();
             continue;
         }
@@ -117,7 +99,7 @@ std::int32_t ConfigFile::ReadSection(const wstring& section, wstring& text) {
         }
         if (count < 1)
             return count;
-        if (count == buffer.Size() - 2) {
+        if (static_cast<std::size_t>(count) + 2 == buffer.Size()) {
             buffer.Double();
             continue;
         }
