@@ -24,11 +24,11 @@ public:
     void Double() {
         if (Size() > std::numeric_limits<std::int32_t>::max() / 2)
             throw std::bad_alloc();
-        m_larger.assign(2 * Size(), '\0');
+        m_larger.resize(2 * Size());
     }
 
 private:
-    char m_first[1024] = {};
+    char m_first[1024]; // not zeroed: each read ends its text
     std::string m_larger;
 };
 
