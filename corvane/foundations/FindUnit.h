@@ -9,7 +9,7 @@
 namespace corvane {
 
 // For a block that contains the unit. Branch-free: the branch would be mispredicted half the time.
-inline std::size_t WayToUnit(const wchar* block, wchar unit) noexcept {
+inline std::size_t OffsetInBlock(const wchar* block, wchar unit) noexcept {
     const std::size_t afterFirst = block[0] != unit ? 1 : 0;
     const std::size_t afterSecond = block[1] != unit ? afterFirst : 0;
     const std::size_t afterThird = block[2] != unit ? afterSecond : 0;
@@ -26,7 +26,7 @@ inline std::size_t FindUnit(wstring_view text, wchar unit) noexcept {
         std::memcpy(&block, text.data() + at, sizeof block);
         block ^= each * unit; // a lane that equals the unit becomes zero
         if (((block - each) & ~block & each * 0x8000) != 0)
-            return at + WayToUnit(text.data() + at, unit);
+            return at + OffsetInBlock(text.data() + at, unit);
     }
     while (at < text.size() && text[at] != unit)
         ++at;

@@ -40,12 +40,12 @@ private:
     // Never deleted: managers may be used by the destructors of static objects.
     static inline Buffers* spare = nullptr;
 
-    static Buffers* TakeBuffers() {
+    static Buffers* ReuseBuffers() {
         Buffers* const buffers = std::exchange(spare, nullptr);
         return buffers ? buffers : new Buffers;
     }
 
-    std::unique_ptr<Buffers> m_buffers{TakeBuffers()};
+    std::unique_ptr<Buffers> m_buffers{ReuseBuffers()};
 
 public:
     wstring& section = m_buffers->section;

@@ -56,8 +56,8 @@ int platform::MultiByteToWideChar(unsigned codePage, ulong flags, const char* te
     if (capacity == 0)
         return static_cast<int>(utf::WideLength(utf8));
     // A buffer with one unit per byte always suffices, which saves counting.
-    const auto room = static_cast<std::size_t>(capacity);
-    if (room < bytes && room < utf::WideLength(utf8))
+    const auto units = static_cast<std::size_t>(capacity);
+    if (units < bytes && units < utf::WideLength(utf8))
         return Refuse(ERROR_INSUFFICIENT_BUFFER);
     return static_cast<int>(utf::ToWide(utf8, buffer));
 }

@@ -22,13 +22,13 @@ std::size_t Find(std::string_view text, char c, std::size_t from = 0) noexcept {
     return hit ? static_cast<std::size_t>(static_cast<const char*>(hit) - text.data()) : text.size();
 }
 
-std::string_view WithoutBlanksBefore(std::string_view text) noexcept {
+std::string_view WithoutLeadingBlanks(std::string_view text) noexcept {
     while (!text.empty() && IsBlank(text.front()))
         text.remove_prefix(1);
     return text;
 }
 
-std::string_view WithoutBlanksBehind(std::string_view text) noexcept {
+std::string_view WithoutTrailingBlanks(std::string_view text) noexcept {
     while (!text.empty() && IsBlank(text.back()))
         text.remove_suffix(1);
     return text;
@@ -59,11 +59,11 @@ inline void Classify(ProfileLine& line, bool hasNul) noexcept {
     const std::size_t equals = Find(text, '=');
     if (equals == text.size())
         return;
-    line.name = textIn(WithoutBlanksBehind({text.data(), equals}));
+    line.name = textIn(WithoutTrailingBlanks({text.data(), equals}));
     if (line.name.empty())
         return;
     line.kind = ProfileLine::Kind::Tag;
-    line.value = textIn(WithoutBlanksBefore({text.data() + equals + 1, text.size() - equals - 1}));
+    line.value = textIn(WithoutLeadingBlanks({text.data() + equals + 1, text.size() - equals - 1}));
 }
 
 bool IsAscii(char c) noexcept {
@@ -190,7 +190,7 @@ std::string_view UntilNul(std::string_view text) noexcept {
 }
 
 std::string_view TrimBlanks(std::string_view text) noexcept {
-    return WithoutBlanksBehind(WithoutBlanksBefore(text));
+    return WithoutTrailingBlanks(WithoutLeadingBlanks(text));
 }
 
 bool SameName(std::string_view a, std::string_view b) noexcept {

@@ -22,13 +22,13 @@ namespace {
 class ListWriter {
 public:
     ListWriter(char* buffer, ulong size) noexcept
-        : m_buffer(buffer), m_size(size), m_room(size < 2 ? 0 : size - 2) {}
+        : m_buffer(buffer), m_size(size), m_capacity(size < 2 ? 0 : size - 2) {}
 
     bool IsCut() const noexcept { return m_cut; }
 
     void Add(std::string_view text) noexcept {
         Put(text);
-        if (m_used < m_room)
+        if (m_used < m_capacity)
             m_buffer[m_used++] = '\0';
         else
             m_cut = true;
@@ -52,7 +52,7 @@ public:
 
 private:
     void Put(std::string_view piece) noexcept {
-        const std::size_t count = std::min(piece.size(), m_room - m_used);
+        const std::size_t count = std::min(piece.size(), m_capacity - m_used);
         std::memcpy(m_buffer + m_used, piece.data(), count);
         m_used += count;
         m_cut = m_cut || count < piece.size();
@@ -60,7 +60,7 @@ private:
 
     char* m_buffer;
     std::size_t m_size;
-    std::size_t m_room; // capacity for the list without its final NUL
+    std::size_t m_capacity; // for the list without its final NUL
     std::size_t m_used = 0;
     bool m_cut = false;
 };
