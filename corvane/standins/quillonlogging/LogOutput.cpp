@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cstdio>
 #include <memory>
+#include <utility>
 
 namespace corvane::logging {
 namespace {
@@ -61,26 +62,6 @@ void WriteToStandardError(const LogLine& line) {
     std::fwrite(text, 1, size, stderr);
 }
 
-struct SinkScope {
-    SinkScope() noexcept { inSink = true; }
-    ~SinkScope() { inSink = false; }
-    SinkScope(const SinkScope&) = delete;
-    SinkScope& operator=(const SinkScope&) = delete;
-};
-
-// A report may be followed by a read of the thread's last error, which even an access to a thread-local
-// variable may change.
-class LastErrorScope {
-public:
-    LastErrorScope() = default;
-    ~LastErrorScope() { platform::SetLastError(m_lastError); }
-    LastErrorScope(const LastErrorScope&) = delete;
-    LastErrorScope& operator=(const LastErrorScope&) = delete;
-
-private:
-    const corvane::ulong m_lastError = platform::GetLastError();
-};
-
 } // namespace
 
 bool IsWanted(Severity severity) noexcept {
@@ -88,17 +69,20 @@ bool IsWanted(Severity severity) noexcept {
 }
 
 void Emit(const LogLine& line) noexcept {
-    const LastErrorScope lastError;
-    if (inSink)
-        return;
-    const SinkScope scope;
-    try {
-        if (const auto sink = CurrentSink())
-            (*sink)(line);
-        else
-            WriteToStandardError(line);
-    } catch (...) { // NOLINT(bugprone-empty-catch): a log line never makes an operation fail
+    // A report may be followed by a read of the thread's last error, which even an access to a thread-local
+    // variable may change.
+    const ulong lastError = platform::GetLastError();
+    if (!std::exchange(inSink, true)) {
+        try {
+            if (const auto sink = CurrentSink())
+                (*sink)(line);
+            else
+                WriteToStandardError(line);
+        } catch (...) { // NOLINT(bugprone-empty-catch): a log line never makes an operation fail
+        }
+        inSink = false;
     }
+    platform::SetLastError(lastError);
 }
 
 } // namespace corvane::logging
