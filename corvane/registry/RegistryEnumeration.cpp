@@ -53,13 +53,13 @@ using namespace corvane;
 
 wchar* registry_loadSubSectionNames(void* key, const wchar* subKey, wchar delimiter,
                                     corvane::ulong flags) noexcept {
-    const RegistryKey opened = RegistryKey::OpenForReading(KeyAddress::Of(key, subKey), flags);
+    const RegistryKey opened = OpenForReading(KeyAddress::Of(key, subKey), flags);
     if (!opened)
         return nullptr;
     corvane::ulong count = 0;
     corvane::ulong longestName = 0;
     corvane::ulong valueCount = 0;
-    if (platform::RegQueryInfoKeyW(opened.Get(), nullptr, nullptr, nullptr, &count, &longestName, nullptr,
+    if (platform::RegQueryInfoKeyW(opened.get(), nullptr, nullptr, nullptr, &count, &longestName, nullptr,
                                    &valueCount, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS ||
         count == 0)
         return nullptr;
@@ -71,7 +71,7 @@ wchar* registry_loadSubSectionNames(void* key, const wchar* subKey, wchar delimi
     for (corvane::ulong index = 0; index < count; ++index) {
         auto length = static_cast<corvane::ulong>(nameSize);
         name[0] = 0;
-        if (platform::RegEnumKeyExW(opened.Get(), index, name.get(), &length, nullptr, nullptr, nullptr,
+        if (platform::RegEnumKeyExW(opened.get(), index, name.get(), &length, nullptr, nullptr, nullptr,
                                     nullptr) != ERROR_SUCCESS ||
             length == 0)
             continue;

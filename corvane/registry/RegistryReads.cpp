@@ -22,7 +22,7 @@ FoundValue FindValue(const RegistryKey& key, const wchar* name, ulong type, ulon
     ulong count = 0;
     ulong longestName = 0;
     ulong largestSize = 0;
-    if (platform::RegQueryInfoKeyW(key.Get(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &count,
+    if (platform::RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &count,
                                    &longestName, &largestSize, nullptr, nullptr) != ERROR_SUCCESS)
         return {};
     if (count == 0 || largestSize == 0)
@@ -32,12 +32,12 @@ FoundValue FindValue(const RegistryKey& key, const wchar* name, ulong type, ulon
     const ScratchBuffer<wchar> foundName = AllocateScratch<wchar>(nameSize);
     if (!found.data || !foundName)
         return {};
-    const platform::ValueWalk consistentView(key.Get());
+    const platform::ValueWalk consistentView(key.get());
     for (ulong index = 0; index < count; ++index) {
         auto nameLength = static_cast<ulong>(nameSize);
         found.size = largestSize;
         foundName[0] = 0;
-        if (platform::RegEnumValueW(key.Get(), index, foundName.get(), &nameLength, nullptr, &found.type,
+        if (platform::RegEnumValueW(key.get(), index, foundName.get(), &nameLength, nullptr, &found.type,
                                     found.data.get(), &found.size) != ERROR_SUCCESS)
             continue;
         if (found.type != type && found.type != otherType)
@@ -96,7 +96,7 @@ corvane::ulong registry_readString(void* key, const wchar* subKey, const wchar* 
     if (address.key) {
         if (buffer)
             *buffer = 0;
-        if (const RegistryKey opened = RegistryKey::OpenForReading(address, flags)) {
+        if (const RegistryKey opened = OpenForReading(address, flags)) {
             const FoundValue value = FindValue(opened, valueName, REG_SZ, REG_EXPAND_SZ);
             if (value.data)
                 return Store(TextOf(value), buffer, bufferSize);
@@ -109,7 +109,7 @@ corvane::ulong registry_readNumber(void* key, const wchar* subKey, const wchar* 
                                    corvane::ulong defaultValue, int* found, corvane::ulong flags) noexcept {
     FoundValue value;
     if (valueName) {
-        if (const RegistryKey opened = RegistryKey::OpenForReading(KeyAddress::Of(key, subKey), flags))
+        if (const RegistryKey opened = OpenForReading(KeyAddress::Of(key, subKey), flags))
             value = FindValue(opened, valueName, REG_DWORD, REG_DWORD_BIG_ENDIAN);
     }
     if (found)

@@ -25,9 +25,9 @@ int WriteValue(void* key, const wchar* subKey, const wchar* name, ulong type, co
             return static_cast<int>(status);
         if (!handle)
             return noUsableKey;
-        created = RegistryKey(handle);
+        created.reset(handle);
     }
-    return static_cast<int>(platform::RegSetValueExW(created ? created.Get() : address.key, name, 0, type,
+    return static_cast<int>(platform::RegSetValueExW(created ? created.get() : address.key, name, 0, type,
                                                      static_cast<const unsigned char*>(data),
                                                      static_cast<ulong>(size)));
 }
