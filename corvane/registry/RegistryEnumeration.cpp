@@ -1,50 +1,39 @@
 #include <corvane/registry/RegistryKey.h>
-#include <corvane/registry/ScratchBuffer.h>
 #include <corvane/registry/registry.h>
 
-#include <algorithm>
+#include <cstdlib>
+#include <exception>
 
 using namespace corvane::platform;
 
 namespace corvane {
 namespace {
 
-constexpr std::size_t endLength = 2; // the two NULs
+// A copy that the caller frees with `free`, with two NULs at its end; null if out of memory.
+wchar* BlockOf(const wstring& names) noexcept {
+    auto* const block = static_cast<wchar*>(std::calloc(names.size() + 2, sizeof(wchar)));
+    if (block)
+        names.copy(block, names.size());
+    return block;
+}
 
-// A list of names that grows with each of them.
-class NameBlock {
-public:
-    explicit NameBlock(wchar delimiter) noexcept : m_delimiter(delimiter) {}
-
-    /// False if out of memory; the names collected so far are then dropped.
-    bool Append(wstring_view name) noexcept {
-        const std::size_t begin = m_block ? m_length + 1 : 0;
-        void* const grown = std::realloc(m_block.get(), (begin + name.size() + endLength) * sizeof(wchar));
-        if (!grown) {
-            m_block.reset();
-            return false;
-        }
-        static_cast<void>(m_block.release());
-        m_block.reset(static_cast<wchar*>(grown));
-        if (begin > 0)
-            m_block[m_length] = m_delimiter;
-        std::copy(name.begin(), name.end(), m_block.get() + begin);
-        m_length = begin + name.size();
-        return true;
+// The names of the first `count` subkeys, of which none is longer than `longestName`.
+wstring JoinedNames(platform::HKEY key, ulong count, ulong longestName, wchar delimiter) {
+    wstring joined;
+    wstring name(std::size_t{longestName} + 1, wchar());
+    for (ulong index = 0; index < count; ++index) {
+        auto length = static_cast<ulong>(name.size());
+        name[0] = 0;
+        if (platform::RegEnumKeyExW(key, index, name.data(), &length, nullptr, nullptr, nullptr, nullptr) !=
+                ERROR_SUCCESS ||
+            length == 0)
+            continue;
+        if (!joined.empty())
+            joined += delimiter;
+        joined.append(name, 0, length);
     }
-
-    /// The finished block, now owned by the caller; null without any name.
-    wchar* Finish() noexcept {
-        if (m_block)
-            std::fill_n(m_block.get() + m_length, endLength, wchar());
-        return m_block.release();
-    }
-
-private:
-    ScratchBuffer<wchar> m_block;
-    std::size_t m_length = 0;
-    wchar m_delimiter;
-};
+    return joined;
+}
 
 } // namespace
 } // namespace corvane
@@ -63,20 +52,10 @@ wchar* registry_loadSubSectionNames(void* key, const wchar* subKey, wchar delimi
                                    &valueCount, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS ||
         count == 0)
         return nullptr;
-    const std::size_t nameSize = std::size_t{longestName} + 1;
-    const ScratchBuffer<wchar> name = AllocateScratch<wchar>(nameSize);
-    if (!name)
-        return nullptr;
-    NameBlock block(delimiter);
-    for (corvane::ulong index = 0; index < count; ++index) {
-        auto length = static_cast<corvane::ulong>(nameSize);
-        name[0] = 0;
-        if (platform::RegEnumKeyExW(opened.get(), index, name.get(), &length, nullptr, nullptr, nullptr,
-                                    nullptr) != ERROR_SUCCESS ||
-            length == 0)
-            continue;
-        if (!block.Append(wstring_view(name.get(), length)))
-            return nullptr;
+    try {
+        const wstring names = JoinedNames(opened.get(), count, longestName, delimiter);
+        return names.empty() ? nullptr : BlockOf(names);
+    } catch (const std::exception&) {
+        return nullptr; // out of memory
     }
-    return block.Finish();
 }

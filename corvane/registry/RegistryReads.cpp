@@ -1,9 +1,10 @@
 #include <corvane/foundations/LittleEndian.h>
 #include <corvane/registry/RegistryKey.h>
-#include <corvane/registry/ScratchBuffer.h>
 #include <corvane/registry/registry.h>
 
 #include <algorithm>
+#include <memory>
+#include <new>
 
 using namespace corvane::platform;
 
@@ -11,7 +12,7 @@ namespace corvane {
 namespace {
 
 struct FoundValue {
-    ScratchBuffer<unsigned char> data; // null if nothing was found
+    std::unique_ptr<unsigned char[]> data; // null if nothing was found
     ulong type = 0;
     ulong size = 0;
 };
@@ -28,8 +29,9 @@ FoundValue FindValue(const RegistryKey& key, const wchar* name, ulong type, ulon
     if (count == 0 || largestSize == 0)
         return {};
     const std::size_t nameSize = std::size_t{longestName} + 1;
-    FoundValue found{AllocateScratch<unsigned char>(largestSize)};
-    const ScratchBuffer<wchar> foundName = AllocateScratch<wchar>(nameSize);
+    FoundValue found;
+    found.data.reset(new (std::nothrow) unsigned char[largestSize]());
+    const std::unique_ptr<wchar[]> foundName(new (std::nothrow) wchar[nameSize]());
     if (!found.data || !foundName)
         return {};
     const platform::ValueWalk consistentView(key.get());
