@@ -39,25 +39,16 @@ ulong Open(const std::string& path, Source& source) {
 }
 
 // Returns an `errno` value.
-int Fill(TemporaryFile& copy, const Source& source) {
+int MakeCopy(const Source& source, const TargetPath& target) {
+    TemporaryFile copy;
+    if (const int error = copy.Create(target.folder.Get(), target.name))
+        return error;
     if (const int error = CopyMetadataWherePossible(source.file.Get(), source.status, copy.Get()))
         return error;
     if (const int error = WriteWhole(copy.Get(), {source.content.View()}))
         return error;
     SetModificationTime(copy.Get(), source.status);
-    return ::fsync(copy.Get()) == 0 ? 0 : errno;
-}
-
-ulong MakeCopy(const Source& source, const TargetPath& target) {
-    TemporaryFile copy;
-    int error = copy.Create(target.folder.Get(), target.name);
-    if (error == 0)
-        error = Fill(copy, source);
-    if (error == 0)
-        error = copy.Publish();
-    if (error == 0)
-        FlushFolder(target.folder.Get());
-    return ErrorFromErrno(error);
+    return copy.Publish();
 }
 
 // A symbolic link counts as an existing file, wherever it leads.
@@ -68,7 +59,7 @@ ulong CopyToNew(const Source& source, const std::string& to) {
     struct stat status {};
     if (::fstatat(target.folder.Get(), target.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0)
         return ERROR_FILE_EXISTS;
-    return MakeCopy(source, target);
+    return ErrorFromErrno(MakeCopy(source, target));
 }
 
 ulong CopyOver(const Source& source, const std::string& to) {
@@ -82,7 +73,7 @@ ulong CopyToMissing(const Source& source, const std::string& to) {
     TargetPath target;
     if (const ulong error = FindTarget(to, target))
         return error;
-    return MakeCopy(source, target);
+    return ErrorFromErrno(MakeCopy(source, target));
 }
 
 ulong Copy(const std::string& from, const std::string& to, bool failIfExists) {

@@ -138,14 +138,7 @@ int FileUpdate::Replace(const TextFragments& content, const struct stat& status,
         return error;
     if (source)
         SetModificationTime(next.Get(), *source);
-    if (::fsync(next.Get()) != 0)
-        return errno;
-    if (const int error = next.Replace())
-        return error;
-    // The new file is visible from here on, so a failed flush of the folder is not reported: a failure would
-    // mean that the file is unchanged.
-    FlushFolder(m_target.folder.Get());
-    return 0;
+    return next.Replace();
 }
 
 } // namespace corvane::os

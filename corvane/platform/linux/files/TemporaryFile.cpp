@@ -156,6 +156,8 @@ int TemporaryFile::LinkTo(const std::string& name) noexcept {
 }
 
 int TemporaryFile::Replace() {
+    if (::fsync(m_file.Get()) != 0)
+        return errno;
     if (m_temporaryName.empty()) {
         const auto link = [this](const std::string& name) { return LinkTo(name); };
         if (const int error = TryTemporaryNames(link))
@@ -166,14 +168,18 @@ int TemporaryFile::Replace() {
     return InPlace();
 }
 
-// The lock on the temporary file would now be a lock on the file itself.
 int TemporaryFile::InPlace() noexcept {
     m_temporaryName.clear();
-    Unlock(m_file.Get());
+    Unlock(m_file.Get()); // it would now be a lock on the file itself
+    // The file is visible from here on, so a failed flush of the folder is not reported: a failure would mean
+    // that nothing has changed.
+    FlushFolder(m_folder);
     return 0;
 }
 
 int TemporaryFile::Publish() noexcept {
+    if (::fsync(m_file.Get()) != 0)
+        return errno;
     if (m_temporaryName.empty()) {
         const int error = LinkTo(m_name);
         return error ? error : InPlace();
@@ -182,8 +188,10 @@ int TemporaryFile::Publish() noexcept {
         return InPlace();
     if (errno != EINVAL && errno != ENOSYS)
         return errno;
-    // The destructor removes the temporary name.
-    return ::linkat(m_folder, m_temporaryName.c_str(), m_folder, m_name.c_str(), 0) == 0 ? 0 : errno;
+    if (::linkat(m_folder, m_temporaryName.c_str(), m_folder, m_name.c_str(), 0) != 0)
+        return errno;
+    FlushFolder(m_folder); // the destructor removes the temporary name
+    return 0;
 }
 
 void FlushFolder(int folder) noexcept {

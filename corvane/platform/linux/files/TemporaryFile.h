@@ -23,10 +23,10 @@ public:
 
     int Get() const noexcept { return m_file.Get(); }
 
-    /// Gives it its final name, replacing an existing file.
+    /// Gives it its final name, replacing an existing file, and flushes both to disk.
     int Replace();
 
-    /// Gives it its final name unless that is taken (EEXIST).
+    /// The same unless that name is taken (EEXIST).
     int Publish() noexcept;
 
 private:

@@ -8,7 +8,6 @@
 
 #include <cerrno>
 #include <fcntl.h>
-#include <unistd.h>
 
 namespace corvane::os {
 
@@ -50,12 +49,7 @@ int Replace(const KeyFolder& key, const FileHandle& old, const struct stat& stat
         return error;
     if (const int error = WriteWhole(next.Get(), {text}))
         return error;
-    if (::fsync(next.Get()) != 0)
-        return errno;
-    if (const int error = next.Replace())
-        return error;
-    FlushFolder(key.Get());
-    return 0;
+    return next.Replace();
 }
 
 // Stores the value; false if it is there already.
