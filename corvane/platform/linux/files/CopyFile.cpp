@@ -66,7 +66,7 @@ ulong CopyOver(const Source& source, const std::string& to) {
     FileUpdate update;
     if (const ulong error = update.Begin(to, FileUpdate::Missing::Refuse))
         return error;
-    return update.CommitCopy({source.content.View()}, source.status);
+    return update.Commit({source.content.View()}, &source.status);
 }
 
 ulong CopyToMissing(const Source& source, const std::string& to) {

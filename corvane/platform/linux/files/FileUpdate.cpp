@@ -90,24 +90,7 @@ bool FileUpdate::IsStillTheFile() const noexcept {
            open.st_dev == named.st_dev && open.st_ino == named.st_ino;
 }
 
-ulong FileUpdate::Commit(const TextFragments& content) {
-    return Write(content, nullptr);
-}
-
-ulong FileUpdate::CommitCopy(const TextFragments& content, const struct stat& source) {
-    struct stat status {};
-    if (::fstat(m_file.Get(), &status) != 0)
-        return ErrorFromErrno(errno);
-    const bool itself = status.st_dev == source.st_dev && status.st_ino == source.st_ino;
-    return itself ? ERROR_SHARING_VIOLATION : Write(content, &source);
-}
-
-ulong FileUpdate::Done() noexcept {
-    m_created = false;
-    return ERROR_SUCCESS;
-}
-
-ulong FileUpdate::Write(const TextFragments& content, const struct stat* source) {
+ulong FileUpdate::Commit(const TextFragments& content, const struct stat* source) {
     // A program that ignores the lock may have replaced the file; its content must not be lost.
     if (!IsStillTheFile())
         return ERROR_SHARING_VIOLATION;
@@ -116,16 +99,18 @@ ulong FileUpdate::Write(const TextFragments& content, const struct stat* source)
     struct stat status {};
     if (::fstat(m_file.Get(), &status) != 0)
         return ErrorFromErrno(errno);
-    const int error = status.st_nlink > 1 ? EPERM : Replace(content, status, source);
-    if (error == 0)
-        return Done();
-    if (!CanFallBackToInPlace(error))
-        return ErrorFromErrno(error);
-    if (const ulong refused = WriteInPlace(m_file.Get(), content, Content()))
-        return refused;
-    if (source)
-        SetModificationTime(m_file.Get(), *source);
-    return Done();
+    if (source && source->st_dev == status.st_dev && source->st_ino == status.st_ino)
+        return ERROR_SHARING_VIOLATION;
+    if (const int error = status.st_nlink > 1 ? EPERM : Replace(content, status, source)) {
+        if (!CanFallBackToInPlace(error))
+            return ErrorFromErrno(error);
+        if (const ulong refused = WriteInPlace(m_file.Get(), content, Content()))
+            return refused;
+        if (source)
+            SetModificationTime(m_file.Get(), *source);
+    }
+    m_created = false;
+    return ERROR_SUCCESS;
 }
 
 int FileUpdate::Replace(const TextFragments& content, const struct stat& status, const struct stat* source) {

@@ -36,12 +36,10 @@ public:
 
     /// Replaces the file's content with `content`, which may refer to Content(), and flushes it to disk:
     /// through a temporary file in the same folder with the same owner, permissions and attributes, or in
-    /// place where a replacement is impossible. On failure the file is unchanged.
-    ulong Commit(const TextFragments& content);
-
-    /// The same for a copy of the file with the status `source`, with its modification time.
-    /// ERROR_SHARING_VIOLATION if both are the same file.
-    ulong CommitCopy(const TextFragments& content, const struct stat& source);
+    /// place where a replacement is impossible. On failure the file is unchanged. For a copy, `source` is the
+    /// status of the copied file, which gives the modification time; ERROR_SHARING_VIOLATION if both are the
+    /// same file.
+    ulong Commit(const TextFragments& content, const struct stat* source = nullptr);
 
 private:
     enum class Outcome { Locked, Refused, Busy };
@@ -49,8 +47,6 @@ private:
     Outcome TryBegin(const std::string& path, Missing missing, ulong& error);
     int Open(Missing missing) noexcept;
     bool IsStillTheFile() const noexcept;
-    ulong Done() noexcept;
-    ulong Write(const TextFragments& content, const struct stat* source);
     int Replace(const TextFragments& content, const struct stat& status, const struct stat* source);
 
     TargetPath m_target;
