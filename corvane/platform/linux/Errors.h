@@ -1,7 +1,9 @@
-// Platform error numbers of the Linux layer, and the one translation of `errno` into them.
+// Platform error numbers of the Linux layer, and the one translation of `errno` and exceptions into them.
 #pragma once
 
 #include <corvane/foundations/WideString.h>
+
+#include <exception>
 
 namespace corvane::platform {
 
@@ -38,5 +40,16 @@ namespace corvane::os {
 /// The platform's number for an `errno` value. ENOENT becomes ERROR_FILE_NOT_FOUND; callers that know that
 /// the folder is missing use ERROR_PATH_NOT_FOUND.
 ulong ErrorFromErrno(int error) noexcept;
+
+/// Returns the error number of `operation`, or ERROR_NOT_ENOUGH_MEMORY if it throws: the only exception here
+/// is std::bad_alloc.
+template <typename Operation>
+std::int32_t Guarded(Operation operation) noexcept {
+    try {
+        return static_cast<std::int32_t>(operation());
+    } catch (const std::exception&) {
+        return platform::ERROR_NOT_ENOUGH_MEMORY;
+    }
+}
 
 } // namespace corvane::os

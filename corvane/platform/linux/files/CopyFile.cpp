@@ -8,7 +8,6 @@
 #include <corvane/platform/linux/files/WriteFile.h>
 
 #include <cerrno>
-#include <exception>
 #include <fcntl.h>
 
 namespace corvane {
@@ -93,15 +92,12 @@ ulong Copy(const std::string& from, const std::string& to, bool failIfExists) {
 } // namespace
 
 int platform::CopyFileW(const wchar* from, const wchar* to, int failIfExists) noexcept {
-    ulong error = ERROR_NOT_ENOUGH_MEMORY;
-    try {
-        error = from && to ? Copy(ToUtf8(from), ToUtf8(to), failIfExists != 0) : ERROR_INVALID_PARAMETER;
-    } catch (const std::exception&) {
-        // The only exception here is std::bad_alloc.
-    }
-    if (error != ERROR_SUCCESS)
-        SetLastError(error);
-    return error == ERROR_SUCCESS;
+    const int error = Guarded([&] {
+        return from && to ? Copy(ToUtf8(from), ToUtf8(to), failIfExists != 0) : ERROR_INVALID_PARAMETER;
+    });
+    if (error != 0)
+        SetLastError(static_cast<ulong>(error));
+    return error == 0;
 }
 
 } // namespace corvane

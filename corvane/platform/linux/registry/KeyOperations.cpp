@@ -1,4 +1,3 @@
-#include <corvane/platform/linux/registry/Guarded.h>
 #include <corvane/platform/linux/registry/KeyPath.h>
 #include <corvane/platform/linux/registry/OpenKeys.h>
 #include <corvane/platform/linux/registry/RegistryRoots.h>
