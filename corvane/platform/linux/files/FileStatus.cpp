@@ -1,9 +1,12 @@
 #include <corvane/platform/linux/LinuxPlatform.h>
 #include <corvane/platform/linux/files/FileTime.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <iterator>
 #include <new>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace corvane {
@@ -65,6 +68,32 @@ FileState platform::ExamineFile(const wchar* path) noexcept {
     state.changed = os::Nanoseconds(status.st_ctim);
     state.racy = IsRacy(state.changed, now);
     return state;
+}
+
+int platform::_wutime64(const wchar* path, const __utimbuf64*) noexcept {
+    return WithPath(path, [](const char* name) { return ::utimensat(AT_FDCWD, name, nullptr, 0); });
+}
+
+bool os::HasRemoteClock(const char* path) noexcept {
+    constexpr std::uint32_t local[] = {
+        0xEF53,     // ext2 to ext4
+        0x58465342, // XFS
+        0x9123683E, // Btrfs
+        0xCA451A4E, // bcachefs
+        0xF2F52010, // F2FS
+        0x2FC12FC1, // ZFS
+        0x7366746E, // NTFS
+        0x4D44,     // FAT
+        0x2011BAB0, // exFAT
+        0x01021994, // tmpfs
+        0x858458F6, // ramfs
+        0x794C7630, // overlayfs
+    };
+    struct statfs system {};
+    if (::statfs(path, &system) != 0)
+        return true;
+    const auto type = static_cast<std::uint32_t>(system.f_type);
+    return std::find(std::begin(local), std::end(local), type) == std::end(local);
 }
 
 bool platform::HasRemoteClock(const wchar* path) noexcept {
