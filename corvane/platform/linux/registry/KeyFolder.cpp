@@ -67,21 +67,17 @@ bool MakeFolders(const std::string& path, mode_t mode) {
 
 using Parts = std::vector<NamePart>;
 
-ulong FindParts(const SharedFolder& folder, Parts::const_iterator part, KeyFolder& found);
-
-ulong FindBehind(const SharedFolder& folder, const std::string& entry, Parts::const_iterator part,
-                 KeyFolder& found) {
-    const ulong error = OpenEntry(folder, entry, found);
-    if (error || part->isLast)
-        return error;
-    const SharedFolder next = found.folder;
-    return FindParts(next, part + 1, found);
-}
-
 // Tries the requested letter case first and reads the folder only if that is missing.
 ulong FindParts(const SharedFolder& folder, Parts::const_iterator part, KeyFolder& found) {
+    const auto findBehind = [&](const std::string& entry) {
+        const ulong error = OpenEntry(folder, entry, found);
+        if (error || part->isLast)
+            return error;
+        const SharedFolder next = found.folder;
+        return FindParts(next, part + 1, found);
+    };
     const std::string exact = FolderNameOf(*part);
-    if (const ulong error = FindBehind(folder, exact, part, found); error != ERROR_FILE_NOT_FOUND)
+    if (const ulong error = findBehind(exact); error != ERROR_FILE_NOT_FOUND)
         return error;
     FolderEntries entries(folder->Get());
     NamePart other;
@@ -89,7 +85,7 @@ ulong FindParts(const SharedFolder& folder, Parts::const_iterator part, KeyFolde
         if (entry == exact || !ParseFolderName(entry, other) || other.isLast != part->isLast ||
             other.text.size() != part->text.size() || CompareKeyNames(other.text, part->text) != 0)
             continue;
-        if (const ulong error = FindBehind(folder, entry, part, found); error != ERROR_FILE_NOT_FOUND)
+        if (const ulong error = findBehind(entry); error != ERROR_FILE_NOT_FOUND)
             return error;
     }
     return entries.Error() ? KeyError(entries.Error()) : ERROR_FILE_NOT_FOUND;
