@@ -1,4 +1,5 @@
 #include <corvane/platform/linux/Errors.h>
+#include <corvane/platform/linux/files/Backoff.h>
 #include <corvane/platform/linux/files/FileLock.h>
 
 #include <cerrno>
@@ -27,14 +28,6 @@ int SetContentLock(int descriptor, short type) noexcept {
 }
 
 } // namespace
-
-ulong LockForChange(int descriptor, Backoff& wait) noexcept {
-    ulong error = ERROR_SUCCESS;
-    do
-        error = TryLock(descriptor);
-    while (error == ERROR_SHARING_VIOLATION && wait.Pause());
-    return error;
-}
 
 ulong TryLock(int descriptor) noexcept {
     if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0)

@@ -3,15 +3,11 @@
 #pragma once
 
 #include <corvane/foundations/WideString.h>
-#include <corvane/platform/linux/files/Backoff.h>
 
 namespace corvane::os {
 
-/// Locks the open file against other writers until it is unlocked or closed. ERROR_SHARING_VIOLATION if
-/// `wait` expires first.
-ulong LockForChange(int descriptor, Backoff& wait) noexcept;
-
-/// The same without waiting. Succeeds if this open file has the lock already.
+/// Locks the open file against other writers until it is unlocked or closed. Does not wait:
+/// ERROR_SHARING_VIOLATION if another one has the lock. Succeeds if this open file has it already.
 ulong TryLock(int descriptor) noexcept;
 
 void Unlock(int descriptor) noexcept;

@@ -1,4 +1,5 @@
 #include <corvane/platform/linux/Errors.h>
+#include <corvane/platform/linux/files/Backoff.h>
 #include <corvane/platform/linux/files/FileLock.h>
 #include <corvane/platform/linux/registry/FolderLock.h>
 
@@ -20,10 +21,11 @@ ulong FolderLock::Acquire(const KeyFolder& key) {
     m_own = FileHandle(::openat(key.Get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!m_own)
         return KeyError(errno);
-    ulong error = ERROR_SHARING_VIOLATION;
+    ulong error = TryLock(m_own.Get());
     for (int i = 0; i < seconds && error == ERROR_SHARING_VIOLATION; ++i) {
         Backoff wait;
-        error = LockForChange(m_own.Get(), wait);
+        while (error == ERROR_SHARING_VIOLATION && wait.Pause())
+            error = TryLock(m_own.Get());
     }
     if (error)
         return error;
