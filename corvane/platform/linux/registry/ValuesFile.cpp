@@ -73,14 +73,9 @@ ulong ValuesFile::Refresh(const KeyFolder& key) {
     // A file that was replaced or removed has no link left.
     if (m_file && ::fstat(m_file.Get(), &status) == 0 && status.st_nlink > 0 && FileStamp(status) == m_stamp)
         return ERROR_SUCCESS;
-    return Read(key);
-}
-
-ulong ValuesFile::Read(const KeyFolder& key) {
     m_file = FileHandle();
     m_content = RegistryValues();
     FileHandle file = OpenFile(key, O_RDONLY);
-    struct stat status {};
     if (!file && errno == ENOENT)
         return key.IsDeleted() ? ERROR_KEY_DELETED : ERROR_SUCCESS;
     if (!file)

@@ -21,8 +21,6 @@ public:
     const std::vector<RegistryValue>& Values() const noexcept { return m_content.values; }
 
 private:
-    ulong Read(const KeyFolder& key);
-
     FileHandle m_file; // kept open so that its inode number is not reused
     FileStamp m_stamp;
     RegistryValues m_content;
