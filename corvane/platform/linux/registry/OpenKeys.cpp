@@ -12,7 +12,7 @@ namespace {
 
 struct Table {
     Mutex mutex;
-    std::unordered_map<std::uintptr_t, std::shared_ptr<OpenKey>> keys CORVANE_GUARDED_BY(mutex);
+    std::unordered_map<HKEY, std::shared_ptr<OpenKey>> keys CORVANE_GUARDED_BY(mutex);
     std::uintptr_t last CORVANE_GUARDED_BY(mutex) = 0;
 };
 
@@ -21,8 +21,12 @@ Table& Keys() {
     return *table;
 }
 
-std::uintptr_t NumberOf(HKEY handle) noexcept {
-    return reinterpret_cast<std::uintptr_t>(handle);
+// Null for a handle that is not from AddOpenKey or was closed.
+std::shared_ptr<OpenKey> FindOpenKey(HKEY handle) {
+    Table& table = Keys();
+    const MutexGuard guard(table.mutex);
+    const auto found = table.keys.find(handle);
+    return found == table.keys.end() ? nullptr : found->second;
 }
 
 } // namespace
@@ -34,23 +38,16 @@ HKEY AddOpenKey(const std::shared_ptr<OpenKey>& key) {
         table.last += 4;
         // NOLINTNEXTLINE(performance-no-int-to-ptr): a handle points to nothing
         auto* const handle = reinterpret_cast<HKEY>(table.last);
-        if (handle && !IsRoot(handle) && table.keys.try_emplace(table.last, key).second)
+        if (handle && !IsRoot(handle) && table.keys.try_emplace(handle, key).second)
             return handle;
     }
-}
-
-std::shared_ptr<OpenKey> FindOpenKey(HKEY handle) {
-    Table& table = Keys();
-    const MutexGuard guard(table.mutex);
-    const auto found = table.keys.find(NumberOf(handle));
-    return found == table.keys.end() ? nullptr : found->second;
 }
 
 bool CloseOpenKey(HKEY handle) {
     Table& table = Keys();
     decltype(table.keys)::node_type closed; // destroyed, with its files, after the lock is released
     const MutexGuard guard(table.mutex);
-    closed = table.keys.extract(NumberOf(handle));
+    closed = table.keys.extract(handle);
     return !closed.empty();
 }
 

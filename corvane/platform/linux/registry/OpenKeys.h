@@ -20,15 +20,12 @@ struct OpenKey {
 /// Creates a new handle. Handle numbers are never reused.
 platform::HKEY AddOpenKey(const std::shared_ptr<OpenKey>& key);
 
-/// The key of an open handle from AddOpenKey; null for any other handle. It stays usable when another thread
-/// closes the handle.
-std::shared_ptr<OpenKey> FindOpenKey(platform::HKEY handle);
-
 /// False if the handle was not open.
 bool CloseOpenKey(platform::HKEY handle);
 
 /// Finds the key of a handle or predefined key that was opened with the rights `needed`; otherwise returns
-/// ERROR_INVALID_HANDLE or ERROR_ACCESS_DENIED. With `create`, a missing predefined key is created.
+/// ERROR_INVALID_HANDLE or ERROR_ACCESS_DENIED. With `create`, a missing predefined key is created. The key
+/// stays usable when another thread closes the handle.
 ulong UseKey(platform::HKEY handle, ulong needed, bool create, std::shared_ptr<OpenKey>& key);
 
 } // namespace corvane::os
