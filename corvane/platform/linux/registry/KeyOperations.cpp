@@ -1,4 +1,3 @@
-#include <corvane/platform/linux/registry/KeyPath.h>
 #include <corvane/platform/linux/registry/OpenKeys.h>
 #include <corvane/platform/linux/registry/RegistryRoots.h>
 
@@ -41,6 +40,16 @@ ulong FolderOf(HKEY key, bool create, KeyFolder& folder) {
         return error;
     folder = open->folder;
     return !IsRoot(key) && folder.IsDeleted() ? ERROR_KEY_DELETED : ERROR_SUCCESS;
+}
+
+// Removes the last name from `path` and returns it; empty if there is none.
+wstring_view PopLastName(wstring_view& path) noexcept {
+    const std::size_t end = path.find_last_not_of(u'\\') + 1;
+    path = path.substr(0, end);
+    const std::size_t begin = path.rfind(u'\\') + 1;
+    const wstring_view name = path.substr(begin);
+    path = path.substr(0, begin);
+    return name;
 }
 
 ulong DeleteKey(HKEY key, const wchar* subKey) {

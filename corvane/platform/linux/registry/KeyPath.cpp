@@ -1,5 +1,5 @@
 #include <corvane/platform/linux/Errors.h>
-#include <corvane/platform/linux/registry/KeyPath.h>
+#include <corvane/platform/linux/registry/KeyFolder.h>
 
 #include <algorithm>
 
@@ -39,15 +39,6 @@ ulong CreatePath(KeyFolder& key, wstring_view path, bool& created) {
         created = false;
         return CreateSubkey(above, name, subkey, created);
     });
-}
-
-wstring_view PopLastName(wstring_view& path) noexcept {
-    const std::size_t end = path.find_last_not_of(u'\\') + 1;
-    path = path.substr(0, end);
-    const std::size_t begin = path.rfind(u'\\') + 1;
-    const wstring_view name = path.substr(begin);
-    path = path.substr(0, begin);
-    return name;
 }
 
 } // namespace corvane::os
