@@ -1,5 +1,4 @@
 #include <corvane/platform/linux/registry/OpenKeys.h>
-#include <corvane/platform/linux/registry/RegistryRoots.h>
 
 #include <cerrno>
 #include <fcntl.h>

@@ -1,7 +1,7 @@
 #include <corvane/platform/Mutex.h>
 #include <corvane/platform/RegistryFolders.h>
 #include <corvane/platform/linux/Errors.h>
-#include <corvane/platform/linux/registry/RegistryRoots.h>
+#include <corvane/platform/linux/registry/OpenKeys.h>
 
 #include <algorithm>
 #include <array>
