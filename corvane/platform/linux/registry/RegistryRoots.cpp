@@ -49,47 +49,36 @@ std::string HomeFolder(uid_t user) {
     return found->pw_dir;
 }
 
-class TreeFolders {
-public:
-    void Set(const std::string& user, const std::string& machine) {
-        std::string newUser = user;
-        std::string newMachine = machine.empty() ? std::string(defaultMachine) : machine;
-        const platform::MutexGuard guard(m_mutex);
-        m_user.swap(newUser);
-        m_machine.swap(newMachine);
-    }
+constexpr const char* defaultMachine = "/var/lib/corvane/registry";
 
-    std::string Machine() {
-        const platform::MutexGuard guard(m_mutex);
-        return m_machine;
-    }
-
-    // Empty if the user has no home.
-    std::string User() {
-        const platform::MutexGuard guard(m_mutex);
-        if (!m_user.empty())
-            return m_user;
-        if (const uid_t user = ::geteuid(); m_homeOwner != user) {
-            m_home = HomeFolder(user);
-            m_homeOwner = user;
-        }
-        return m_home.empty() || m_home.front() != '/' ? std::string()
-                                                       : m_home + "/.local/share/corvane/registry";
-    }
-
-private:
-    static constexpr const char* defaultMachine = "/var/lib/corvane/registry";
-
-    platform::Mutex m_mutex;
-    std::string m_user CORVANE_GUARDED_BY(m_mutex); // empty for the one under the home folder
-    std::string m_machine CORVANE_GUARDED_BY(m_mutex) = defaultMachine;
-    std::optional<uid_t> m_homeOwner CORVANE_GUARDED_BY(m_mutex); // the user whose home is in m_home
-    std::string m_home CORVANE_GUARDED_BY(m_mutex);
+struct TreeFolders {
+    Mutex mutex;
+    std::string user CORVANE_GUARDED_BY(mutex); // empty for the one under the home folder
+    std::string machine CORVANE_GUARDED_BY(mutex) = defaultMachine;
+    std::optional<uid_t> homeOwner CORVANE_GUARDED_BY(mutex); // the user whose home is in `home`
+    std::string home CORVANE_GUARDED_BY(mutex);
 };
 
 TreeFolders& Folders() {
     static auto* const folders = new TreeFolders; // never destroyed: destructors of statics may read keys
     return *folders;
+}
+
+// The top of the user's or the machine's tree; empty if the user has no home.
+std::string TopOf(bool isPrivate) {
+    TreeFolders& folders = Folders();
+    const MutexGuard guard(folders.mutex);
+    if (!isPrivate)
+        return folders.machine;
+    if (!folders.user.empty())
+        return folders.user;
+    if (const uid_t user = ::geteuid(); folders.homeOwner != user) {
+        folders.home = HomeFolder(user);
+        folders.homeOwner = user;
+    }
+    return folders.home.empty() || folders.home.front() != '/'
+               ? std::string()
+               : folders.home + "/.local/share/corvane/registry";
 }
 
 } // namespace
@@ -99,7 +88,12 @@ bool SetRegistryFolders(const std::string& user, const std::string& machine) {
         if (!path.empty() && (path.front() != '/' || path.find('\0') != std::string::npos))
             return false;
     }
-    Folders().Set(user, machine);
+    std::string newUser = user;
+    std::string newMachine = machine.empty() ? defaultMachine : machine;
+    TreeFolders& folders = Folders();
+    const MutexGuard guard(folders.mutex);
+    folders.user.swap(newUser);
+    folders.machine.swap(newMachine);
     return true;
 }
 
@@ -111,7 +105,7 @@ ulong os::OpenRoot(HKEY key, bool create, KeyFolder& root) {
     const Root* const known = FindRoot(key);
     if (!known)
         return ERROR_INVALID_HANDLE;
-    const std::string path = known->isPrivate ? Folders().User() : Folders().Machine();
+    const std::string path = TopOf(known->isPrivate);
     if (path.empty())
         return ERROR_PATH_NOT_FOUND;
     root.isPrivate = known->isPrivate;
