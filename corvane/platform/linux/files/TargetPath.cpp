@@ -3,7 +3,6 @@
 
 #include <cerrno>
 #include <climits>
-#include <fcntl.h>
 #include <unistd.h>
 
 namespace corvane::os {
@@ -22,8 +21,9 @@ ulong FollowLink(const TargetPath& target, std::string& path) {
     return length >= 0 || errno == EINVAL || errno == ENOENT ? ERROR_SUCCESS : ErrorFromErrno(errno);
 }
 
-// A relative path, and so a relative link, begins at the open folder `base`.
-ulong SplitPath(int base, const std::string& path, TargetPath& target) {
+} // namespace
+
+ulong OpenFolderOf(const std::string& path, TargetPath& target, int base) {
     const std::size_t slash = path.rfind('/');
     const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
     target.name = path.substr(slash + 1); // npos + 1 is 0
@@ -35,16 +35,10 @@ ulong SplitPath(int base, const std::string& path, TargetPath& target) {
     return errno == ENOENT ? ERROR_PATH_NOT_FOUND : ErrorFromErrno(errno);
 }
 
-} // namespace
-
-ulong OpenFolderOf(const std::string& path, TargetPath& target) {
-    return SplitPath(AT_FDCWD, path, target);
-}
-
 ulong FindTarget(std::string path, TargetPath& target) {
     FileHandle base;
     for (int links = 0; links <= longestChain; ++links) {
-        if (const ulong error = SplitPath(base ? base.Get() : AT_FDCWD, path, target))
+        if (const ulong error = OpenFolderOf(path, target, base ? base.Get() : AT_FDCWD))
             return error;
         if (const ulong error = FollowLink(target, path))
             return error;

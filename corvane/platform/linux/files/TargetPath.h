@@ -3,6 +3,7 @@
 #include <corvane/foundations/WideString.h>
 #include <corvane/platform/linux/files/FileHandle.h>
 
+#include <fcntl.h>
 #include <string>
 
 namespace corvane::os {
@@ -14,8 +15,8 @@ struct TargetPath {
 };
 
 /// Splits `path` into its open folder and its last name, which may be missing or anything, a symbolic link
-/// included. ERROR_PATH_NOT_FOUND for a missing folder.
-ulong OpenFolderOf(const std::string& path, TargetPath& target);
+/// included. A relative path begins at the open folder `base`. ERROR_PATH_NOT_FOUND for a missing folder.
+ulong OpenFolderOf(const std::string& path, TargetPath& target, int base = AT_FDCWD);
 
 /// Follows `path` and the symbolic links at its end to the target. ERROR_PATH_NOT_FOUND for a missing folder,
 /// ERROR_ACCESS_DENIED for a loop of links.
