@@ -21,8 +21,9 @@ public:
     SnapshotGuard& operator=(const SnapshotGuard&) = delete;
     ~SnapshotGuard() {
         try {
+            std::error_code ignored;
             if (m_made && (m_keep || m_config.RestoreSnapshot(m_snapshot) == 0))
-                Remove();
+                std::filesystem::remove(std::filesystem::path(m_snapshot), ignored);
         } catch (...) { // NOLINT(bugprone-empty-catch): no memory to restore with; the snapshot stays
         }
     }
@@ -34,11 +35,6 @@ public:
     void Keep() noexcept { m_keep = true; }
 
 private:
-    void Remove() {
-        std::error_code ignored;
-        std::filesystem::remove(std::filesystem::path(m_snapshot), ignored);
-    }
-
     ConfigManager& m_config;
     wstring m_snapshot;
     bool m_made;
