@@ -1,12 +1,7 @@
-#include <corvane/foundations/ScopedResource.h>
-#include <corvane/platform/windows/WindowsPlatform.h>
+#include <corvane/platform/windows/FileHandle.h>
 
 namespace corvane {
 namespace {
-
-struct CloseFile {
-    void operator()(HANDLE file) const noexcept { ::CloseHandle(file); }
-};
 
 // From hundreds of nanoseconds since 1601, which the platform counts in.
 std::int64_t Nanoseconds(std::int64_t time) noexcept {
@@ -24,11 +19,10 @@ std::int64_t Now() noexcept {
     return Nanoseconds(Joined(now.dwHighDateTime, now.dwLowDateTime));
 }
 
-using File = Quillon::ScopedResource<HANDLE, CloseFile, Quillon::NoOp<HANDLE>>;
-
-HANDLE OpenForAttributes(const wchar* path) noexcept {
-    return ::CreateFileW(path, FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                         nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+windows::FileHandle OpenForAttributes(const wchar* path) noexcept {
+    return windows::Owned(::CreateFileW(path, FILE_READ_ATTRIBUTES,
+                                        FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                        OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
 }
 
 FileState Failed() noexcept {
@@ -41,14 +35,13 @@ FileState Failed() noexcept {
 
 FileState platform::ExamineFile(const wchar* path) noexcept {
     const std::int64_t now = Now();
-    const HANDLE opened = OpenForAttributes(path);
-    if (opened == INVALID_HANDLE_VALUE)
+    const windows::FileHandle file = OpenForAttributes(path);
+    if (!file)
         return Failed();
-    const File file(opened);
     BY_HANDLE_FILE_INFORMATION info{};
     FILE_BASIC_INFO times{};
-    if (!::GetFileInformationByHandle(opened, &info) ||
-        !::GetFileInformationByHandleEx(opened, FileBasicInfo, &times, sizeof times))
+    if (!::GetFileInformationByHandle(file.get(), &info) ||
+        !::GetFileInformationByHandleEx(file.get(), FileBasicInfo, &times, sizeof times))
         return Failed();
     FileState state;
     state.volume = info.dwVolumeSerialNumber;
@@ -63,12 +56,11 @@ FileState platform::ExamineFile(const wchar* path) noexcept {
 
 // For a file that no other machine serves, the query is an invalid parameter.
 bool platform::HasRemoteClock(const wchar* path) noexcept {
-    const HANDLE opened = OpenForAttributes(path);
-    if (opened == INVALID_HANDLE_VALUE)
+    const windows::FileHandle file = OpenForAttributes(path);
+    if (!file)
         return true;
-    const File file(opened);
     FILE_REMOTE_PROTOCOL_INFO info{};
-    return ::GetFileInformationByHandleEx(opened, FileRemoteProtocolInfo, &info, sizeof info) != 0 ||
+    return ::GetFileInformationByHandleEx(file.get(), FileRemoteProtocolInfo, &info, sizeof info) != 0 ||
            ::GetLastError() != ERROR_INVALID_PARAMETER;
 }
 

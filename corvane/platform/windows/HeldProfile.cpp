@@ -15,8 +15,7 @@ bool Refuse(DWORD error) noexcept {
 
 FileHandle Open(const std::string& path, DWORD access, DWORD share, DWORD how = OPEN_EXISTING,
                 SECURITY_ATTRIBUTES* security = nullptr) noexcept {
-    return FileHandle(
-        ::CreateFileA(path.c_str(), access, share, security, how, FILE_ATTRIBUTE_NORMAL, nullptr));
+    return Owned(::CreateFileA(path.c_str(), access, share, security, how, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
 // The profile operations look for a name without a folder in the Windows folder.
@@ -59,7 +58,7 @@ bool PutBack(const std::string& path) {
 // The full path of an open file, or `given` if the code page cannot represent it.
 std::string PathOf(const FileHandle& file, const std::string& given) {
     char text[1024];
-    const DWORD size = ::GetFinalPathNameByHandleA(file.Get(), text, sizeof text, 0);
+    const DWORD size = ::GetFinalPathNameByHandleA(file.get(), text, sizeof text, 0);
     const std::string_view path(text, size < sizeof text ? size : 0);
     constexpr std::string_view local = R"(\\?\)";
     constexpr std::string_view network = R"(\\?\UNC\)";
@@ -73,14 +72,14 @@ std::string PathOf(const FileHandle& file, const std::string& given) {
 
 bool ReadAll(const FileHandle& file, std::string& content) {
     LARGE_INTEGER size{};
-    if (!::GetFileSizeEx(file.Get(), &size))
+    if (!::GetFileSizeEx(file.get(), &size))
         return false;
     constexpr LONGLONG maxBytes = 1 << 30;
     if (size.QuadPart > maxBytes)
         return Refuse(ERROR_FILE_TOO_LARGE);
     content.resize(static_cast<std::size_t>(size.QuadPart));
     DWORD count = 0;
-    if (!::ReadFile(file.Get(), content.data(), static_cast<DWORD>(content.size()), &count, nullptr))
+    if (!::ReadFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &count, nullptr))
         return false;
     content.resize(count);
     return true;
@@ -89,7 +88,7 @@ bool ReadAll(const FileHandle& file, std::string& content) {
 bool WriteAll(const FileHandle& file, const std::string& content) noexcept {
     const auto size = static_cast<DWORD>(content.size());
     DWORD count = 0;
-    return ::WriteFile(file.Get(), content.data(), size, &count, nullptr) &&
+    return ::WriteFile(file.get(), content.data(), size, &count, nullptr) &&
            (count == size || Refuse(ERROR_DISK_FULL));
 }
 
@@ -97,7 +96,7 @@ bool WriteAll(const FileHandle& file, const std::string& content) noexcept {
 bool LockBeyondEnd(const FileHandle& file) noexcept {
     OVERLAPPED position{};
     position.OffsetHigh = 0x40000000;
-    return ::LockFileEx(file.Get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0,
+    return ::LockFileEx(file.get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0,
                         &position) ||
            Refuse(ERROR_SHARING_VIOLATION);
 }
@@ -128,7 +127,7 @@ bool HeldProfile::Acquire(const char* file, bool create) {
     }
     if (!probe)
         return false;
-    probe = FileHandle();
+    probe.reset();
     m_file = Open(given, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE);
     if (!m_file || !LockBeyondEnd(m_file))
         return false;
@@ -137,7 +136,7 @@ bool HeldProfile::Acquire(const char* file, bool create) {
     m_path = PathOf(m_file, given);
     m_copy = CopyOf(m_path);
     if (isNew && Exists(BackupOf(m_path))) { // it is the target of a link, and was missing for a moment
-        m_file = FileHandle();
+        m_file.reset();
         ::DeleteFileA(m_path.c_str());
         PutBack(m_path);
         return Refuse(ERROR_SHARING_VIOLATION);
@@ -153,9 +152,9 @@ bool HeldProfile::IsStill(const std::string& path) const noexcept {
     BY_HANDLE_FILE_INFORMATION held{};
     BY_HANDLE_FILE_INFORMATION named{};
     const FileHandle other = Open(path, 0, shareAll);
-    if (!::GetFileInformationByHandle(m_file.Get(), &held))
+    if (!::GetFileInformationByHandle(m_file.get(), &held))
         return false;
-    if (!other || !::GetFileInformationByHandle(other.Get(), &named) ||
+    if (!other || !::GetFileInformationByHandle(other.get(), &named) ||
         held.dwVolumeSerialNumber != named.dwVolumeSerialNumber ||
         held.nFileIndexHigh != named.nFileIndexHigh || held.nFileIndexLow != named.nFileIndexLow)
         return Refuse(ERROR_SHARING_VIOLATION);
@@ -182,7 +181,7 @@ bool HeldProfile::Commit() {
             return false;
         if (content == m_content)
             return true;
-        if (!::FlushFileBuffers(copy.Get()))
+        if (!::FlushFileBuffers(copy.get()))
             return false;
     } else {
         return false;

@@ -1,32 +1,11 @@
 // One atomic change of a private-profile file, locked against other writers.
 #pragma once
 
-#include <corvane/platform/windows/WindowsPlatform.h>
+#include <corvane/platform/windows/FileHandle.h>
 
 #include <string>
-#include <utility>
 
 namespace corvane::windows {
-
-class FileHandle {
-public:
-    explicit FileHandle(HANDLE handle = INVALID_HANDLE_VALUE) noexcept : m_handle(handle) {}
-    FileHandle(FileHandle&& other) noexcept : m_handle(std::exchange(other.m_handle, INVALID_HANDLE_VALUE)) {}
-    FileHandle& operator=(FileHandle&& other) noexcept {
-        std::swap(m_handle, other.m_handle);
-        return *this;
-    }
-    ~FileHandle() {
-        if (*this)
-            ::CloseHandle(m_handle);
-    }
-
-    explicit operator bool() const noexcept { return m_handle != INVALID_HANDLE_VALUE; }
-    HANDLE Get() const noexcept { return m_handle; }
-
-private:
-    HANDLE m_handle;
-};
 
 /// Holds the file open so that others can read but not write it, while a copy beside it is changed and then
 /// replaces it. On failure the operations return false with the error in GetLastError. Unless committed, the
