@@ -69,7 +69,7 @@ using Parts = std::vector<NamePart>;
 
 // Tries the requested letter case first and reads the folder only if that is missing.
 ulong FindParts(const SharedFolder& folder, Parts::const_iterator part, KeyFolder& found) {
-    const auto findBehind = [&](const std::string& entry) {
+    const auto findBelow = [&](const std::string& entry) {
         const ulong error = OpenEntry(folder, entry, found);
         if (error || part->isLast)
             return error;
@@ -77,7 +77,7 @@ ulong FindParts(const SharedFolder& folder, Parts::const_iterator part, KeyFolde
         return FindParts(next, part + 1, found);
     };
     const std::string exact = FolderNameOf(*part);
-    if (const ulong error = findBehind(exact); error != ERROR_FILE_NOT_FOUND)
+    if (const ulong error = findBelow(exact); error != ERROR_FILE_NOT_FOUND)
         return error;
     FolderEntries entries(folder->Get());
     NamePart other;
@@ -85,7 +85,7 @@ ulong FindParts(const SharedFolder& folder, Parts::const_iterator part, KeyFolde
         if (entry == exact || !ParseFolderName(entry, other) || other.isLast != part->isLast ||
             other.text.size() != part->text.size() || CompareKeyNames(other.text, part->text) != 0)
             continue;
-        if (const ulong error = findBehind(entry); error != ERROR_FILE_NOT_FOUND)
+        if (const ulong error = findBelow(entry); error != ERROR_FILE_NOT_FOUND)
             return error;
     }
     return entries.Error() ? KeyError(entries.Error()) : ERROR_FILE_NOT_FOUND;
