@@ -23,6 +23,7 @@ TEST_F(Loading, IsSkippedOnlyWhenNothingCanHaveChanged) {
     EXPECT_EQ(corvane::ToUtf8(manager.GetConfigName()), file.u8string());
     EXPECT_EQ(List() + " " + List("Mail:") + " " + Get("MAIL:host"),
               "Bare,Mail Host,Port h\u00e4user.example");
+    EXPECT_EQ(static_cast<bool>(corvane::Load(manager, shouted)), fs::exists(shouted)) << "another file";
     Put("[Mail]\nPort=99\n");
     EXPECT_TRUE(manager.SourceWasModified());
     EXPECT_EQ(Get("Mail:Port"), "25"); // as of the last load
@@ -40,38 +41,55 @@ TEST_F(Loading, IsSkippedOnlyWhenNothingCanHaveChanged) {
 }
 
 TEST_F(Loading, FailsWithoutATraceInTheManager) {
+    EXPECT_EQ(corvane::Reload(manager).reason, "cannot reload: no configuration is loaded");
     Start("[Mail]\nPort=25\n");
     ASSERT_EQ(Set("_$CACHE$_:Token", "kept", true), 0);
-    const auto fails = [this](const corvane::wchar* name, Lines lines) {
-        EXPECT_EQ(manager.Update(name, 0), FAILURE_GENERAL);
-        lines.push_back("Error 32768 \"failed to initialize config manager from '" +
-                        (name ? corvane::ToUtf8(name) : "(null)") + "'\" at func: ConfigManager::Update");
+    const std::string other = (folder.Path() / "other.cfg").u8string();
+    const std::string noSections = "failed to get sections from new config source";
+    const struct {
+        std::string path;
+        std::optional<std::string> content;
+        std::string problem; // in the log
+        const char* cause;
+    } rows[] = {
+        {"", {}, "", "the path is empty"},
+        {folder.Path().u8string(), {}, noSections, "it is a folder"},
+        {other, {}, "new configuration object is not ready", "there is no such file"},
+        {other, "a=b\n", noSections, "it has no [section]"},
+        {other, std::string("\0\x01\x02\xFF\xFE\x80\n\0", 8), noSections, "it has no [section]"},
+        {other, "[Mail]\nPort=1\n[_$CACHE$_]\na=b\n", "cache node specified in config file (illegal)",
+         "it has a section [_$CACHE$_], a name that no file may use"},
+    };
+    for (const auto& [path, content, problem, cause] : rows) {
+        SCOPED_TRACE(cause);
+        if (content)
+            WriteFile(path, *content);
+        const corvane::LoadResult result = corvane::Load(manager, path);
+        EXPECT_EQ(result.code, FAILURE_GENERAL);
+        EXPECT_EQ(result.reason, "cannot load '" + path + "': " + cause);
+        Lines lines = {"Error 32768 \"empty or invalid config name\" at func: ConfigManager::Initialize"};
+        if (!path.empty())
+            lines = {"loading config from '" + path + "'", problem,
+                     "Error 32768 at func: ConfigManager::Initialize"};
+        lines.push_back("Error 32768 \"failed to initialize config manager from '" + path +
+                        "'\" at func: ConfigManager::Update");
         EXPECT_EQ(log.Take(), lines);
         EXPECT_EQ(Get("Mail:Port") + Get("_$CACHE$_:Token"), "25kept");
         EXPECT_EQ(corvane::ToUtf8(manager.GetConfigName()), file.u8string());
-        log.Take();
-    };
-    const std::string byInitialize = " at func: ConfigManager::Initialize";
-    for (const corvane::wchar* name : {static_cast<const corvane::wchar*>(nullptr), CORVANE_TEXT("")})
-        fails(name, {"Error 32768 \"empty or invalid config name\"" + byInitialize});
-    const std::string noSections = "failed to get sections from new config source";
-    const std::pair<std::string, std::string> rows[] = {
-        // the content, or none, and the problem
-        {"-", "new configuration object is not ready"},
-        {"a=b\n", noSections},
-        {std::string("\xFF\xFE[\0a\0]\0", 8), noSections},
-        {std::string("\0\x01\x02\xFF\xFE\x80\n\0", 8), noSections},
-        {"[Mail]\nPort=1\n[_$CACHE$_]\na=b\n", "cache node specified in config file (illegal)"}};
-    for (const auto& [content, problem] : rows) {
-        SCOPED_TRACE(content);
-        if (differences::filesInUtf16AreRead && content[0] == '\xFF')
-            continue;
-        const std::string other = (folder.Path() / "other.cfg").u8string();
-        if (content != "-")
-            WriteFile(other, content);
-        fails(Wide(other).c_str(),
-              {"loading config from '" + other + "'", problem, "Error 32768" + byInitialize});
     }
+    EXPECT_EQ(manager.Update(nullptr, 0), FAILURE_GENERAL);
+    EXPECT_EQ(log.Take().back().find("Error 32768 \"failed to initialize config manager from '(null)'"), 0U);
+    const std::string withNul("a\0b", 3);
+    EXPECT_EQ(corvane::Load(manager, withNul).reason,
+              "cannot load '" + withNul + "': a path cannot contain a NUL character");
+    fs::remove(file);
+    EXPECT_EQ(corvane::Reload(manager).reason,
+              "cannot load '" + file.u8string() + "': there is no such file");
+    WriteFile(other, std::string("\xFF\xFE[\0a\0]\0", 8));
+    EXPECT_EQ(corvane::Load(manager, other).reason,
+              differences::filesInUtf16AreRead
+                  ? ""
+                  : "cannot load '" + other + "': it is in UTF-16; it has to be in UTF-8");
 }
 
 TEST_F(Loading, TakesWhatAFileMayHold) {
