@@ -28,11 +28,11 @@ protected:
         return interface == exact ? manager.ApplyChanges(changes) == 0 : corvane::Write(manager, batch);
     }
 
-    static std::string Shown(ConfigManager& config) {
+    std::string Shown() const {
         std::string text;
-        for (const std::string& section : corvane::Sections(config)) {
+        for (const std::string& section : corvane::Sections(manager)) {
             text += '[' + section + ']';
-            for (const auto& [tag, value] : corvane::Tags(config, section))
+            for (const auto& [tag, value] : corvane::Tags(manager, section))
                 text += tag + '=' + value + ' ';
         }
         return text;
@@ -66,7 +66,7 @@ TEST_F(Batch, ChangesFileAndCacheInOrder) {
             EXPECT_TRUE(Write(interface, row.script));
             EXPECT_EQ(log.Take(), Lines{});
             EXPECT_EQ(Bytes(file), row.file ? row.file : text);
-            EXPECT_EQ(Shown(manager), row.cache);
+            EXPECT_EQ(Shown(), row.cache);
             EXPECT_FALSE(manager.SourceWasModified());
         }
     }
@@ -107,7 +107,7 @@ TEST_F(Batch, WithOneRefusalChangesNothing) {
                                       ? Lines{"Error 32768 \"" + row.key + "\" at func: " + function}
                                       : (Lines{said(row.exact) + "ConfigFile::WriteChanges",
                                                "Error 32768 at func: " + function}));
-            EXPECT_EQ(Bytes(file) + Shown(manager), text + "[S]a=1 ");
+            EXPECT_EQ(Bytes(file) + Shown(), text + "[S]a=1 ");
         }
     }
     EXPECT_EQ(manager.GetConfigSource()->IConfigSource::WriteChanges({{Wide("S:a"), {}}}), FAILURE_GENERAL);
@@ -117,27 +117,22 @@ TEST_F(Batch, WithOneRefusalChangesNothing) {
 TEST_F(Batch, CollectsTypedValuesAndCanBeUsedAgain) {
     corvane::WriteBatch batch;
     EXPECT_TRUE(batch.Empty() && corvane::Write(manager, batch));
-    batch.Set("S:Int", 7)
-        .Set("S:Bool", true)
-        .Set("S:Time", std::chrono::milliseconds(5))
-        .Set("S:Blank", " x ");
+    batch.Set("S:Int", 7).Set("S:Time", std::chrono::milliseconds(5)).Set("S:Blank", " x ");
     corvane::WriteBatch copy = batch;
-    copy.Set("S:Int", 8).Delete("S:Bool");
-    for (const auto& [each, expected] : {std::pair(&batch, "[S]Blank= x  Bool=yes Int=7 Time=5ms "),
-                                         {&copy, "[S]Blank= x  Int=8 Time=5ms "},
-                                         {&batch, "[S]Blank= x  Bool=yes Int=7 Time=5ms "}}) {
+    copy.Set("S:Int", 8).Delete("S:Time");
+    for (const auto& [each, expected] : {std::pair(&batch, "[S]Blank= x  Int=7 Time=5ms "),
+                                         {&copy, "[S]Blank= x  Int=8 "},
+                                         {&batch, "[S]Blank= x  Int=7 Time=5ms "}}) {
         Start("[S]\n");
         EXPECT_TRUE(corvane::Write(manager, *each));
-        ConfigManager fresh;
-        ASSERT_TRUE(corvane::Load(fresh, file.u8string()));
-        EXPECT_EQ(Shown(manager), expected);
-        EXPECT_EQ(Shown(fresh), expected);
+        EXPECT_EQ(Shown(), expected);
+        ASSERT_TRUE(corvane::Reload(manager));
+        EXPECT_EQ(Shown(), expected);
     }
     log.Take();
     const char* const none = nullptr;
-    corvane::WriteBatch list;
-    for (auto* bad : {&copy.Set("S:Null", none), &list.Set("S:List", std::vector<std::string>{"a,b"}),
-                      &batch.Set("S:NaN", std::numeric_limits<double>::quiet_NaN())}) {
+    const double notANumber = std::numeric_limits<double>::quiet_NaN();
+    for (auto* bad : {&copy.Set("S:Null", none), &batch.Set("S:NaN", notANumber)}) {
         EXPECT_FALSE(corvane::Write(manager, *bad));
         EXPECT_EQ(log.Take().size(), 1U);
         bad->Clear();

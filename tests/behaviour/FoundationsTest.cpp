@@ -2,7 +2,6 @@
 
 #include <corvane/config.h>
 #include <corvane/foundations/FailureReport.h>
-#include <corvane/foundations/StringUtility.h>
 #include <corvane/platform/Platform.h>
 
 #include <gtest/gtest.h>
@@ -18,23 +17,21 @@ TEST(Reports, HandTheCodeBackAndLogIt) {
     EXPECT_EQ(failure_report(0, nullptr, configChannel, "F::G", 1), 0);
     EXPECT_EQ(failure_report(-7, CORVANE_TEXT(""), configChannel, "F::G", 1), -7);
     EXPECT_EQ(failure_report(5, CORVANE_TEXT("100%s %d"), configChannel, "F::G", 1), 5);
+    const corvane::wchar* const noText = nullptr;
+    const corvane::wchar* const format = CORVANE_TEXT("%s %d%% %x %d"); // ends at what it does not know
+    EXPECT_EQ(failure_reportFormatted(8, format, configChannel, "F::G", 1, noText, INT32_MIN, 2, 3), 8);
     EXPECT_EQ(failure_reportFormatted(6, nullptr, configChannel, "F::G", 1, 42), 6);
     EXPECT_EQ(failure_reportFormatted(7, CORVANE_TEXT("%s"), configChannel, "F::G", 1, longText.c_str()), 7);
-    EXPECT_EQ(log.Take(), (Lines{"Error 0 at func: F::G", "Error -7 \"\" at func: F::G",
-                                 "Error 5 \"100%s %d\" at func: F::G", "Error 6 at func: F::G",
-                                 "Error 7 \"" + std::string(511, 'x') + "\" at func: F::G"}));
+    EXPECT_EQ(
+        log.Take(),
+        (Lines{"Error 0 at func: F::G", "Error -7 \"\" at func: F::G", "Error 5 \"100%s %d\" at func: F::G",
+               "Error 8 \"(null) -2147483648% %x %d\" at func: F::G", "Error 6 at func: F::G",
+               "Error 7 \"" + std::string(511, 'x') + "\" at func: F::G"}));
     for (const std::size_t length : {512U, 513U}) {
         const corvane::wstring text = corvane::wstring(length - 1, 'x') + corvane::wchar('y');
         Quillon::NativeLogging::LoggerRegistry::getLogger(configChannel)->logProgress(text.c_str());
         EXPECT_EQ(log.Take(), Lines{ToUtf8(text)});
     }
-}
-
-TEST(Formats, EndAtAConversionThatIsNoneOfTheirs) {
-    corvane::wchar buffer[32];
-    const corvane::wchar* const none = nullptr;
-    EXPECT_EQ(string_safeSprintfW(buffer, 32, CORVANE_TEXT("%s %d%% %x %d"), none, INT32_MIN, 2, 3), 0);
-    EXPECT_EQ(ToUtf8(buffer), "(null) -2147483648% %x %d");
 }
 
 TEST(Logger, LetsASinkReadAConfiguration) {

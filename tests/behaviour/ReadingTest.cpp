@@ -9,6 +9,10 @@ std::string Report(const std::string& key) {
 }
 
 TEST_F(Reading, AnswersByKey) {
+    EXPECT_FALSE(Exists("Mail:Port"));
+    EXPECT_EQ(log.Take(), Lines{});
+    EXPECT_EQ(Get("Mail:Port"), "<none>"); // no source
+    EXPECT_EQ(log.Take(), Lines{Report("Mail:Port")});
     Start("[Mail]\nPort=25\nPort:Alt=587\n[Bare]\n");
     const std::string section = "config cache section for key '";
     const std::string item = "config cache item for key '";
@@ -34,23 +38,11 @@ TEST_F(Reading, AnswersByKey) {
         EXPECT_EQ(Exists(row.key), row.exists);
         EXPECT_EQ(log.Take(), Lines{});
         EXPECT_EQ(Get(row.key), row.value);
-        EXPECT_EQ(log.Take(), row.line.empty() ? Lines{} : Lines{row.line});
-    }
-}
-
-TEST_F(Reading, FallsBackToTheDefault) {
-    const auto get = [this](const std::string& key) {
         corvane::wstring value = CORVANE_TEXT("before");
-        EXPECT_EQ(manager.GetValue(Wide(key), value, CORVANE_TEXT("default")), 0);
-        return corvane::ToUtf8(value);
-    };
-    EXPECT_FALSE(Exists("Mail:Port"));
-    EXPECT_EQ(log.Take(), Lines{});
-    EXPECT_EQ(get("Mail:Port"), "default"); // no source
-    EXPECT_EQ(log.Take(), Lines{Report("Mail:Port")});
-    Start("[Mail]\nPort=25\n");
-    EXPECT_EQ(get("Mail:Port"), "25");
-    EXPECT_EQ(get("Mail:Nope"), "default");
+        EXPECT_EQ(manager.GetValue(Wide(row.key), value, CORVANE_TEXT("default")), 0);
+        EXPECT_EQ(corvane::ToUtf8(value), row.line.empty() ? row.value : "default");
+        EXPECT_EQ(log.Take(), row.line.empty() ? Lines{} : (Lines{row.line, row.line}));
+    }
 }
 
 TEST_F(Reading, IsTraced) {

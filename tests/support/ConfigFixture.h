@@ -62,14 +62,9 @@ protected:
     }
 
     /// The sections, or with a key the tags of its section, joined by commas.
-    std::string List() const {
+    std::string List(const std::optional<std::string>& key = {}) const {
         std::vector<corvane::wstring> names;
-        manager.EnumerateSubKeys(names);
-        return Join(names);
-    }
-    std::string List(const std::string& key) const {
-        std::vector<corvane::wstring> names;
-        manager.EnumerateTags(Wide(key), names);
+        key ? manager.EnumerateTags(Wide(*key), names) : manager.EnumerateSubKeys(names);
         return Join(names);
     }
 
