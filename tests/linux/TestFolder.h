@@ -6,6 +6,7 @@
 #include <corvane/platform/linux/Errors.h>
 #include <corvane/platform/linux/LinuxPlatform.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <functional>
 #include <grp.h>
@@ -26,9 +27,8 @@ protected:
         return path;
     }
 
-    std::size_t EntryCount(const std::string& folder = ".") const {
-        const fs::directory_iterator entries(Path(folder));
-        return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+    auto EntryCount(const std::string& folder = ".") const {
+        return std::distance(fs::directory_iterator(Path(folder)), {});
     }
 
 private:
@@ -43,6 +43,23 @@ inline struct stat StatusOf(const std::string& path) {
 
 inline mode_t ModeOf(const std::string& path) {
     return StatusOf(path).st_mode & 07777;
+}
+
+/// What a read gives, with '|' in the place of each NUL.
+inline std::string Read(const char* section, const char* tag, const std::string& file,
+                        const char* other = nullptr) {
+    std::string text(4096, '#');
+    text.resize(platform::GetPrivateProfileStringA(section, tag, other, text.data(), 4096, file.c_str()));
+    std::replace(text.begin(), text.end(), '\0', '|');
+    return text;
+}
+
+/// The error of a write to the section `s`, 0 when it succeeded.
+inline ulong WriteError(const char* tag, const char* value, const std::string& file) {
+    platform::SetLastError(platform::ERROR_SUCCESS);
+    const int done = platform::WritePrivateProfileStringA("s", tag, value, file.c_str());
+    EXPECT_EQ(done != 0, platform::GetLastError() == platform::ERROR_SUCCESS);
+    return platform::GetLastError();
 }
 
 /// One of 65,536 names that a quick hash takes for one.

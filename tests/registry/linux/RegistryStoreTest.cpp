@@ -58,7 +58,7 @@ TEST_F(RegistryStore, KeepsAnyKeyName) {
         listed.emplace(name, length);
     EXPECT_EQ(listed, names);
     EXPECT_EQ(registry_writeNumber(parent, wstring(256, 'n').c_str(), u"n", 1), 87);
-    EXPECT_EQ(EntryCount(), 1U) << "something got out of its folder";
+    EXPECT_EQ(EntryCount(), 1) << "something got out of its folder";
     for (const wstring& each : names)
         EXPECT_EQ(RegDeleteKeyW(parent, each.c_str()), 0);
 }
