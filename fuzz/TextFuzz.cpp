@@ -77,11 +77,6 @@ void CheckUnits(const wstring& units) {
     Require(corvane::utf::Utf8Length(units) == expected.size(), "the length is known beforehand");
 }
 
-template <class Text>
-Text BeforeNul(const Text& text) {
-    return text.substr(0, text.find(typename Text::value_type()));
-}
-
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -91,9 +86,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::size_t room = 1 + input.Below(255);
     const auto magnitude = static_cast<std::uint32_t>(input.Below(256) << 24 | input.Below(256));
     const auto number = static_cast<std::int32_t>(magnitude);
-    const std::string narrow = BeforeNul(input.Until('|'));
+    std::string narrow = input.Until('|');
+    narrow.resize(std::strlen(narrow.c_str())); // what follows a NUL is not formatted
     const std::string bytes(input.Rest());
-    const wstring wide = BeforeNul(CheckedWide(bytes));
+    wstring wide = CheckedWide(bytes);
+    wide.resize(std::min(wide.find(u'\0'), wide.size()));
     wstring units(bytes.size() / sizeof(corvane::wchar), 0);
     std::memcpy(units.data(), bytes.data(), units.size() * sizeof(corvane::wchar));
     CheckUnits(units);
