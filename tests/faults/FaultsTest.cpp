@@ -34,7 +34,7 @@ using Tree = std::map<std::string, std::string>;
 enum Trait : unsigned {
     ofAFileThatIsGone = 1, ///< since it was loaded
     inPlace = 2,           ///< a fault that stays may tear the file
-    maybeInPart = 4,       ///< the file may be new although the operation failed behind it
+    maybeInPart = 4,       ///< the file may be new although the operation failed after it
     unlogged = 8,
     byAName = 16,    ///< no file can be made without one
     withAGrave = 32, ///< a part of its clearing up is left to the next, out of sight
@@ -103,7 +103,7 @@ class Faults : public TestFolder {
 protected:
     ~Faults() override { SetRegistryFolders("", ""); }
 
-    /// Sees what the files are before and behind the operation.
+    /// Sees what the files are before and after the operation.
     void LearnOutcome(const Operation& operation) {
         Prepare(operation);
         if (operation.Is(ofAFileThatIsGone))
