@@ -42,7 +42,7 @@ TEST(EditProfile, ChangesTheLinesConcerned) {
         {"[s]\n;own\na=1\n\n; of t\n;too\n[t]\n[S]\nc=3", {{"s", none, none}}, "; of t\n;too\n[t]\n"},
         {"[s]\na=1\n", {}, "[s]\na=1\n"},
         {"[s]\na=1",
-         {{"S", "A", "2"}, {"s", "b", "3"}, {"t", "c", "4"}, {"T", "d", "5"}},
+         {{"S", "A", "2"}, {"s", "b", "0"}, {"s", "B", "3"}, {"t", "c", "4"}, {"T", "d", "5"}},
          "[s]\na=2\nb=3\n[t]\nc=4\nd=5\n"},
         {"[s]\na=1\nb=2\n",
          {{"s", "a", "8"}, {"s", "a", none}, {"s", "b", none}, {"s", "B", "9"}},
