@@ -167,6 +167,16 @@ TEST_F(Reads, AreNotTornByAWriterWithoutALock) {
     }
 }
 
+TEST_F(Reads, OfAWriteAreOfTheFileThatIsReplaced) { // not of one that an editor has put in its place
+    const std::string edited = "[s]\na=edited\n";
+    faults::Plan plan{Kind::Meddle, 0, [&] { fs::rename(Make("next", edited), m_file); }};
+    do
+        ++plan.n;
+    while (plan.n < 99 && faults::During(plan, [&] { m_write(); }).name != "pread");
+    EXPECT_EQ(platform::GetLastError(), 32U);
+    EXPECT_EQ(Bytes(m_file), edited);
+}
+
 TEST_F(Reads, OfALoadTakeFewCalls) {
     const wstring file = ToWide(MakeOld(1).front()); // a file that has just changed is locked
     ConfigManager manager;
