@@ -87,9 +87,11 @@ Outcome During(const Plan& next, const std::function<void()>& work) {
     work();
     active = false;
     plan = Plan();
-    // A folder whose flush was made to fail is not reported.
+    // A folder whose flush was made to fail is not reported. What takes the place of renameat2 is flushed
+    // too.
+    const bool isExcused = outcome.struck && outcome.name != "renameat2";
     for (const auto& [inode, isInPlace] : unflushed)
-        outcome.isUnflushed = outcome.isUnflushed || isInPlace || !outcome.struck;
+        outcome.isUnflushed = outcome.isUnflushed || isInPlace || !isExcused;
     return outcome;
 }
 
