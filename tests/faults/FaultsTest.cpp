@@ -10,9 +10,11 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <fcntl.h>
 #include <linux/TestFolder.h>
 #include <map>
 #include <set>
+#include <sys/file.h>
 #include <sys/prctl.h>
 #include <sys/xattr.h>
 
@@ -287,6 +289,15 @@ TEST_F(Faults, OfAKnownNameReachNothingThroughALinkThere) {
         EXPECT_TRUE(fs::is_symlink(Path("t/.f." + number + ".tmp")));
         EXPECT_EQ(Bytes(victim), "untouched");
     }
+}
+
+TEST_F(Faults, OfALockedKeyComeAfterTenSeconds) {
+    Prepare(m_operations.front());
+    const int holder = ::open(Path("t/r/HKEY_CURRENT_USER/Key").c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(::flock(holder, LOCK_EX), 0);
+    const auto write = [] { EXPECT_EQ(registry_writeNumber(nullptr, u"\\Key", u"n", 2), 32); };
+    EXPECT_NEAR(faults::During({}, write).secondsWaited, 10, 0.5);
+    ::close(holder);
 }
 
 TEST_F(Faults, AreAsFewForABatchAsForAWrite) {
