@@ -165,6 +165,8 @@ TEST_F(RegistryStore, SeesChangesThroughAnOpenHandle) {
         ASSERT_EQ(read(reader), 0);
         EXPECT_EQ(data, number);
     }
+    WriteFile(valuesFile, "; edited\n\"n\"=hex:ff\n"); // the same file, not another one in its place
+    EXPECT_EQ(read(reader) || data != 0xFF, 0);
     EXPECT_EQ(SetData(reader, u"n", REG_SZ, ""), 5) << "opened for reading";
     HKEY root = nullptr;
     ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, u"", 0, KEY_READ, &root), 0);
