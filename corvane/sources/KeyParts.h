@@ -2,6 +2,7 @@
 #pragma once
 
 #include <corvane/foundations/FindUnit.h>
+#include <corvane/foundations/ThreadLock.h>
 #include <corvane/sources/IConfigSource.h>
 
 #include <memory>
@@ -10,7 +11,7 @@
 namespace corvane {
 
 /// The section and tag of a key during one operation, in reused buffers: splitting allocates only for a key
-/// longer than those before, or inside another operation. For the thread that holds the managers' lock.
+/// longer than those before, or inside another operation.
 class KeyParts {
     struct Buffers {
         wstring section;
@@ -18,7 +19,9 @@ class KeyParts {
     };
 
 public:
-    KeyParts() {
+    /// The thread must hold `lock`, that of the managers, as long as the object lives.
+    explicit KeyParts(const ThreadLock& lock) CORVANE_REQUIRES(lock) {
+        static_cast<void>(lock);
         section.clear();
         tag.clear();
     }
@@ -40,12 +43,12 @@ private:
     // Never deleted: managers may be used by the destructors of static objects.
     static inline Buffers* spare = nullptr;
 
-    static Buffers* ReuseBuffers() {
+    static Buffers* AcquireBuffers() {
         Buffers* const buffers = std::exchange(spare, nullptr);
         return buffers ? buffers : new Buffers;
     }
 
-    std::unique_ptr<Buffers> m_buffers{ReuseBuffers()};
+    std::unique_ptr<Buffers> m_buffers{AcquireBuffers()};
 
 public:
     wstring& section = m_buffers->section;
