@@ -6,8 +6,8 @@
 #include <corvane/sources/NarrowString.h>
 
 #include <limits>
+#include <memory>
 #include <new>
-#include <string>
 
 using corvane::wchar;
 using corvane::wstring;
@@ -18,18 +18,21 @@ namespace {
 // The length of a text is only known once it fits, so the buffer is doubled until it does.
 class ReadBuffer {
 public:
-    char* Data() noexcept { return m_larger.empty() ? m_first : m_larger.data(); }
-    std::size_t Size() const noexcept { return m_larger.empty() ? sizeof m_first : m_larger.size(); }
+    char* Data() noexcept { return m_larger ? m_larger.get() : m_first; }
+    std::int32_t Size() const noexcept { return m_size; }
 
     void Double() {
-        if (Size() > std::numeric_limits<std::int32_t>::max() / 2)
+        if (m_size > std::numeric_limits<std::int32_t>::max() / 2)
             throw std::bad_alloc();
-        m_larger.resize(2 * Size());
+        m_size *= 2;
+        m_larger.reset(); // before the next, which is larger than all so far together
+        m_larger.reset(new char[static_cast<std::size_t>(m_size)]);
     }
 
 private:
-    char m_first[1024]; // not zeroed: each read ends its text
-    std::string m_larger;
+    std::int32_t m_size = sizeof m_first;
+    std::unique_ptr<char[]> m_larger;
+    char m_first[1024]; // not zeroed: each read terminates its text
 };
 
 std::int32_t Fail(const char* function, std::int32_t line, const wchar* message = nullptr) {
@@ -64,7 +67,7 @@ std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
         }
         if (count < 1)
             return count;
-        if (static_cast<std::size_t>(count) + 2 >= buffer.Size()) {
+        if (count >= buffer.Size() - 2) {
             buffer.Double();
             continue;
         }
@@ -99,7 +102,7 @@ std::int32_t ConfigFile::ReadSection(const wstring& section, wstring& text) {
         }
         if (count < 1)
             return count;
-        if (static_cast<std::size_t>(count) + 2 == buffer.Size()) {
+        if (count == buffer.Size() - 2) {
             buffer.Double();
             continue;
         }
