@@ -18,11 +18,6 @@ std::size_t BytesOf(const Items& items) noexcept {
 } // namespace
 
 ProfileIndex::ProfileIndex(FileText content) : m_content(std::move(content)) {
-    if (!IsUtf16(Content()))
-        Parse();
-}
-
-void ProfileIndex::Parse() {
     constexpr std::size_t bytesOfLine =
         24; // or more, in most files; what is reserved but unused is never touched
     m_lines.reserve(m_content.Size() / bytesOfLine);

@@ -15,7 +15,7 @@ namespace corvane::os {
 
 /// Owns the text (at most maximumFileSize bytes) and the positions of its names and values: 20 bytes a line.
 /// Built in linear time. Immutable, so safe to share between threads; its views are valid as long as the
-/// index. A UTF-16 text has no sections.
+/// index.
 class ProfileIndex {
 public:
     static constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
@@ -71,7 +71,6 @@ public:
     std::size_t Footprint() const noexcept;
 
 private:
-    void Parse();
     void CloseSection();
     template <typename Items>
     void LinkAll(Items& items, std::size_t first) noexcept;
