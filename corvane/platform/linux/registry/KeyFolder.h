@@ -35,14 +35,6 @@ ulong FindSubkey(const KeyFolder& key, wstring_view name, KeyFolder& subkey);
 /// Finds or creates a subkey; `created` is set if it was created. Atomic and durable.
 ulong CreateSubkey(const KeyFolder& key, wstring_view name, KeyFolder& subkey, bool& created);
 
-/// Moves `key` down to the key at `path`: names separated by one or more backslashes; an empty path is the
-/// key itself. ERROR_BAD_PATHNAME for a leading backslash, ERROR_INVALID_PARAMETER for a name that is too
-/// long, ERROR_FILE_NOT_FOUND for a missing key.
-ulong FindPath(KeyFolder& key, wstring_view path);
-
-/// The same, and creates missing keys; `created` is set if the last one was created.
-ulong CreatePath(KeyFolder& key, wstring_view path, bool& created);
-
 /// The names of the subkeys in the order of their lower-cased code units.
 ulong ListSubkeys(const KeyFolder& key, std::vector<wstring>& names);
 

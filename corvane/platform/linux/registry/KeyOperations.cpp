@@ -1,4 +1,6 @@
+#include <corvane/platform/linux/registry/KeyPath.h>
 #include <corvane/platform/linux/registry/OpenKeys.h>
+#include <corvane/platform/linux/registry/RegistryRoots.h>
 
 #include <cerrno>
 #include <fcntl.h>

@@ -1,5 +1,5 @@
 #include <corvane/platform/linux/Errors.h>
-#include <corvane/platform/linux/registry/KeyFolder.h>
+#include <corvane/platform/linux/registry/KeyPath.h>
 
 #include <algorithm>
 

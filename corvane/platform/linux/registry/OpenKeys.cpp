@@ -1,5 +1,6 @@
 #include <corvane/platform/linux/Errors.h>
 #include <corvane/platform/linux/registry/OpenKeys.h>
+#include <corvane/platform/linux/registry/RegistryRoots.h>
 
 #include <unordered_map>
 

@@ -1,4 +1,4 @@
-// The key handles of the process: predefined and open keys.
+// The open key handles of the process.
 #pragma once
 
 #include <corvane/platform/Mutex.h>
@@ -22,12 +22,6 @@ platform::HKEY AddOpenKey(const std::shared_ptr<OpenKey>& key);
 
 /// False if the handle was not open.
 bool CloseOpenKey(platform::HKEY handle);
-
-/// Opens a predefined key; with `create`, creates it if it is missing. ERROR_INVALID_HANDLE for any other
-/// handle; ERROR_FILE_NOT_FOUND for a root under which nothing was ever written.
-ulong OpenRoot(platform::HKEY key, bool create, KeyFolder& root);
-
-bool IsRoot(platform::HKEY key) noexcept;
 
 /// Finds the key of a handle or predefined key that was opened with the rights `needed`; otherwise returns
 /// ERROR_INVALID_HANDLE or ERROR_ACCESS_DENIED. With `create`, a missing predefined key is created. The key

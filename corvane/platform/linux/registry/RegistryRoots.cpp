@@ -1,7 +1,8 @@
 #include <corvane/platform/Mutex.h>
 #include <corvane/platform/RegistryFolders.h>
 #include <corvane/platform/linux/Errors.h>
-#include <corvane/platform/linux/registry/OpenKeys.h>
+#include <corvane/platform/linux/registry/KeyPath.h>
+#include <corvane/platform/linux/registry/RegistryRoots.h>
 
 #include <algorithm>
 #include <array>
