@@ -83,7 +83,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const char* const locale = std::setlocale(LC_CTYPE, "C.UTF-8");
     Require(locale != nullptr, "the C library knows UTF-8");
     Input input(data, size);
-    const std::size_t room = 1 + input.Below(255);
+    const std::size_t capacity = 1 + input.Below(255);
     const auto magnitude = static_cast<std::uint32_t>(input.Below(256) << 24 | input.Below(256));
     const auto number = static_cast<std::int32_t>(magnitude);
     std::string narrow = input.Until('|');
@@ -104,11 +104,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const int length = std::swprintf(expected.data(), expected.size(), format.c_str(), forC(wide).c_str(),
                                      forC(CheckedWide(narrow)).c_str(), number, std::uint64_t{magnitude});
     expected.resize(static_cast<std::size_t>(length));
-    std::vector<corvane::wchar> buffer(room + 1, 0xABCD);
-    const int isCut = string_safeSprintfW(buffer.data(), room, (literal + u"%s|%S|%d|%lu").c_str(),
+    std::vector<corvane::wchar> buffer(capacity + 1, 0xABCD);
+    const int isCut = string_safeSprintfW(buffer.data(), capacity, (literal + u"%s|%S|%d|%lu").c_str(),
                                           wide.c_str(), narrow.c_str(), number, magnitude);
-    Require((isCut != 0) == (expected.size() >= room), "a cut is reported");
-    Require(forC(buffer.data()) == expected.substr(0, room - 1), "the text is formatted");
-    Require(buffer[room] == 0xABCD, "nothing is written behind the buffer");
+    Require((isCut != 0) == (expected.size() >= capacity), "a cut is reported");
+    Require(forC(buffer.data()) == expected.substr(0, capacity - 1), "the text is formatted");
+    Require(buffer[capacity] == 0xABCD, "nothing is written after the buffer");
     return 0;
 }

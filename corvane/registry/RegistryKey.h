@@ -8,12 +8,12 @@
 
 namespace corvane {
 
-struct KeyCloser {
+struct KeyDeleter {
     void operator()(platform::HKEY key) const noexcept { platform::RegCloseKey(key); }
 };
 
 /// Owns an open key, or none.
-using RegistryKey = std::unique_ptr<std::remove_pointer_t<platform::HKEY>, KeyCloser>;
+using RegistryKey = std::unique_ptr<std::remove_pointer_t<platform::HKEY>, KeyDeleter>;
 
 /// Opens the key for reading, with `flags` added to the access bits. Empty if there is no root or it cannot
 /// be opened.

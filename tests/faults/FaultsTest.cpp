@@ -38,8 +38,8 @@ enum Trait : unsigned {
     inPlace = 2,           ///< a fault that stays may tear the file
     maybeInPart = 4,       ///< the file may be new although the operation failed after it
     unlogged = 8,
-    byAName = 16,    ///< no file can be made without one
-    withAGrave = 32, ///< a part of its clearing up is left to the next, out of sight
+    byAName = 16,     ///< no file can be made without one
+    leavesTrash = 32, ///< a part of its clearing up is left to the next, out of sight
     inANewTree = 64,
     changingNothing = 128
 };
@@ -200,7 +200,7 @@ protected:
              const int status = registry_deleteKey(nullptr, u"\\Key");
              return status == 0 || status == 2; // gone already
          },
-         unlogged | withAGrave},
+         unlogged | leavesTrash},
     };
     Tree m_old;
     Tree m_new;
@@ -234,7 +234,7 @@ private:
         EXPECT_TRUE(isDone || logLength > 0 || operation.Is(unlogged));
         const Tree tree = Look();
         EXPECT_TRUE(m_leftovers == 0 || outcome.cleanUpFailed || plan.firstNameIsKnown ||
-                    operation.Is(withAGrave));
+                    operation.Is(leavesTrash));
         const bool isPlain = plan.n == 0 && !plan.firstNameIsKnown; // to learn, or with one more snapshot
         EXPECT_TRUE(isPlain || tree == m_new || (!isDone && tree == m_old));
         EXPECT_TRUE(isDone || tree == m_old || operation.Is(maybeInPart));

@@ -93,7 +93,7 @@ TEST_F(WriteProfile, KeepsSymbolicLinks) {
 }
 
 // Full disks, read-only file systems and files that are mount points, in a mount namespace of the test's own:
-/// "small" in the test's folder is a small empty file system.
+// "small" in the test's folder is a small empty file system.
 class WriteMounts : public TestFolder {
 protected:
     void SetUp() override {

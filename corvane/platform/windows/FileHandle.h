@@ -6,12 +6,12 @@
 
 namespace corvane::windows {
 
-struct FileCloser {
+struct FileDeleter {
     void operator()(HANDLE file) const noexcept { ::CloseHandle(file); }
 };
 
 /// Owns an open file, or none.
-using FileHandle = std::unique_ptr<void, FileCloser>;
+using FileHandle = std::unique_ptr<void, FileDeleter>;
 
 /// Takes the result of an operation that opens a file.
 inline FileHandle Owned(HANDLE file) noexcept {

@@ -70,7 +70,7 @@ private:
             wstring text(length, wchar());
             corvane::FormatWide(text.data(), length, format, arguments);
             Emit({m_channel, severity, text});
-        } catch (const std::bad_alloc&) { // NOLINT(bugprone-empty-catch): a line that has no room is lost
+        } catch (const std::bad_alloc&) { // NOLINT(bugprone-empty-catch): without memory, the line is lost
         }
     }
 

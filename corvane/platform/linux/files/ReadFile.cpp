@@ -24,10 +24,10 @@ ulong os::ReadWholeFile(int descriptor, const struct stat& status, FileText& con
         return ERROR_FILE_TOO_LARGE;
 
     // The size is only a hint: the file may shrink or grow meanwhile, or have none, as those under /proc.
-    constexpr std::size_t roomForNoSize = 4096;
+    constexpr std::size_t capacityWithoutSize = 4096;
     std::size_t count = 0;
     const auto size = static_cast<std::size_t>(status.st_size);
-    content.Resize(size == 0 ? roomForNoSize : size + 1);
+    content.Resize(size == 0 ? capacityWithoutSize : size + 1);
     while (count != size || size == 0) {
         const ssize_t got =
             ::pread(descriptor, content.Data() + count, content.Size() - count, static_cast<off_t>(count));

@@ -15,7 +15,8 @@ struct TargetPath {
 };
 
 /// Splits `path` into its open folder and its last name, which may be missing or anything, a symbolic link
-/// included. A relative path begins at the open folder `base`. ERROR_PATH_NOT_FOUND for a missing folder.
+/// included. A relative path is resolved against the open folder `base`. ERROR_PATH_NOT_FOUND for a missing
+/// folder.
 ulong OpenFolderOf(const std::string& path, TargetPath& target, int base = AT_FDCWD);
 
 /// Follows `path` and the symbolic links at its end to the target. ERROR_PATH_NOT_FOUND for a missing folder,

@@ -165,10 +165,10 @@ int TemporaryFile::Replace() {
     }
     if (::renameat(m_folder, m_temporaryName.c_str(), m_folder, m_name.c_str()) != 0)
         return errno;
-    return InPlace();
+    return FinishPublishing();
 }
 
-int TemporaryFile::InPlace() noexcept {
+int TemporaryFile::FinishPublishing() noexcept {
     m_temporaryName.clear();
     Unlock(m_file.Get()); // it would now be a lock on the file itself
     // The file is visible from here on, so a failed flush of the folder is not reported: a failure would mean
@@ -182,10 +182,10 @@ int TemporaryFile::Publish() noexcept {
         return errno;
     if (m_temporaryName.empty()) {
         const int error = LinkTo(m_name);
-        return error ? error : InPlace();
+        return error ? error : FinishPublishing();
     }
     if (::renameat2(m_folder, m_temporaryName.c_str(), m_folder, m_name.c_str(), RENAME_NOREPLACE) == 0)
-        return InPlace();
+        return FinishPublishing();
     if (errno != EINVAL && errno != ENOSYS)
         return errno;
     if (::linkat(m_folder, m_temporaryName.c_str(), m_folder, m_name.c_str(), 0) != 0)

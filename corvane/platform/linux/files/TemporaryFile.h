@@ -23,7 +23,7 @@ public:
 
     int Get() const noexcept { return m_file.Get(); }
 
-    /// Gives it its final name, replacing an existing file, and flushes both to disk.
+    /// Gives it its final name, replacing an existing file; flushes the file before and its folder after.
     int Replace();
 
     /// The same unless that name is taken (EEXIST).
@@ -34,7 +34,7 @@ private:
     template <typename Operation>
     int TryTemporaryNames(Operation take);
     int LinkTo(const std::string& name) noexcept;
-    int InPlace() noexcept;
+    int FinishPublishing() noexcept;
 
     int m_folder = -1;
     FileHandle m_file;
