@@ -21,9 +21,8 @@ using Changes = std::vector<corvane::ConfigChange>;
 // The effect of a batch of changes on a cache, and the changes for the source. Nothing changes until Commit.
 class Batch {
 public:
-    Batch(SectionMap& cache, std::set<wstring>& cacheOnlySections, IConfigSource& source,
-          const ThreadLock& lock) CORVANE_REQUIRES(lock)
-        : m_cache(cache), m_cacheOnlySections(cacheOnlySections), m_source(source), m_parts(lock) {}
+    Batch(SectionMap& cache, std::set<wstring>& cacheOnlySections, IConfigSource& source)
+        : m_cache(cache), m_cacheOnlySections(cacheOnlySections), m_source(source) {}
 
     /// Checks the changes and prepares everything that Commit needs. Returns null, or the key of the change
     /// that was refused. The cache gets the values of `changes`, the source those of `forSource`.
@@ -124,7 +123,7 @@ int ConfigManager::ApplyChangesAs(const Changes& changes, const Changes& forSour
     const ThreadLockGuard guard(m_lock);
     if (!m_source)
         return Fail(function, __LINE__, changes.front().key.c_str());
-    Batch batch(*m_cache, m_cacheOnlySections, *m_source, m_lock);
+    Batch batch(*m_cache, m_cacheOnlySections, *m_source);
     if (const wstring* const refused = batch.Add(changes, forSource))
         return Fail(function, __LINE__, refused->c_str());
 
@@ -140,7 +139,7 @@ int ConfigManager::ApplyChangesAs(const Changes& changes, const Changes& forSour
         const bool isSameCache = m_source == source && m_cache.get() == cache;
         if (!isSameCache || cache->Revision() != revision) { // by a log sink
             try {
-                Batch again(*m_cache, m_cacheOnlySections, *m_source, m_lock);
+                Batch again(*m_cache, m_cacheOnlySections, *m_source);
                 if (!again.Add(changes, forSource))
                     again.Commit();
                 return 0;

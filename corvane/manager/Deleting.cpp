@@ -17,7 +17,7 @@ int ConfigManager::DeleteValue(const wstring& key) {
     const ThreadLockGuard guard(m_lock);
     if (!m_source)
         return Fail(function, __LINE__, key.c_str());
-    KeyParts parts(m_lock);
+    KeyParts parts;
     if (!parts.Parse(*m_source, GetKeyFromCache(key)))
         return 0;
     if (!parts.HasSection() || corvane::IsReserved(parts.section))

@@ -18,8 +18,9 @@ void Reserve(std::vector<wstring>& names, std::size_t more) {
 void Reserve(std::list<wstring>&, std::size_t) {}
 
 template <class Names>
-std::size_t AppendTags(IConfigSource* source, const ConfigManager::SectionMap& cache, KeyParts&& parts,
-                       const wstring& key, Names& names) {
+std::size_t AppendTags(IConfigSource* source, const ConfigManager::SectionMap& cache, const wstring& key,
+                       Names& names) {
+    KeyParts parts;
     if (!source || !parts.Parse(*source, key))
         return 0;
     const auto* const section = cache.Find(parts.section);
@@ -44,10 +45,10 @@ std::size_t ConfigManager::EnumerateSubKeys(std::vector<wstring>& subKeys) const
 
 std::size_t ConfigManager::EnumerateTags(const wstring& key, std::list<wstring>& tags) const {
     const ThreadLockGuard guard(m_lock);
-    return AppendTags(m_source.get(), *m_cache, KeyParts(m_lock), key, tags);
+    return AppendTags(m_source.get(), *m_cache, key, tags);
 }
 
 std::size_t ConfigManager::EnumerateTags(const wstring& key, std::vector<wstring>& tags) const {
     const ThreadLockGuard guard(m_lock);
-    return AppendTags(m_source.get(), *m_cache, KeyParts(m_lock), key, tags);
+    return AppendTags(m_source.get(), *m_cache, key, tags);
 }

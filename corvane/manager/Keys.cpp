@@ -29,7 +29,7 @@ wstring ConfigManager::BuildKey(const wstring& section, const wchar* tag) const 
 }
 
 wstring ConfigManager::GetKeyFromCache(const wstring& key) const {
-    corvane::KeyParts parts(m_lock);
+    corvane::KeyParts parts;
     if (!parts.Parse(*m_source, key) || !parts.HasSection())
         return key;
     const auto* const section = m_cache->Find(parts.section);

@@ -16,7 +16,7 @@ int ConfigManager::_GetValue(const wstring& key, wstring& value) {
     const ThreadLockGuard guard(m_lock);
     if (!m_source)
         return Fail(function, __LINE__, key.c_str());
-    KeyParts parts(m_lock);
+    KeyParts parts;
     if (!parts.Parse(*m_source, key))
         return Fail(function, __LINE__, key.c_str());
 
@@ -47,7 +47,7 @@ int ConfigManager::GetValue(const wstring& key, wstring& value, wstring defaultV
 
 bool ConfigManager::Exists(const wstring& key) const {
     const ThreadLockGuard guard(m_lock);
-    KeyParts parts(m_lock);
+    KeyParts parts;
     if (!m_source || !parts.Parse(*m_source, key))
         return false;
     const auto* const section = m_cache->Find(parts.section);

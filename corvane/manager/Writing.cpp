@@ -34,7 +34,7 @@ int ConfigManager::_SetValue(const wstring& key, const wstring& value, const wst
     if (!ValidateCacheOnlyKey(key, cacheOnly))
         return refuse(__LINE__);
     const wstring storedKey = GetKeyFromCache(key);
-    KeyParts parts(m_lock);
+    KeyParts parts;
     if (!parts.Parse(*m_source, storedKey))
         return refuse(__LINE__);
     if (!parts.HasSection() || !parts.HasTag())
@@ -65,7 +65,7 @@ int ConfigManager::_SetValue(const wstring& key, const wstring& value, const wst
 }
 
 bool ConfigManager::ValidateCacheOnlyKey(const wstring& key, bool cacheOnly) {
-    KeyParts parts(m_lock);
+    KeyParts parts;
     if (!parts.Parse(*m_source, key))
         return false;
     return !cacheOnly || !m_cache->Find(parts.section);

@@ -2,16 +2,15 @@
 #pragma once
 
 #include <corvane/foundations/FindUnit.h>
-#include <corvane/foundations/ThreadLock.h>
 #include <corvane/sources/IConfigSource.h>
 
+#include <atomic>
 #include <memory>
-#include <utility>
 
 namespace corvane {
 
 /// The section and tag of a key during one operation, in reused buffers: splitting allocates only for a key
-/// longer than those before, or inside another operation.
+/// longer than those before, or while another operation has the spare buffers.
 class KeyParts {
     struct Buffers {
         wstring section;
@@ -19,9 +18,7 @@ class KeyParts {
     };
 
 public:
-    /// The thread must hold `lock`, that of the managers, as long as the object lives.
-    explicit KeyParts(const ThreadLock& lock) CORVANE_REQUIRES(lock) {
-        static_cast<void>(lock);
+    KeyParts() {
         section.clear();
         tag.clear();
     }
@@ -30,7 +27,7 @@ public:
     ~KeyParts() {
         constexpr std::size_t largestKept = 4096; // units
         if (section.capacity() + tag.capacity() <= largestKept)
-            m_buffers.reset(std::exchange(spare, m_buffers.release()));
+            m_buffers.reset(spare.exchange(m_buffers.release()));
     }
 
     /// Lets the source split `key`. False if it is not a key.
@@ -41,10 +38,10 @@ public:
 
 private:
     // Never deleted: managers may be used by the destructors of static objects.
-    static inline Buffers* spare = nullptr;
+    static inline std::atomic<Buffers*> spare{nullptr};
 
     static Buffers* AcquireBuffers() {
-        Buffers* const buffers = std::exchange(spare, nullptr);
+        Buffers* const buffers = spare.exchange(nullptr);
         return buffers ? buffers : new Buffers;
     }
 

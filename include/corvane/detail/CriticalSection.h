@@ -29,7 +29,7 @@ void DeleteCriticalSection(CRITICAL_SECTION* section) noexcept;
 /// A thread that finds it held spins for some tens of microseconds, longer than most locks are held, before
 /// it sleeps. It is not fair: the thread that released it may take it again before one that waits, which
 /// saves moving it between processors.
-struct alignas(64) CRITICAL_SECTION { // one cache line
+struct CRITICAL_SECTION {
     std::mutex mutex;
     std::atomic<pthread_t> owner{};
     unsigned depth = 0; // used by the owner only
