@@ -75,9 +75,18 @@ ProfileCursor* ProfileCursor::Open(const char* file, ProfileCursor& single) {
     return error == ERROR_SUCCESS ? cursor : nullptr;
 }
 
+// Whether the item is the one that a search for `name` finds.
+template <typename Item>
+bool ProfileCursor::IsFirst(const Item& item, const char* name) const noexcept {
+    return item.name.size != 0 && !item.IsShadowed() && Is(m_profile->Text(item.name), name);
+}
+
 const ProfileCursor::Section* ProfileCursor::FindSection(const char* name) noexcept {
-    if (!m_section || !Is(m_profile->Text(m_section->name), name)) {
-        m_section = m_profile->FindSection(TrimBlanks(name));
+    if (!m_section || !IsFirst(*m_section, name)) {
+        const auto& sections = m_profile->Sections();
+        const Section* const next = m_section ? m_section + 1 : sections.data();
+        const bool isNext = next != sections.data() + sections.size() && IsFirst(*next, name);
+        m_section = isNext ? next : m_profile->FindSection(TrimBlanks(name));
         m_next = m_section ? m_profile->Begin(*m_section) : nullptr;
     }
     if (!m_section)
@@ -87,8 +96,7 @@ const ProfileCursor::Section* ProfileCursor::FindSection(const char* name) noexc
 
 const ProfileCursor::Line* ProfileCursor::FindTag(const char* name) noexcept {
     const Line* line = m_next;
-    if (line == m_profile->End(*m_section) || line->name.size == 0 || line->IsShadowed() ||
-        !Is(m_profile->Text(line->name), name))
+    if (line == m_profile->End(*m_section) || !IsFirst(*line, name))
         line = m_profile->FindTag(*m_section, TrimBlanks(name));
     if (line)
         m_next = line + 1;

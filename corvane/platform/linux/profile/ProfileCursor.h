@@ -31,6 +31,9 @@ protected:
     std::shared_ptr<const ProfileIndex> m_profile;
 
 private:
+    template <typename Item>
+    bool IsFirst(const Item& item, const char* name) const noexcept;
+
     const Section* m_section = nullptr;
     const Line* m_next = nullptr; // in the section
 };
