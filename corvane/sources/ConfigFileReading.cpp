@@ -43,17 +43,14 @@ std::int32_t Fail(const char* function, std::int32_t line, const wchar* message 
 
 std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
     static constexpr const char* function = "ConfigFile::ReadValue";
-    const std::size_t colon = corvane::FindUnit(key, ':'); // as in ParseKey, but without copies
-    if (!IsReady() || colon == key.size())
+    if (!IsReady() || !ParseKey(key, m_section, m_tag))
         return Fail(function, __LINE__);
 
     ReadBuffer buffer;
+    value.clear();
     NarrowName section;
     NarrowName tag;
-    const wstring_view names = key;
-    const bool converted = section.Convert(names.substr(0, colon)) && tag.Convert(names.substr(colon + 1));
-    value.clear();
-    if (!converted || !HasNarrowFileName())
+    if (!section.Convert(m_section) || !tag.Convert(m_tag) || !HasNarrowFileName())
         return Fail(function, __LINE__);
 
     for (;;) {

@@ -2,7 +2,6 @@
 #include <corvane/cache/NameHash.h>
 #include <corvane/cache/SectionMap.h>
 
-#include <cstdlib>
 #include <gtest/gtest.h>
 #include <map>
 #include <random>

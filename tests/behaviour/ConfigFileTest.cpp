@@ -1,6 +1,7 @@
 // The source by itself: what a program sees that asks it directly.
 #include "support/ConfigFixture.h"
 
+#include <corvane/sources/ConfigFile.h>
 #include <corvane/sources/CreateConfigSource.h>
 
 namespace {
@@ -53,6 +54,13 @@ TEST_F(Source, ReadsByTheFormOfTheKey) {
                                     {":Port", {10, "Mail\0Net\0\0"s}},
                                     {"nocolon", {FAILURE_GENERAL, ""}}})
         EXPECT_EQ(Read(*source, key), text) << key;
+    struct OneKey : ConfigFile {
+        using ConfigFile::ConfigFile;
+        bool ParseKey(const corvane::wstring&, corvane::wstring& section, corvane::wstring& tag) override {
+            return ConfigFile::ParseKey(CORVANE_TEXT("Mail:Port"), section, tag);
+        }
+    } derived(WidePath(file).c_str());
+    EXPECT_EQ(Read(derived, "nocolon"), Text(2, "25"));
 }
 
 TEST_F(Source, FindsNothingByANameThatHasNoUtf8) {
