@@ -50,8 +50,8 @@ TEST_F(Retries, AreCountedAndLogged) {
             int result = 0;
             const faults::Outcome outcome = RunLocked([&] { result = Run(operation); }, done ? refusals : 99);
             EXPECT_EQ(outcome.secondsSlept, static_cast<long>(refusals));
-            EXPECT_GE(outcome.secondsWaited, refusals > 0 ? 1 : 0) << "the first attempt is patient";
-            EXPECT_LE(outcome.secondsWaited, 4) << "and the others are not";
+            EXPECT_EQ(outcome.waited >= std::chrono::seconds(1), refusals > 0) << "the first is patient";
+            EXPECT_LE(outcome.waited, std::chrono::seconds(4)) << "the others are not";
 
             Lines expected;
             while (expected.size() < refusals)

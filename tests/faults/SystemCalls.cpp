@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
-#include <chrono>
 #include <csignal>
 #include <cstdarg>
 #include <cstdint>
@@ -135,12 +134,12 @@ void Enter(int at, std::string_view path) {
 } // namespace
 } // namespace faults
 
-#define COUNTED_OR(Result, failure, name, parameters, arguments, then)                                       \
+#define COUNTED_OR(Result, failure, name, parameters, arguments, ...)                                        \
     extern "C" Result name parameters noexcept(noexcept(::name arguments)) {                                 \
         static const auto original = ORIGINAL(name);                                                         \
-        const auto result = faults::Strikes(#name) ? failure : original arguments;                           \
+        const auto result = faults::Strikes(#name) ? (failure) : original arguments;                         \
         if (!result)                                                                                         \
-            then;                                                                                            \
+            __VA_ARGS__;                                                                                     \
         return result;                                                                                       \
     }
 #define COUNTED_THEN(Result, name, parameters, arguments, then)                                              \
@@ -254,7 +253,7 @@ std::chrono::steady_clock::time_point std::chrono::steady_clock::now() noexcept 
 extern "C" int nanosleep(const timespec* time, timespec*) {
     const std::int64_t nanoseconds = time->tv_sec * faults::second + time->tv_nsec;
     faults::slept += nanoseconds;
-    faults::outcome.secondsWaited += static_cast<double>(nanoseconds) / faults::second;
+    faults::outcome.waited += std::chrono::nanoseconds(nanoseconds);
     return 0;
 }
 

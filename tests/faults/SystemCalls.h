@@ -2,6 +2,7 @@
 // process.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <string_view>
 #include <sys/types.h>
@@ -37,7 +38,7 @@ struct Outcome {
     bool isUnflushed = false;   ///< a power failure could undo a part, or bring a name before its content
     bool isUnreserved = false;  ///< a file was overwritten before there was room for the new content
     long secondsSlept = 0;      ///< between two attempts
-    double secondsWaited = 0;   ///< for locks
+    std::chrono::nanoseconds waited{}; ///< for locks
 };
 
 /// What became of the calls that `work` makes.
