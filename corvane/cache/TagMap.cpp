@@ -20,8 +20,9 @@ std::optional<TagMap::Tag> TagMap::Find(wstring_view name) const noexcept {
 }
 
 void TagMap::Reserve(std::size_t tags) {
-    constexpr std::size_t unitsOfFew = 500;
-    ReserveText(unitsOfFew);
+    constexpr std::size_t unitsOfTag = 48; // or fewer, in most files; unused memory is never touched
+    constexpr std::size_t mostTags = 100'000;
+    ReserveText(std::min(tags, mostTags) * unitsOfTag);
     if (tags * 2 > m_slots.size())
         Rehash(tags * 2);
 }

@@ -61,7 +61,7 @@ public:
     Iterator begin() const { return {*this, Order().data()}; }
     Iterator end() const { return {*this, Order().data() + m_size}; }
 
-    /// Reserves capacity for that many tags in all, and for the text of a few.
+    /// Reserves capacity for that many tags in all, and for their text unless it is long.
     void Reserve(std::size_t tags);
 
     /// Adds a tag, whose texts must not be this map's. False, with nothing changed, if the name exists.
