@@ -27,7 +27,11 @@ bool SameConfiguration(IConfigSource& source, const wchar* name) {
 // Reads the tags of one section after another into the same buffers.
 class TagReader {
 public:
-    explicit TagReader(IConfigSource& source) noexcept : m_source(source) {}
+    explicit TagReader(IConfigSource& source) : m_source(source) {
+        constexpr std::size_t units = 100; // of most keys and values
+        m_key.reserve(units);
+        m_loaded.value.reserve(units);
+    }
 
     // Replaces the content of `tagMap`. Leaves out tags whose value is empty or cannot be read. `sectionKey`
     // is the section and a colon.
