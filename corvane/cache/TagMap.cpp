@@ -20,8 +20,8 @@ std::optional<TagMap::Tag> TagMap::Find(wstring_view name) const noexcept {
 }
 
 void TagMap::Reserve(std::size_t tags) {
-    constexpr std::size_t unitsOfTag = 48; // or fewer, in most files; unused memory is never touched
-    constexpr std::size_t mostTags = 100'000;
+    constexpr std::size_t unitsOfTag = 48;    // or fewer, in most files; unused memory is never touched
+    constexpr std::size_t mostTags = 100'000; // a huge file may hold many without a value
     ReserveText(std::min(tags, mostTags) * unitsOfTag);
     if (tags * 2 > m_slots.size())
         Rehash(tags * 2);
