@@ -44,7 +44,5 @@ private:
     corvane::wstring m_fileName;
     corvane::FileState m_stateAtLoad;
     NarrowString m_narrowFileName; // for the reads, which are frequent; null until it could be converted
-    corvane::wstring m_section;    // of the key of a read, in memory that the next read uses again
-    corvane::wstring m_tag;
     std::uint32_t m_writeRetries = 30;
 };

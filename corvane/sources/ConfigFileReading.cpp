@@ -3,6 +3,7 @@
 #include <corvane/foundations/FindUnit.h>
 #include <corvane/platform/Platform.h>
 #include <corvane/sources/ConfigFile.h>
+#include <corvane/sources/KeyParts.h>
 #include <corvane/sources/NarrowString.h>
 
 #include <limits>
@@ -43,14 +44,15 @@ std::int32_t Fail(const char* function, std::int32_t line, const wchar* message 
 
 std::int32_t ConfigFile::ReadValue(const wstring& key, wstring& value) {
     static constexpr const char* function = "ConfigFile::ReadValue";
-    if (!IsReady() || !ParseKey(key, m_section, m_tag))
+    corvane::KeyParts parts;
+    if (!IsReady() || !parts.Parse(*this, key))
         return Fail(function, __LINE__);
 
     ReadBuffer buffer;
     value.clear();
     NarrowName section;
     NarrowName tag;
-    if (!section.Convert(m_section) || !tag.Convert(m_tag) || !HasNarrowFileName())
+    if (!section.Convert(parts.section) || !tag.Convert(parts.tag) || !HasNarrowFileName())
         return Fail(function, __LINE__);
 
     for (;;) {

@@ -86,8 +86,7 @@ Outcome During(const Plan& next, const std::function<void()>& work) {
     work();
     active = false;
     plan = Plan();
-    // A folder whose flush was made to fail is not reported. What takes the place of renameat2 is flushed
-    // too.
+    // A failed flush of a folder is not reported; the substitute for renameat2 has to flush it, too.
     const bool isExcused = outcome.struck && outcome.name != "renameat2";
     for (const auto& [inode, isInPlace] : unflushed)
         outcome.isUnflushed = outcome.isUnflushed || isInPlace || !isExcused;

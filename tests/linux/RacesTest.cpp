@@ -3,6 +3,7 @@
 
 #include <corvane/comfort.h>
 #include <corvane/config.h>
+#include <corvane/sources/ConfigFile.h>
 
 #include <random>
 #include <set>
@@ -48,14 +49,14 @@ protected:
     int Work(ConfigManager& manager, unsigned seed, int rounds) {
         std::minstd_rand random(seed);
         int wrong = Load(manager, m_file) ? 0 : 1;
-        wstring snapshot;
+        wstring snapshot, text;
         for (int round = 0; round < rounds; ++round) {
             const auto number = static_cast<int>(random() % 5000);
             const std::string key = "s:t" + to_string(number % 8);
             bool right = true;
             switch (random() % 8) {
-            case 0:
-            case 1: right = Set(manager, key, Value(number)); break;
+            case 0: right = Set(manager, key, Value(number)); break;
+            case 1: right = m_source.ReadValue(u"Padding:line1", text) > 0 && IsWhole(ToUtf8(text)); break;
             case 2: right = IsWhole(Get(manager, key, Value(number))); break;
             case 3: static_cast<void>(Delete(manager, key)); break;
             case 4: manager.CreateSnapshot(snapshot); break;
@@ -86,6 +87,7 @@ protected:
     }
 
     const std::string m_file = Make("f", Padding());
+    ConfigFile m_source{ToWide(m_file).c_str()};
 };
 
 TEST_F(Races, OfThreadsEndWell) {
@@ -115,8 +117,7 @@ TEST_F(Races, OfProcessesEndWell) {
 // Each batch gives all tags of its group one value, and sets a tag of its own; all groups share one section.
 TEST_F(Races, OfBatchesShowNoHalfOfOne) {
     constexpr int groups = 2; // each for two of the workers
-    constexpr int tags = 10;
-    constexpr int rounds = 40;
+    constexpr int tags = 10, rounds = 40;
     const auto name = [](int group, int tag) { return "s:" + to_string(group) + "." + to_string(tag); };
     const auto isWhole = [&](const ConfigManager& manager, int group) {
         std::set<std::string> values;
